@@ -1,0 +1,25 @@
+// Lumatrex: Qt 6 controls for vector drawing and diagramming.
+// Including this header brings in the whole public API.
+#pragma once
+
+#include "platform/types.h"
+#include "platform/stream.h"
+#include "platform/screen.h"
+#include "platform/hooks.h"
+#include "platform/graphics.h"
+#include "platform/bitmap.h"
+#include "platform/canvas.h"
+#include "platform/control.h"
+
+#include "geometry/geometry.h"
+
+#include "persistence/user_data.h"
+
+#include "shapes/shape_enums.h"
+#include "shapes/shape_owner.h"
+#include "shapes/shape.h"
+#include "shapes/drawing_modes.h"
+#include "shapes/gradient.h"
+#include "shapes/bitmap_filters.h"
+
+#include "canvas/tmycad.h"

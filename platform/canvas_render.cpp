@@ -1,0 +1,197 @@
+// The figure pipeline: outlines and areas become disjoint pen, gap and brush
+// masks, which are combined with the surface in the pen mode.
+#include <QPainterPathStroker>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/bitmap.h"
+#include "platform/bitmap_impl.h"
+#include "platform/canvas_impl.h"
+
+namespace lumatrex {
+
+using raster::TMask;
+using raster::TPaintSource;
+
+std::vector<QPolygonF> Polygons(const QPainterPath& path) {
+  const QList<QPolygonF> list = path.toSubpathPolygons();
+  return std::vector<QPolygonF>(list.begin(), list.end());
+}
+
+// ---------------------------------------------------------------------------
+// TPenPlotter
+
+TPenPlotter::TPenPlotter(TPenMasks& masks, TPenStyle style, bool paintGaps)
+    : masks_(masks), dash_(style), paintGaps_(paintGaps && !dash_.Solid()) {}
+
+void TPenPlotter::Plot(int x, int y, std::int64_t step) {
+  if (masks_.on.Test(x, y) || masks_.gap.Test(x, y)) return;
+  if (dash_.On(step))
+    masks_.on.Set(x, y);
+  else if (paintGaps_)
+    masks_.gap.Set(x, y);
+}
+
+std::int64_t TPenPlotter::Line(QPoint a, QPoint b, std::int64_t step) {
+  return step + raster::LinePixels(a, b, masks_.on.Area(),
+                                   [this, step](int x, int y, std::int64_t i) { Plot(x, y, step + i); });
+}
+
+// ---------------------------------------------------------------------------
+// Pen, brush and background
+
+bool TCanvas::Impl::BrushVisible() const {
+  return (brush.Bitmap() && !brush.Bitmap()->Empty()) || brush.Style() != bsClear;
+}
+
+// Behind a solid brush the background is the brush colour (text cells, the
+// gaps of dashed lines); behind hatches it is white.
+QRgb TCanvas::Impl::Background() const {
+  return brush.Style() == bsSolid ? raster::ToRgb(brush.Color()) : qRgb(255, 255, 255);
+}
+
+TPaintSource TCanvas::Impl::BrushSource() const {
+  TPaintSource source;
+  source.color = raster::ToRgb(brush.Color());
+  if (brush.Bitmap() && !brush.Bitmap()->Empty()) {
+    source.kind = TPaintSource::Kind::Tile;
+    source.tile = &brush.Bitmap()->impl().Rgb32();
+  } else if (brush.Style() != bsSolid) {
+    source.kind = TPaintSource::Kind::Hatch;
+    source.hatch = brush.Style();
+    source.paintBackground = bkMode == bkOpaque;
+    source.background = Background();
+  }
+  return source;
+}
+
+QRect TCanvas::Impl::AreaFor(const QRectF& bounds) const {
+  // Wide pens reach half their width past the outline, miter joins up to the
+  // miter limit (10) times that; two more pixels cover rounding.
+  const double grow = (WidePen() ? pen.Width() * 5.0 : 0.0) + 2.0;
+  const QRect clip = ClipArea();
+  if (clip.isEmpty() || bounds.isNull()) return QRect();
+  const double l = std::max<double>(std::floor(bounds.left() - grow), clip.left());
+  const double t = std::max<double>(std::floor(bounds.top() - grow), clip.top());
+  const double r = std::min<double>(std::ceil(bounds.right() + grow), clip.right());
+  const double b = std::min<double>(std::ceil(bounds.bottom() + grow), clip.bottom());
+  if (!(l <= r && t <= b)) return QRect();
+  return QRect(QPoint(static_cast<int>(l), static_cast<int>(t)), QPoint(static_cast<int>(r), static_cast<int>(b)));
+}
+
+// ---------------------------------------------------------------------------
+// Strokes
+
+void TCanvas::Impl::StrokeThin(const TFigure& figure, TPenMasks& masks) const {
+  TPenPlotter plotter(masks, pen.Style(), bkMode == bkOpaque);
+  std::int64_t step = 0;  // the dash pattern runs on across the whole figure
+  for (std::size_t k = 0; k < figure.outline.size(); ++k) {
+    std::vector<QPoint> points;
+    for (const QPointF& p : figure.outline[k]) {
+      const QPoint pixel(static_cast<int>(std::floor(p.x() + 0.5)), static_cast<int>(std::floor(p.y() + 0.5)));
+      if (points.empty() || points.back() != pixel) points.push_back(pixel);
+    }
+    if (figure.closed[k] && points.size() > 1 && points.front() != points.back()) points.push_back(points.front());
+    for (std::size_t i = 0; i + 1 < points.size(); ++i) step = plotter.Line(points[i], points[i + 1], step);
+  }
+}
+
+void TCanvas::Impl::StrokeWide(const QPainterPath& centre, TPenMasks& masks) const {
+  QPainterPathStroker stroker;
+  stroker.setWidth(pen.Width());
+  // Cosmetic wide pens are round, as the classic CreatePen makes them.
+  // (A value read from a damaged file past the last kind counts as the last.)
+  static constexpr Qt::PenCapStyle kCaps[] = {Qt::RoundCap, Qt::SquareCap, Qt::FlatCap};
+  static constexpr Qt::PenJoinStyle kJoins[] = {Qt::RoundJoin, Qt::BevelJoin, Qt::SvgMiterJoin};
+  stroker.setCapStyle(pen.Geometric() ? kCaps[std::min<int>(pen.EndCap(), pecFlat)] : Qt::RoundCap);
+  stroker.setJoinStyle(pen.Geometric() ? kJoins[std::min<int>(pen.Join(), pjMiter)] : Qt::RoundJoin);
+  stroker.setMiterLimit(10);
+  const std::vector<double> dashes = raster::WideDashPattern(pen.Style());
+  if (!dashes.empty()) stroker.setDashPattern(QList<qreal>(dashes.begin(), dashes.end()));
+  masks.on = raster::PolygonMask(Polygons(stroker.createStroke(centre)), true, masks.on.Area());
+}
+
+QRectF TCanvas::Impl::WideBox(const QRect& box) const {
+  // The edge pixels run from left to right - 1; an inside frame moves the
+  // centre line in until the pen's outer side is on them.
+  const double inset = pen.Style() == psInsideFrame ? (pen.Width() - 1) / 2.0 : 0.0;
+  const QRectF edges(QPointF(box.left(), box.top()), QPointF(box.right(), box.bottom()));
+  const QRectF inner = edges.adjusted(inset, inset, -inset, -inset);
+  return inner.isValid() ? inner : QRectF(edges.center(), QSizeF(0, 0));
+}
+
+namespace {
+
+QPainterPath CentreLine(const TFigure& figure) {
+  QPainterPath path;
+  for (std::size_t k = 0; k < figure.outline.size(); ++k) {
+    const QPolygonF& points = figure.outline[k];
+    if (points.isEmpty()) continue;
+    path.moveTo(points.front());
+    for (qsizetype i = 1; i < points.size(); ++i) path.lineTo(points[i]);
+    if (figure.closed[k]) path.closeSubpath();
+  }
+  return path;
+}
+
+QRectF Bounds(const TFigure& figure) {
+  QRectF bounds;
+  for (const QPolygonF& p : figure.outline) bounds |= p.boundingRect().adjusted(0, 0, 1, 1);  // never null
+  for (const QPolygonF& p : figure.area) bounds |= p.boundingRect();
+  return bounds;
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// Figures
+
+void TCanvas::Impl::DrawFigure(const TFigure& figure, bool stroke, bool fill) {
+  const bool drawPen = stroke && PenVisible();
+  const bool drawBrush = fill && !figure.area.empty() && BrushVisible();
+  if (!drawPen && !drawBrush) return;
+  const QRect area = AreaFor(Bounds(figure));
+  if (area.isEmpty()) return;
+  TPenMasks masks{TMask(area), TMask(area)};
+  if (drawPen) {
+    if (WidePen())
+      StrokeWide(figure.wideOutline.isEmpty() ? CentreLine(figure) : figure.wideOutline, masks);
+    else
+      StrokeThin(figure, masks);
+  }
+  TMask brushMask = drawBrush ? raster::PolygonMask(figure.area, figure.winding, area) : TMask();
+  Render(drawPen ? &masks : nullptr, drawBrush ? &brushMask : nullptr);
+}
+
+void TCanvas::Impl::Render(TPenMasks* penMasks, TMask* brushMask) {
+  if (clipPolygon) {
+    if (penMasks) {
+      penMasks->on.Intersect(*clipPolygon);
+      penMasks->gap.Intersect(*clipPolygon);
+    }
+    if (brushMask) brushMask->Intersect(*clipPolygon);
+  }
+  const TPenMode mode = pen.Mode();
+  if (brushMask) {
+    if (penMasks) {
+      brushMask->Subtract(penMasks->on);
+      brushMask->Subtract(penMasks->gap);
+    }
+    PaintMask(*brushMask, BrushSource(), mode);
+  }
+  if (penMasks) {
+    TPaintSource gapSource;
+    gapSource.color = Background();
+    PaintMask(penMasks->gap, gapSource, mode);
+    TPaintSource penSource;
+    penSource.color = raster::ToRgb(pen.Color());
+    PaintMask(penMasks->on, penSource, mode);
+  }
+}
+
+void TCanvas::Impl::PaintMask(const TMask& mask, const TPaintSource& source, TPenMode mode) {
+  if (mask.Area().isEmpty() || mask.Empty()) return;
+  raster::Composite(bitmap.impl().PaintSurface(), mask, source, mode);
+}
+
+}  // namespace lumatrex

@@ -1,0 +1,106 @@
+// Text: glyphs are drawn by Qt on a private transparent layer, which is then
+// blended onto the surface through our own clip, so text obeys the clip
+// polygon exactly like the figures do. Text ignores the pen mode, as the
+// classic TextOut does.
+#include <QFontMetrics>
+#include <QPainter>
+#include <algorithm>
+
+#include "platform/bitmap.h"
+#include "platform/bitmap_impl.h"
+#include "platform/canvas_impl.h"
+#include "platform/fonts.h"
+
+namespace lumatrex {
+
+using raster::TMask;
+
+namespace {
+
+struct TTextLine {
+  QFont font;
+  QString text;
+  int ascent = 0;
+  TSize extent;
+};
+
+TTextLine Measure(const TCanvas::Impl& impl, const std::string& text) {
+  TTextLine line{ToQFont(impl.font, impl.charExtra), QString::fromStdString(text), 0, {}};
+  const QFontMetrics metrics(line.font);
+  line.ascent = metrics.ascent();
+  line.extent = TSize{metrics.horizontalAdvance(line.text), metrics.ascent() + metrics.descent()};
+  return line;
+}
+
+// Blends the premultiplied Layer, placed at Origin, over the surface.
+void BlendLayer(TCanvas::Impl& impl, const QImage& layer, QPoint origin) {
+  QImage& surface = impl.bitmap.impl().PaintSurface();
+  for (int ly = 0; ly < layer.height(); ++ly) {
+    const int y = origin.y() + ly;
+    const auto* from = reinterpret_cast<const QRgb*>(layer.constScanLine(ly));
+    auto* to = reinterpret_cast<QRgb*>(surface.scanLine(y));
+    for (int lx = 0; lx < layer.width(); ++lx) {
+      const QRgb s = from[lx];
+      const int a = qAlpha(s), x = origin.x() + lx;
+      if (a == 0 || (impl.clipPolygon && !impl.clipPolygon->Test(x, y))) continue;
+      const QRgb d = to[x];
+      auto mix = [a](int sc, int dc) { return std::min(255, sc + (dc * (255 - a) + 127) / 255); };
+      to[x] = (d & 0xFF000000u) | static_cast<QRgb>(mix(qRed(s), qRed(d)) << 16) |
+              static_cast<QRgb>(mix(qGreen(s), qGreen(d)) << 8) | static_cast<QRgb>(mix(qBlue(s), qBlue(d)));
+    }
+  }
+}
+
+void FillCell(TCanvas::Impl& impl, const QTransform& toDevice, const QRectF& cell) {
+  const QPolygonF polygon = toDevice.map(QPolygonF(cell));
+  TMask mask = raster::PolygonMask({polygon}, false, impl.AreaFor(polygon.boundingRect()));
+  if (impl.clipPolygon) mask.Intersect(*impl.clipPolygon);
+  raster::TPaintSource background;
+  background.color = impl.Background();
+  impl.PaintMask(mask, background, pmCopy);
+}
+
+void DrawGlyphs(TCanvas::Impl& impl, const QTransform& toDevice, const TTextLine& line) {
+  // Italics, accents and descenders may leave the cell; a margin of one cell
+  // height on every side holds them.
+  const int margin = line.extent.cy;
+  const QRect area = impl.AreaFor(
+      toDevice.mapRect(QRectF(-margin, -margin, line.extent.cx + 2.0 * margin, line.extent.cy + 2.0 * margin)));
+  if (area.isEmpty()) return;
+  QImage layer(area.size(), QImage::Format_ARGB32_Premultiplied);
+  layer.fill(Qt::transparent);
+  {
+    QPainter painter(&layer);
+    painter.setTransform(toDevice * QTransform::fromTranslate(-area.left(), -area.top()));
+    painter.setFont(line.font);
+    painter.setPen(QColor::fromRgb(raster::ToRgb(impl.font.Color())));
+    painter.drawText(QPointF(0, line.ascent), line.text);
+  }
+  BlendLayer(impl, layer, area.topLeft());
+}
+
+}  // namespace
+
+TSize TCanvas::TextExtent(const std::string& text) {
+  if (!FontsAvailable()) return TSize{};
+  return Measure(*impl_, text).extent;
+}
+
+void TCanvas::TextOut(std::int32_t x, std::int32_t y, const std::string& text) {
+  if (text.empty() || !FontsAvailable()) return;
+  const TTextLine line = Measure(*impl_, text);
+  QTransform toDevice;
+  toDevice.translate(x, y);
+  toDevice.rotate(-impl_->font.Orientation() / 10.0);  // Qt turns clockwise on a y-down screen
+  toDevice *= impl_->world;
+  if (impl_->path.recording) {
+    QPainterPath outline;
+    outline.addText(QPointF(0, line.ascent), line.font, line.text);
+    impl_->path.AddQtPath(toDevice.map(outline), true);
+    return;
+  }
+  if (impl_->bkMode == bkOpaque) FillCell(*impl_, toDevice, QRectF(0, 0, line.extent.cx, line.extent.cy));
+  DrawGlyphs(*impl_, toDevice, line);
+}
+
+}  // namespace lumatrex

@@ -1,0 +1,86 @@
+// TCustomControl: the base of our visual controls, a QWidget that paints
+// through a TCanvas and reports the mouse in the classic form.
+//
+// The control keeps the image it shows (its screen bitmap). Paint renders into
+// it; drawing on Canvas() outside Paint (XOR previews during a gesture) goes to
+// the same image and shows at the next blit, which every mouse handler
+// requests. paintEvent only calls Paint for invalidated areas and blits.
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <string>
+
+#include "platform/bitmap.h"
+#include "platform/canvas.h"
+#include "platform/types.h"
+
+namespace lumatrex {
+
+class TCustomControl : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit TCustomControl(QWidget* parent = nullptr);
+  ~TCustomControl() override;
+
+  // The surface of the screen bitmap, client coordinates. While Paint runs its
+  // clip rectangle is the area being repainted.
+  TCanvas& Canvas() { return screen_.Canvas(); }
+  const TBitmap& ScreenBitmap() const { return screen_; }
+  std::int32_t Width() const { return width(); }
+  std::int32_t Height() const { return height(); }
+  TRect ClientRect() const { return Rect(0, 0, width(), height()); }
+
+  // Marks the whole control for repainting at the next event loop pass.
+  void Invalidate();
+  // Renders the whole control into the screen bitmap now; the window shows it
+  // at its next blit. Works for hidden controls too.
+  void Repaint();
+  // Makes drawing done on Canvas() outside Paint visible.
+  void Blit() { update(); }
+
+  TCursor GetCursor() const { return cursor_; }
+  void SetCursor(TCursor cursor);
+  // True inside Qt Designer (the classic csDesigning state).
+  bool IsDesigning() const { return designing_; }
+  void SetDesigning(bool value) { designing_ = value; }
+
+  // Host events, called after the control's own handling.
+  std::function<void(QObject* sender)> OnMouseEnter;
+  std::function<void(QObject* sender)> OnMouseLeave;
+
+ protected:
+  // Renders the invalidated area into Canvas(); the default fills it white.
+  virtual void Paint();
+  virtual void MouseDown(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y);
+  virtual void MouseMove(TShiftState shift, std::int32_t x, std::int32_t y);
+  virtual void MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y);
+  virtual void CMMouseEnter();
+  virtual void CMMouseLeave();
+
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+ private:
+  void PaintArea(const TRect& area);
+  // Paints what Invalidate marked, if anything.
+  void PaintPending();
+
+  TBitmap screen_;
+  TRect dirty_;
+  bool hasDirty_ = false;
+  TCursor cursor_ = crDefault;
+  bool designing_ = false;
+};
+
+// Maps our cursor values to Qt's cursor shapes.
+Qt::CursorShape ToQtCursor(TCursor cursor);
+
+}  // namespace lumatrex

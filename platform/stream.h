@@ -1,0 +1,148 @@
+// Byte streams: an abstract TStream with exact-size reads and writes, an
+// in-memory stream and a file stream. Plain C++ (no Qt).
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace lumatrex {
+
+// ---------------------------------------------------------------------------
+// Errors
+// ---------------------------------------------------------------------------
+
+// Base of every stream error.
+class EStreamError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// A read that could not be satisfied: Offset() is the stream position at which
+// the read began, What() the message naming what was read there.
+class EReadError : public EStreamError {
+ public:
+  EReadError(std::int64_t offset, const std::string& what);
+  std::int64_t Offset() const { return offset_; }
+
+ private:
+  std::int64_t offset_;
+};
+
+// A write that could not be completed (disk full, read-only stream).
+class EWriteError : public EStreamError {
+ public:
+  using EStreamError::EStreamError;
+};
+
+// A file that could not be opened or created.
+class EFOpenError : public EStreamError {
+ public:
+  using EStreamError::EStreamError;
+};
+
+// ---------------------------------------------------------------------------
+// TStream
+// ---------------------------------------------------------------------------
+
+enum TSeekOrigin : std::uint8_t {
+  soBeginning,
+  soCurrent,
+  soEnd,
+};
+
+class TStream {
+ public:
+  virtual ~TStream() = default;
+
+  // Reads up to Count bytes; returns how many were read (0 at the end).
+  virtual std::int64_t Read(void* buffer, std::int64_t count) = 0;
+  // Writes up to Count bytes; returns how many were written.
+  virtual std::int64_t Write(const void* buffer, std::int64_t count) = 0;
+  // Moves the position; returns the new position. Positions before 0 clamp to 0.
+  virtual std::int64_t Seek(std::int64_t offset, TSeekOrigin origin) = 0;
+  virtual std::int64_t Size() const = 0;
+  // Truncates or extends the stream; the position is clamped to the new size.
+  virtual void SetSize(std::int64_t size) = 0;
+
+  std::int64_t Position() const { return position_; }
+  void SetPosition(std::int64_t position) { Seek(position, soBeginning); }
+  std::int64_t Remaining() const { return Size() - position_; }
+
+  // Reads exactly Count bytes or throws EReadError naming the start offset;
+  // What describes the field being read, for the error message.
+  void ReadBuffer(void* buffer, std::int64_t count, const char* what = "data");
+  // Writes exactly Count bytes or throws EWriteError.
+  void WriteBuffer(const void* buffer, std::int64_t count);
+  // Copies Count bytes from Source's current position; Count 0 copies the whole
+  // of Source from its start. Returns the number of bytes copied.
+  std::int64_t CopyFrom(TStream& source, std::int64_t count);
+
+ protected:
+  std::int64_t position_ = 0;
+};
+
+// ---------------------------------------------------------------------------
+// TMemoryStream
+// ---------------------------------------------------------------------------
+
+class TMemoryStream : public TStream {
+ public:
+  TMemoryStream() = default;
+  explicit TMemoryStream(std::vector<std::uint8_t> bytes);
+
+  std::int64_t Read(void* buffer, std::int64_t count) override;
+  std::int64_t Write(const void* buffer, std::int64_t count) override;
+  std::int64_t Seek(std::int64_t offset, TSeekOrigin origin) override;
+  std::int64_t Size() const override { return static_cast<std::int64_t>(data_.size()); }
+  void SetSize(std::int64_t size) override;
+
+  const std::uint8_t* Memory() const { return data_.data(); }
+  const std::vector<std::uint8_t>& Bytes() const { return data_; }
+  void Clear();
+  // Replaces the content with the whole of Source (from its start); position 0.
+  void LoadFromStream(TStream& source);
+  void SaveToStream(TStream& target) const;
+  void LoadFromFile(const std::string& fileName);
+  void SaveToFile(const std::string& fileName) const;
+
+ private:
+  std::vector<std::uint8_t> data_;
+};
+
+// ---------------------------------------------------------------------------
+// TFileStream
+// ---------------------------------------------------------------------------
+
+enum TFileMode : std::uint8_t {
+  fmCreate,         // create or truncate, read and write
+  fmOpenRead,       // existing file, read only
+  fmOpenWrite,      // existing file, write only
+  fmOpenReadWrite,  // existing file, read and write
+};
+
+class TFileStream : public TStream {
+ public:
+  // Throws EFOpenError when the file cannot be opened in the mode asked.
+  TFileStream(const std::string& fileName, TFileMode mode);
+  ~TFileStream() override;
+  TFileStream(const TFileStream&) = delete;
+  TFileStream& operator=(const TFileStream&) = delete;
+
+  std::int64_t Read(void* buffer, std::int64_t count) override;
+  std::int64_t Write(const void* buffer, std::int64_t count) override;
+  std::int64_t Seek(std::int64_t offset, TSeekOrigin origin) override;
+  std::int64_t Size() const override;
+  void SetSize(std::int64_t size) override;
+  const std::string& FileName() const { return fileName_; }
+  // Flushes buffered writes to the operating system; throws EWriteError on failure.
+  void Flush();
+
+ private:
+  std::string fileName_;
+  std::FILE* file_ = nullptr;
+};
+
+}  // namespace lumatrex

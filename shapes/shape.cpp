@@ -1,0 +1,565 @@
+#include "shapes/shape.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "platform/canvas.h"
+#include "platform/screen.h"
+#include "shapes/drawing_modes.h"
+#include "shapes/shape_owner.h"
+
+namespace lumatrex {
+
+TMyShape::TMyShape(TMyShapeOwner* owner) : owner_(owner), gradient_(0, 0, pf24bit) {
+  if (owner_) {
+    pen_.Assign(owner_->GetPen());
+    brush_.Assign(owner_->GetBrush());
+    font_.Assign(owner_->GetFont());
+    penStyleJoinType_ = owner_->GetPenStyleJoinType();
+    penStyleEndCapType_ = owner_->GetPenStyleEndCapType();
+    dragEnable_ = owner_->GetDragEnable();
+    resizeEnable_ = owner_->GetResizeEnable();
+    rotateEnable_ = owner_->GetRotateEnable();
+    hotShow_ = owner_->GetHotShow();
+  }
+  ConnectChangeNotifications();
+}
+
+TMyShape::~TMyShape() = default;
+
+void TMyShape::ConnectChangeNotifications() {
+  pen_.OnChange = [this] { DoPenBrushChange(); };
+  brush_.OnChange = [this] { DoPenBrushChange(); };
+  font_.OnChange = [this] { DoFontChange(); };
+}
+
+// ---------------------------------------------------------------------------
+// Owner values
+
+double TMyShape::Zoom() const { return owner_ ? owner_->GetZoom() : 1.0; }
+
+std::uint8_t TMyShape::HotSize() const { return owner_ ? owner_->GetHotSize() : 4; }
+
+void TMyShape::RepaintOwner() const {
+  if (owner_) owner_->Repaint();
+}
+
+TMyPoint TMyShape::PivotPoint() const {
+  if (HasParentShape() && owner_) {
+    if (const TMyShape* root = owner_->GetRootParentShape(const_cast<TMyShape*>(this)))
+      return root->GetCenterPoint();
+  }
+  return GetCenterPoint();
+}
+
+template <typename Fn>
+void TMyShape::ForEachChild(Fn fn) const {
+  if (!owner_) return;
+  for (const std::int32_t no : ChildShapes)
+    if (TMyShape* child = owner_->GetShapeByNo(no)) fn(*child);
+}
+
+// ---------------------------------------------------------------------------
+// Moving, sizing, rotating, flipping
+
+void TMyShape::DragChangeValue(const TPoint& from, const TPoint& to) {
+  DragChangeValuedxdy(to.X - from.X, to.Y - from.Y);
+}
+
+void TMyShape::DragChangeValuedxdy(double dx, double dy) {
+  if (dx == 0 && dy == 0) return;
+  const long double mx = static_cast<long double>(dx) / Zoom();
+  const long double my = static_cast<long double>(dy) / Zoom();
+  auto move = [&](TMyPoint& p) {
+    p.X = static_cast<float>(p.X + mx);
+    p.Y = static_cast<float>(p.Y + my);
+  };
+  std::for_each(Points.begin(), Points.end(), move);
+  std::for_each(LinkPoints.begin(), LinkPoints.end(), move);
+  move(CenterPoint);
+  move(TextoutPoint);
+}
+
+void TMyShape::Draging(TCanvas&, const TPoint&, const TPoint&) {}
+void TMyShape::Drawing(TCanvas&, const TPoint&, const TPoint&) {}
+void TMyShape::Sizing(TCanvas&, const TPoint&, const TPoint&) {}
+void TMyShape::Rotating(TCanvas&, const TMyPoint&, long double) {}
+void TMyShape::Drawed(const TPoint&, TPoint&) {}
+void TMyShape::DrawHot(TCanvas&) {}
+void TMyShape::SizeChangeValue(const TMyPoint&, const TMyPoint&) {}
+
+TCursor TMyShape::GetMouseCursor(std::int32_t, std::int32_t) { return crCross; }
+
+bool TMyShape::IsDrawingFinished(TMouseButton, const TPoint&) { return false; }
+
+void TMyShape::RotateChangeValueByAngle(const TMyPoint& c, double angle) {
+  if (Points.empty()) return;
+  const auto a = static_cast<float>(angle);
+  auto turn = [&](TMyPoint& p) { p = RotateAPoint(p, c, a); };
+  std::for_each(Points.begin(), Points.end(), turn);
+  std::for_each(LinkPoints.begin(), LinkPoints.end(), turn);
+  turn(TextoutPoint);
+  turn(CenterPoint);
+  angle_ = static_cast<float>(static_cast<long double>(angle_) + angle);
+  RecaclinRad(angle_);
+}
+
+void TMyShape::SetAngle(float value) {
+  if (Points.empty() || !owner_) {
+    angle_ = value;
+    return;
+  }
+  owner_->RotateChangeValueforShapes(this, PivotPoint(), static_cast<double>(value) - angle_);
+}
+
+void TMyShape::AddPointByMouse(const TPoint& p) {
+  AddPoint(MyPoint(static_cast<float>(p.X / Zoom()), static_cast<float>(p.Y / Zoom())));
+}
+
+void TMyShape::FlipHoriz() {
+  const long double cx = PivotPoint().X;
+  auto mirror = [cx](TMyPoint& p) { p.X = static_cast<float>(cx - (p.X - cx)); };
+  std::for_each(Points.begin(), Points.end(), mirror);
+  std::for_each(LinkPoints.begin(), LinkPoints.end(), mirror);
+  mirror(CenterPoint);
+  mirror(TextoutPoint);
+  if (angle_ != 0) angle_ = static_cast<float>(kPi - angle_);
+  isFlipHorz_ = !isFlipHorz_;
+  RepaintOwner();
+}
+
+void TMyShape::FlipVert() {
+  const long double cy = PivotPoint().Y;
+  auto mirror = [cy](TMyPoint& p) { p.Y = static_cast<float>(cy - (p.Y - cy)); };
+  std::for_each(Points.begin(), Points.end(), mirror);
+  std::for_each(LinkPoints.begin(), LinkPoints.end(), mirror);
+  mirror(CenterPoint);
+  mirror(TextoutPoint);
+  if (angle_ != 0) angle_ = -angle_;
+  isFlipVert_ = !isFlipVert_;
+  RepaintOwner();
+}
+
+// ---------------------------------------------------------------------------
+// Copies
+
+void TMyShape::CopyCommonFields(const TMyShape& source) {
+  tag_ = source.tag_;
+  caption_ = source.caption_;
+  ShapeId = source.ShapeId;
+  LayerId = source.LayerId;
+  SpareRelationId = -1;
+  gradient_ = source.gradient_;
+  colorBegin_ = source.colorBegin_;
+  colorEnd_ = source.colorEnd_;
+  gradientStyle_ = source.gradientStyle_;
+  isFlipHorz_ = source.isFlipHorz_;
+  isFlipVert_ = source.isFlipVert_;
+  locked_ = source.locked_;
+  info_ = source.info_;
+  pen_.Assign(source.pen_);
+  brush_.Assign(source.brush_);
+  font_.Assign(source.font_);
+  Points = source.Points;
+  LinkPoints = source.LinkPoints;
+}
+
+void TMyShape::Assign(const TMyShape& source) {
+  if (&source == this) return;
+  SetName(source.GetName());
+  CopyCommonFields(source);
+  ShapeNo = source.ShapeNo;
+  ChildShapes = source.ChildShapes;
+  LinkLines = source.LinkLines;
+  ParentId = source.ParentId;
+  angle_ = source.angle_;
+  CenterPoint = ComputeCenterPoint(4);
+  TextoutPoint = source.TextoutPoint;
+  userData_.Assign(source.userData_);
+  multiInfo_ = source.multiInfo_;
+  multiInfoAlignment_ = source.multiInfoAlignment_;
+}
+
+void TMyShape::AssignWithoutRelation(const TMyShape& source) {
+  if (&source == this) return;
+  CopyCommonFields(source);
+  angle_ = source.angle_;
+  CenterPoint = ComputeCenterPoint(4);
+  TextoutPoint = source.TextoutPoint;
+  userData_.Assign(source.userData_);
+}
+
+// ---------------------------------------------------------------------------
+// Queries
+
+TMyPoint TMyShape::GetCenterPoint() const { return CenterPoint; }
+
+TMyPoint TMyShape::GetCenterPointInZoom() const { return ZoomedValuePt(GetCenterPoint()); }
+
+std::string TMyShape::GetInfo() { return {}; }
+
+TMyPoint TMyShape::GetPoint(std::int32_t index) const {
+  return IsExistPt(index, Points) ? Points[static_cast<std::size_t>(index)] : TMyPoint{};
+}
+
+std::int32_t TMyShape::InWhichHot(const TPoint&) { return -1; }
+
+bool TMyShape::IsClickedMe(TCanvas&, const TPoint&) { return false; }
+
+TMyPoint TMyShape::ZoomedValuePt(const TMyPoint& p) const {
+  const long double zoom = Zoom();
+  return MyPoint(static_cast<float>(p.X * zoom), static_cast<float>(p.Y * zoom));
+}
+
+TMyPoint TMyShape::GetPointInZoom(std::int32_t index) const { return ZoomedValuePt(GetPoint(index)); }
+
+TMyPoint TMyShape::GetLinkPoint(std::int32_t index) const {
+  return IsExistPt(index, LinkPoints) ? LinkPoints[static_cast<std::size_t>(index)] : TMyPoint{};
+}
+
+TMyPoint TMyShape::GetLinkPointInZoom(std::int32_t index) const { return ZoomedValuePt(GetLinkPoint(index)); }
+
+TPoint TMyShape::GetPointInZoomWithMode(std::int32_t index) const {
+  if (index < 0 || index >= GetPointsCount()) return {};
+  TPoint p = MyPtToPt(GetPointInZoom(index));
+  if (!owner_) return p;
+  const std::int32_t w = owner_->GetControlWidth(), h = owner_->GetControlHeight();
+  switch (owner_->GetXYMode()) {
+    case Mode0: break;
+    case Mode1: p.Y = h - p.Y; break;
+    case Mode2: p = TPoint{w - p.X, h - p.Y}; break;
+    case Mode3: p.X = w - p.X; break;
+  }
+  return p;
+}
+
+// ---------------------------------------------------------------------------
+// Point writers
+
+namespace {
+template <typename Fn>
+void WithPoint(TArrMyPoint& points, std::int32_t index, Fn fn) {
+  if (IsExistPt(index, points)) fn(points[static_cast<std::size_t>(index)]);
+}
+}  // namespace
+
+void TMyShape::SetPoint(std::int32_t index, const TMyPoint& p) {
+  WithPoint(Points, index, [&](TMyPoint& q) { q = p; });
+}
+void TMyShape::SetPointX(std::int32_t index, float x) {
+  WithPoint(Points, index, [&](TMyPoint& q) { q.X = x; });
+}
+void TMyShape::SetPointY(std::int32_t index, float y) {
+  WithPoint(Points, index, [&](TMyPoint& q) { q.Y = y; });
+}
+void TMyShape::SetLinkPoint(std::int32_t index, const TMyPoint& p) {
+  WithPoint(LinkPoints, index, [&](TMyPoint& q) { q = p; });
+}
+void TMyShape::SetLinkPointX(std::int32_t index, float x) {
+  WithPoint(LinkPoints, index, [&](TMyPoint& q) { q.X = x; });
+}
+void TMyShape::SetLinkPointY(std::int32_t index, float y) {
+  WithPoint(LinkPoints, index, [&](TMyPoint& q) { q.Y = y; });
+}
+void TMyShape::SetPointInZoom(std::int32_t index, const TMyPoint& p) {
+  const long double zoom = Zoom();
+  SetPoint(index, MyPoint(static_cast<float>(p.X / zoom), static_cast<float>(p.Y / zoom)));
+}
+void TMyShape::SetPointXInZoom(std::int32_t index, float x) {
+  SetPointX(index, static_cast<float>(x / static_cast<long double>(Zoom())));
+}
+void TMyShape::SetPointYInZoom(std::int32_t index, float y) {
+  SetPointY(index, static_cast<float>(y / static_cast<long double>(Zoom())));
+}
+void TMyShape::PointAddX(std::int32_t index, double dx) { PointAddXY(index, dx, 0); }
+void TMyShape::PointAddY(std::int32_t index, double dy) { PointAddXY(index, 0, dy); }
+void TMyShape::PointAddXY(std::int32_t index, double dx, double dy) {
+  const long double zoom = Zoom();
+  WithPoint(Points, index, [&](TMyPoint& q) {
+    q.X = static_cast<float>(q.X + dx / zoom);
+    q.Y = static_cast<float>(q.Y + dy / zoom);
+  });
+}
+void TMyShape::LinkPointAddXY(std::int32_t index, double dx, double dy) {
+  const long double zoom = Zoom();
+  WithPoint(LinkPoints, index, [&](TMyPoint& q) {
+    q.X = static_cast<float>(q.X + dx / zoom);
+    q.Y = static_cast<float>(q.Y + dy / zoom);
+  });
+}
+
+// ---------------------------------------------------------------------------
+// Extent
+
+TMyPoint TMyShape::GetLeftTop() const { return ComputeCenterPoint(0); }
+TMyPoint TMyShape::GetRightTop() const { return ComputeCenterPoint(1); }
+TMyPoint TMyShape::GetRightBottom() const { return ComputeCenterPoint(2); }
+TMyPoint TMyShape::GetLeftBottom() const { return ComputeCenterPoint(3); }
+
+float TMyShape::GetWidth() const {
+  const TMyRect r = GetPointsLTRB(Points);
+  return std::fabs(r.Right - r.Left);
+}
+
+float TMyShape::GetHeight() const {
+  const TMyRect r = GetPointsLTRB(Points);
+  return std::fabs(r.Bottom - r.Top);
+}
+
+namespace {
+TMyRect UnrotatedBox(const TArrMyPoint& points, const TMyPoint& center, float angle) {
+  TArrMyPoint turned;
+  turned.reserve(points.size());
+  for (const TMyPoint& p : points) turned.push_back(RotateAPoint(p, center, -angle));
+  return GetPointsLTRB(turned);
+}
+}  // namespace
+
+float TMyShape::GetMyWidth() const {
+  const TMyRect r = UnrotatedBox(Points, CenterPoint, angle_);
+  return r.Right - r.Left;
+}
+
+float TMyShape::GetMyHeight() const {
+  const TMyRect r = UnrotatedBox(Points, CenterPoint, angle_);
+  return r.Bottom - r.Top;
+}
+
+TMyPoint TMyShape::ComputeCenterPoint(std::int32_t which) const {
+  const TMyRect r = GetPointsLTRB(Points);
+  switch (which) {
+    case 0: return MyPoint(r.Left, r.Top);
+    case 1: return MyPoint(r.Right, r.Top);
+    case 2: return MyPoint(r.Right, r.Bottom);
+    case 3: return MyPoint(r.Left, r.Bottom);
+    case 4:
+      return MyPoint(static_cast<float>(r.Left + (static_cast<long double>(r.Right) - r.Left) / 2),
+                     static_cast<float>(r.Top + (static_cast<long double>(r.Bottom) - r.Top) / 2));
+    default: return {};
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Handles
+
+bool TMyShape::InTextPointHot(const TPoint& p) const {
+  const TPoint anchor = MyPtToPt(ZoomedValuePt(TextoutPoint));
+  const std::int32_t h = HotSize();
+  return PtInRect(Rect(anchor.X - h, anchor.Y - h, anchor.X + h, anchor.Y + h), p);
+}
+
+std::int32_t TMyShape::InWhichLinkHot(const TMyPoint& p) const {
+  const float h = HotSize();
+  std::int32_t hit = -1;
+  for (std::int32_t i = 0; i < GetLinkPointsCount(); ++i) {
+    const TMyPoint c = GetLinkPointInZoom(i);
+    if (p.X >= c.X - h && p.X < c.X + h && p.Y >= c.Y - h && p.Y < c.Y + h) hit = i;
+  }
+  return hit;
+}
+
+void TMyShape::DrawHotLinkSquare(TCanvas& canvas, const TMyPoint& p) { DrawLinkSquare(canvas, p); }
+
+// ---------------------------------------------------------------------------
+// Text
+
+std::string TMyShape::GetLengthByUnit(const TPoint& a, const TPoint& b) const {
+  const double ratio = owner_ ? owner_->GetRatio() : 1.0;
+  const long double factor = ratio / Zoom();
+  const long double ppi = ScreenPixelsPerInch();
+  const long double dx = static_cast<long double>(a.X) - b.X, dy = static_cast<long double>(a.Y) - b.Y;
+  const long double inches = std::sqrt(dx * dx + dy * dy) / ppi;
+  const long double mmValue = factor * inches * 25.4L;
+  char text[64];
+  switch (owner_ ? owner_->GetTheUNIT() : mm) {
+    case pixel: std::snprintf(text, sizeof text, "%9.0Lf pixel(s)", factor * inches * ppi); break;
+    case mm: std::snprintf(text, sizeof text, "%9.2Lf mm", mmValue); break;
+    case cm: std::snprintf(text, sizeof text, "%9.2Lf cm", mmValue / 10); break;
+    case dm: std::snprintf(text, sizeof text, "%9.2Lf dm", mmValue / 100); break;
+    case m: std::snprintf(text, sizeof text, "%9.2Lf m", mmValue / 1000); break;
+    case inch: std::snprintf(text, sizeof text, "%9.2Lf in", factor * inches); break;
+  }
+  return text;
+}
+
+void TMyShape::MyLogTextOut(TCanvas& canvas, std::int32_t x, std::int32_t y, const std::string& text,
+                            const TFont& font, double scale, double angle) const {
+  DrawRotatedText(canvas, x, y, text, font, scale, angle);
+}
+
+TSize TMyShape::GetTextWidthHeight(TCanvas& canvas, const std::string& text, const TFont& font,
+                                   double scale, double angle) const {
+  return lumatrex::GetTextWidthHeight(canvas, text, font, scale, angle);
+}
+
+void TMyShape::DrawInfo(TCanvas& canvas) {
+  if (!captionShow_) return;
+  const double zoom = Zoom();
+  const TPoint anchor = MyPtToPt(ZoomedValuePt(TextoutPoint));
+  if (!info_.empty()) {
+    const TSize size = GetTextWidthHeight(canvas, info_, font_, zoom, 0);
+    MyLogTextOut(canvas, Round(anchor.X - size.cx / 2.0L), Round(anchor.Y - size.cy / 2.0L), info_, font_,
+                 zoom, 0);
+    return;
+  }
+  if (multiInfo_.empty()) return;
+  std::vector<TSize> sizes;
+  std::int32_t widest = 0, total = 0;
+  for (const std::string& line : multiInfo_) {
+    sizes.push_back(GetTextWidthHeight(canvas, line, font_, zoom, 0));
+    widest = std::max(widest, sizes.back().cx);
+    total += sizes.back().cy;
+  }
+  const std::int32_t step = sizes.back().cy;
+  const std::int32_t x0 = Round(anchor.X - widest / 2.0L);
+  std::int32_t y = Round(anchor.Y - total / 2.0L);
+  for (std::size_t i = 0; i < multiInfo_.size(); ++i) {
+    const std::int32_t w = sizes[i].cx;
+    std::int32_t x = x0;
+    if (multiInfoAlignment_ == taRightJustify) x = x0 + widest - w;
+    if (multiInfoAlignment_ == taCenter) x = x0 + Round((widest - w) / 2.0L);
+    MyLogTextOut(canvas, x, y, multiInfo_[i], font_, zoom, 0);
+    y += step;
+  }
+}
+
+void TMyShape::Draw(TCanvas& canvas) { DrawInfo(canvas); }
+
+// ---------------------------------------------------------------------------
+// Pen, brush and outline painting
+
+void TMyShape::SetPS(TCanvas& canvas, TPenStyle style, TColor color, std::int32_t width) const {
+  static constexpr TPenJoin kJoins[] = {pjRound, pjBevel, pjMiter, pjRound};
+  static constexpr TPenEndCap kCaps[] = {pecRound, pecSquare, pecFlat, pecRound};
+  TPen& pen = canvas.Pen();
+  pen.SetStyle(style);
+  pen.SetColor(color);
+  pen.SetWidth(width);
+  pen.SetGeometric(kJoins[penStyleJoinType_], kCaps[penStyleEndCapType_]);
+}
+
+void TMyShape::PowerDrawShape(TCanvas& canvas, const std::vector<TPoint>& points, bool closed) {
+  if (points.empty()) return;
+  SetDrawShapeMode(*this, canvas);
+  SetPS(canvas, canvas.Pen().Style(), canvas.Pen().Color(), canvas.Pen().Width());
+  if (!closed) {
+    canvas.Polyline(points);
+    return;
+  }
+  if (gradientStyle_ == gsNone || gradient_.Empty()) {
+    canvas.Polygon(points);
+    return;
+  }
+  std::int32_t left = points[0].X, top = points[0].Y, right = left, bottom = top;
+  for (const TPoint& p : points) {
+    left = std::min(left, p.X);
+    top = std::min(top, p.Y);
+    right = std::max(right, p.X);
+    bottom = std::max(bottom, p.Y);
+  }
+  const TRect clip = canvas.ClipRect();
+  canvas.SetClipPolygon(points);
+  canvas.StretchDraw(Rect(left, top, right, bottom), gradient_);
+  canvas.ClearClipRect();
+  canvas.SetClipRect(clip);
+  const TBrushStyle fill = canvas.Brush().Style();
+  canvas.Brush().SetStyle(bsClear);
+  canvas.Polygon(points);
+  canvas.Brush().SetStyle(fill);
+}
+
+void TMyShape::DoPenBrushChange() {
+  if (owner_ && owner_->IsUpdating()) return;
+  ForEachChild([this](TMyShape& child) {
+    child.Pen().Assign(pen_);
+    child.Brush().Assign(brush_);
+  });
+}
+
+void TMyShape::DoFontChange() {
+  if (owner_ && owner_->IsUpdating()) return;
+  ForEachChild([this](TMyShape& child) { child.Font().Assign(font_); });
+}
+
+// ---------------------------------------------------------------------------
+// Property setters with side effects
+
+void TMyShape::SetColorBegin(TColor value) {
+  if (value == colorBegin_) return;
+  colorBegin_ = value;
+  DrawGradient();
+  DoPenBrushChange();
+  RepaintOwner();
+}
+
+void TMyShape::SetColorEnd(TColor value) {
+  if (value == colorEnd_) return;
+  colorEnd_ = value;
+  DrawGradient();
+  DoPenBrushChange();
+  RepaintOwner();
+}
+
+void TMyShape::SetGradientStyle(TGradientStyle value) {
+  if (value == gradientStyle_) return;
+  gradientStyle_ = value;
+  DoPenBrushChange();
+  DrawGradient();
+  FlipGradientByFlags();
+  RepaintOwner();
+}
+
+void TMyShape::SetIsFlipHorz(bool) {
+  if (owner_)
+    owner_->FlipHoriz(this);
+  else
+    FlipHoriz();
+  DrawGradient();
+  FlipGradientByFlags();
+}
+
+void TMyShape::SetIsFlipVert(bool) {
+  if (owner_)
+    owner_->FlipVert(this);
+  else
+    FlipVert();
+  DrawGradient();
+  FlipGradientByFlags();
+}
+
+void TMyShape::SetLocked(bool value) {
+  if (value == locked_) return;
+  if (owner_)
+    owner_->LockUnLockforShapes(this, value);
+  else
+    locked_ = value;
+  RepaintOwner();
+}
+
+// ---------------------------------------------------------------------------
+// Free helpers on a shape's points
+
+void OffsetAllPoints(TMyShape& shape, long double dx, long double dy) {
+  auto move = [&](TMyPoint& p) {
+    p.X = static_cast<float>(p.X + dx);
+    p.Y = static_cast<float>(p.Y + dy);
+  };
+  std::for_each(shape.Points.begin(), shape.Points.end(), move);
+  std::for_each(shape.LinkPoints.begin(), shape.LinkPoints.end(), move);
+  move(shape.TextoutPoint);
+}
+
+void RemoveAllPoints(TMyShape& shape) { shape.Points.clear(); }
+
+void AddLinklineShape(TMyShape& shape, std::uint32_t id) {
+  if (std::find(shape.LinkLines.begin(), shape.LinkLines.end(), id) == shape.LinkLines.end())
+    shape.LinkLines.push_back(id);
+}
+
+void RemoveLinklineShape(TMyShape& shape, std::uint32_t id) {
+  const auto last = std::find(shape.LinkLines.rbegin(), shape.LinkLines.rend(), id);
+  if (last != shape.LinkLines.rend()) shape.LinkLines.erase(std::next(last).base());
+}
+
+}  // namespace lumatrex

@@ -1,0 +1,149 @@
+// The published enumerations of shapes and of the canvas. They are one-byte
+// enums with classic ordinals (drawing files store the ordinals) and are
+// registered with Qt's meta-object system so that the property inspector and
+// Qt Designer can show them by name.
+#pragma once
+
+#include <QObject>
+#include <cstdint>
+
+namespace lumatrex {
+Q_NAMESPACE
+
+// Gradient fill kinds; gsNone paints no gradient.
+enum TGradientStyle : std::uint8_t {
+  gsRadialC,
+  gsRadialT,
+  gsRadialB,
+  gsRadialL,
+  gsRadialR,
+  gsRadialTL,
+  gsRadialTR,
+  gsRadialBL,
+  gsRadialBR,
+  gsLinearH,
+  gsLinearV,
+  gsReflectedH,
+  gsReflectedV,
+  gsDiagonalLF,
+  gsDiagonalLB,
+  gsDiagonalRF,
+  gsDiagonalRB,
+  gsArrowL,
+  gsArrowR,
+  gsArrowU,
+  gsArrowD,
+  gsDiamond,
+  gsButterfly,
+  gsNone,
+};
+Q_ENUM_NS(TGradientStyle)
+
+// Line joins of geometric pens; psjtMASK draws like psjtROUND.
+enum TPenStyleJoinType : std::uint8_t {
+  psjtROUND,
+  psjtBEVEL,
+  psjtMITER,
+  psjtMASK,
+};
+Q_ENUM_NS(TPenStyleJoinType)
+
+// Line ends of geometric pens; psectMASK draws like psectROUND.
+enum TPenStyleEndCapType : std::uint8_t {
+  psectROUND,
+  psectSQUARE,
+  psectFLAT,
+  psectMASK,
+};
+Q_ENUM_NS(TPenStyleEndCapType)
+
+// Unit of reported lengths and areas.
+enum TUnits : std::uint8_t {
+  pixel,
+  mm,
+  cm,
+  dm,
+  m,
+  inch,
+};
+Q_ENUM_NS(TUnits)
+
+// Origin corner of reported coordinates.
+enum TXYMode : std::uint8_t {
+  Mode0,  // as is
+  Mode1,  // y measured up from the bottom edge
+  Mode2,  // x from the right edge, y from the bottom edge
+  Mode3,  // x from the right edge
+};
+Q_ENUM_NS(TXYMode)
+
+// Horizontal alignment of multi-line info text.
+enum TAlignment : std::uint8_t {
+  taLeftJustify,
+  taRightJustify,
+  taCenter,
+};
+Q_ENUM_NS(TAlignment)
+
+// Which ends of a line carry an arrow head. ALeft puts the head at the last
+// point and ARight at the first: the names are historical and kept.
+enum TArrowStyle : std::uint8_t {
+  ANone,
+  ALeft,
+  ARight,
+  ADouble,
+};
+Q_ENUM_NS(TArrowStyle)
+
+// Ticks across the ends of a measuring line.
+enum TTickStyle : std::uint8_t {
+  tsLine,
+  tsNone,
+};
+Q_ENUM_NS(TTickStyle)
+
+// The tool chosen by the user.
+enum TDrawTool : std::uint8_t {
+  SpLinkLine,
+  SpSelecting,
+  SpRotateSelecting,
+  SpLine,
+  SpRuleLine,
+  SpPolyLine,
+  SpRectangle,
+  SpLinkPoint,
+  SpLineLinkLine,
+  SpEllipse,
+  SpText,
+  SpImage,
+  SpPolygon,
+  SpPolyBezier,
+  SpElliArc,
+  SpClose,
+  SpPolylinePolygonPointRemoving,
+  SpPolylinePolygonPointAdding,
+  SpDragWhole,
+  SpBrowse,
+  SpFreeLine,
+  SpBLine,
+};
+Q_ENUM_NS(TDrawTool)
+
+// The canvas's interaction state.
+enum TActionTools : std::uint8_t {
+  dtClose,
+  dtDrawing,
+  dtSelecting,
+  dtRotateSelecting,
+  dtResizing,
+  dtDragging,
+  dtDraggingTextoutPoint,
+  dtRotating,
+  dtPolylinePolygonPointRemoving,
+  dtPolylinePolygonPointAdding,
+  dtDragWhole,
+  dtBrowse,
+};
+Q_ENUM_NS(TActionTools)
+
+}  // namespace lumatrex

@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include "canvas/tmycad.h"
+#include "shapes/drawing_modes.h"
+
+namespace lumatrex {
+namespace {
+
+TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
+
+// A canvas holding a group (position 0) with two members (1 and 2).
+struct TGroupedCanvas {
+  TMyCAD cad;
+  TMyShape* group;
+  TMyShape* a;
+  TMyShape* b;
+  TGroupedCanvas() {
+    group = Add(Box(0, 0, 100, 100));
+    a = Add(Box(0, 0, 10, 10));
+    b = Add(Box(90, 90, 100, 100));
+    group->ChildShapes = {1, 2};
+    a->ParentId = b->ParentId = 0;
+  }
+  TMyShape* Add(TArrMyPoint points) {
+    auto shape = std::make_unique<TMyShape>(&cad);
+    shape->Points = std::move(points);
+    shape->CenterPoint = shape->ComputeCenterPoint(4);
+    return cad.AppendShape(std::move(shape));
+  }
+};
+
+TEST(TMyCAD, NewShapesTakeTheCanvasDefaultsAtCreation) {
+  TMyCAD cad;
+  cad.Pen().SetColor(clRed);
+  cad.SetHotShow(false);
+  cad.SetRotateEnable(true);
+  cad.SetPenStyleJoinType(psjtMITER);
+  TMyShape shape(&cad);
+  EXPECT_EQ(shape.Pen().Color(), clRed);
+  EXPECT_FALSE(shape.GetHotShow());
+  EXPECT_TRUE(shape.GetRotateEnable());
+  EXPECT_FALSE(shape.GetResizeEnable());  // the canvas's switches start off
+  EXPECT_EQ(shape.GetPenStyleJoinType(), psjtMITER);
+}
+
+TEST(TMyCAD, ZoomKeepsThePreviousValue) {
+  TMyCAD cad;
+  EXPECT_EQ(cad.GetZoom(), 1.0);
+  EXPECT_EQ(cad.GetPreviousZoom(), 1.0);
+  cad.SetZoom(2.5);
+  cad.SetZoom(4);
+  EXPECT_EQ(cad.GetPreviousZoom(), 2.5);
+}
+
+TEST(TMyCAD, ColorOfHotReplacesTheProcessWideHandleColour) {
+  const TColor before = GetHotColor();
+  TMyCAD cad;
+  EXPECT_EQ(cad.GetColorOfHot(), 0x808080);
+  EXPECT_EQ(GetHotColor(), before);  // a new canvas does not set it
+  cad.SetColorOfHot(clAqua);
+  EXPECT_EQ(GetHotColor(), clAqua);
+  SetHotColor(before);
+}
+
+TEST(TMyCAD, ShapeNumbersFollowTheListAndOutOfRangeIsNull) {
+  TGroupedCanvas c;
+  EXPECT_EQ(c.cad.GetShapeByNo(2), c.b);
+  EXPECT_EQ(c.b->ShapeNo, 2);
+  EXPECT_EQ(c.cad.GetShapeByNo(3), nullptr);
+  EXPECT_EQ(c.cad.GetShapeByNo(-1), nullptr);
+}
+
+TEST(TMyCAD, RootParentOfAMemberIsItsOutermostGroupAndACycleDoesNotHang) {
+  TGroupedCanvas c;
+  EXPECT_EQ(c.cad.GetRootParentShape(c.a), c.group);
+  EXPECT_EQ(c.cad.GetRootParentShape(c.group), c.group);
+  c.group->ParentId = 1;  // a broken file could hold a cycle
+  EXPECT_NE(c.cad.GetRootParentShape(c.a), nullptr);
+}
+
+TEST(TMyCAD, LockingAGroupLocksItsMembersAndRotationSkipsLockedShapes) {
+  TGroupedCanvas c;
+  c.a->SetLocked(true);
+  EXPECT_TRUE(c.a->GetLocked());
+  EXPECT_FALSE(c.b->GetLocked());
+  c.cad.RotateChangeValueforShapes(c.group, {50, 50}, kPi);
+  EXPECT_EQ(c.a->GetPoint(0), (TMyPoint{0, 0}));  // locked: unmoved
+  EXPECT_NEAR(c.b->GetPoint(0).X, 10, 1e-4);
+  EXPECT_NEAR(c.group->GetAngle(), kPi, 1e-6);
+  c.group->SetLocked(true);
+  EXPECT_TRUE(c.b->GetLocked());
+}
+
+TEST(TMyCAD, SettingAMembersAngleTurnsItAboutTheGroupCentre) {
+  TGroupedCanvas c;
+  c.a->SetAngle(static_cast<float>(kPi));
+  EXPECT_NEAR(c.a->GetPoint(0).X, 100, 1e-3);
+  EXPECT_NEAR(c.a->GetPoint(0).Y, 100, 1e-3);
+}
+
+TEST(TMyCAD, FlippingAGroupMirrorsEveryMemberAboutTheGroupCentre) {
+  TGroupedCanvas c;
+  c.group->SetIsFlipHorz(true);
+  EXPECT_TRUE(c.group->GetIsFlipHorz());
+  EXPECT_TRUE(c.a->GetIsFlipHorz());
+  EXPECT_NEAR(c.a->GetPoint(0).X, 100, 1e-4);
+  EXPECT_NEAR(c.b->GetPoint(0).X, 10, 1e-4);
+}
+
+TEST(TMyCAD, BulkUpdateStopsGroupStylingAndNests) {
+  TGroupedCanvas c;
+  c.cad.BeginUpdate();
+  c.cad.BeginUpdate();
+  c.group->Pen().SetColor(clRed);
+  c.cad.EndUpdate();
+  EXPECT_TRUE(c.cad.IsUpdating());
+  EXPECT_NE(c.a->Pen().Color(), clRed);
+  c.cad.EndUpdate();
+  c.group->Pen().SetColor(clLime);
+  EXPECT_EQ(c.a->Pen().Color(), clLime);
+}
+
+TEST(TMyCAD, PublishedPropertiesAreVisibleToTheMetaObjectSystem) {
+  TMyCAD cad;
+  EXPECT_TRUE(cad.setProperty("Zoom", 3.0));
+  EXPECT_EQ(cad.GetZoom(), 3.0);
+  EXPECT_EQ(cad.property("TheUNIT").value<TUnits>(), mm);
+}
+
+}  // namespace
+}  // namespace lumatrex

@@ -1,0 +1,512 @@
+// BMP decoding of hand-made files (each variant, each way a file can be
+// broken) and the exact bytes that encoding writes.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <random>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "platform/bmp_codec.h"
+
+namespace lumatrex {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// "42 4D ..." -> bytes; '|' may separate groups for readability.
+Bytes Hex(std::string text) {
+  std::replace(text.begin(), text.end(), '|', ' ');
+  Bytes bytes;
+  std::istringstream in(text);
+  std::string token;
+  while (in >> token) bytes.push_back(static_cast<std::uint8_t>(std::stoul(token, nullptr, 16)));
+  return bytes;
+}
+
+void Put16(Bytes& out, std::uint32_t v) {
+  out.push_back(static_cast<std::uint8_t>(v));
+  out.push_back(static_cast<std::uint8_t>(v >> 8));
+}
+
+void Put32(Bytes& out, std::uint32_t v) {
+  Put16(out, v & 0xFFFF);
+  Put16(out, v >> 16);
+}
+
+// A hand-made BMP file, written field by field so that a test can break any
+// one of them.
+struct TFile {
+  std::uint32_t headerSize = 40;
+  std::int32_t width = 1;
+  std::int32_t height = 1;
+  std::uint16_t planes = 1;
+  std::uint16_t bpp = 24;
+  std::uint32_t compression = 0;
+  std::uint32_t clrUsed = 0;
+  std::vector<std::uint32_t> masks;      // from offset 54, inside or after the header
+  Bytes palette;                         // raw entries
+  Bytes pixels;
+  std::optional<std::uint32_t> offBits;  // default: right after the palette
+  const char* signature = "BM";
+
+  Bytes Build() const {
+    Bytes info;
+    Put32(info, headerSize);
+    if (headerSize == 12) {
+      Put16(info, width);
+      Put16(info, height);
+    } else {
+      Put32(info, width);
+      Put32(info, height);
+    }
+    Put16(info, planes);
+    Put16(info, bpp);
+    if (headerSize >= 40) {
+      for (std::uint32_t v : {compression, std::uint32_t(pixels.size()), 2835u, 2835u, clrUsed, 0u}) Put32(info, v);
+    }
+    for (std::uint32_t mask : masks) Put32(info, mask);
+    if (info.size() < headerSize) info.resize(headerSize, 0);
+    const auto defaultOffset = static_cast<std::uint32_t>(14 + info.size() + palette.size());
+    Bytes file = {std::uint8_t(signature[0]), std::uint8_t(signature[1])};
+    Put32(file, static_cast<std::uint32_t>(defaultOffset + pixels.size()));
+    Put32(file, 0);
+    Put32(file, offBits.value_or(defaultOffset));
+    file.insert(file.end(), info.begin(), info.end());
+    file.insert(file.end(), palette.begin(), palette.end());
+    file.insert(file.end(), pixels.begin(), pixels.end());
+    return file;
+  }
+};
+
+bmp::TDecodedBmp Decode(const Bytes& file) { return bmp::Decode(file.data(), file.size()); }
+
+// The bytes of F after Change(F).
+template <typename Change>
+Bytes Changed(TFile f, Change change) {
+  change(f);
+  return f.Build();
+}
+
+TFile Palette8(std::int32_t width, std::int32_t height, Bytes pixels) {
+  TFile f;
+  f.width = width;
+  f.height = height;
+  f.bpp = 8;
+  f.palette = Hex("00 00 00 00 | FF FF FF 00");
+  f.pixels = std::move(pixels);
+  return f;
+}
+
+TFile Rle(std::uint32_t compression, std::int32_t width, std::int32_t height, const std::string& data) {
+  TFile f = Palette8(width, height, Hex(data));
+  f.compression = compression;
+  f.bpp = compression == 1 ? 8 : 4;
+  return f;
+}
+
+TFile Bitfields(std::uint16_t bpp, std::vector<std::uint32_t> masks, Bytes pixels) {
+  TFile f;
+  f.bpp = bpp;
+  f.compression = 3;
+  f.masks = std::move(masks);
+  f.pixels = std::move(pixels);
+  return f;
+}
+
+// ---------------------------------------------------------------------------
+// Decoding: the variants
+// ---------------------------------------------------------------------------
+
+TEST(BmpDecode, TwentyFourBitRowsAreStoredBottomUp) {
+  TFile f;
+  f.width = 2;
+  f.height = 2;
+  f.pixels = Hex("FF 00 00 | FF FF FF | 00 00 | 00 00 FF | 00 FF 00 | 00 00");
+  const bmp::TDecodedBmp bmp = Decode(f.Build());
+  EXPECT_FALSE(bmp.indexed);
+  EXPECT_FALSE(bmp.hasAlpha);
+  EXPECT_EQ(bmp.bitsPerPixel, 24);
+  EXPECT_EQ(bmp.argb, (std::vector<std::uint32_t>{0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFFFF}));
+}
+
+TEST(BmpDecode, LastRowMayLackItsPadding) {
+  TFile f;
+  f.width = 1;
+  f.height = 2;
+  f.pixels = Hex("01 02 03 00 | 04 05 06");
+  EXPECT_EQ(Decode(f.Build()).argb, (std::vector<std::uint32_t>{0xFF060504, 0xFF030201}));
+}
+
+TEST(BmpDecode, NegativeHeightMeansTopDownRows) {
+  const bmp::TDecodedBmp bmp = Decode(Palette8(1, -2, Hex("00 00 00 00 | 01 00 00 00")).Build());
+  EXPECT_EQ(bmp.height, 2);
+  EXPECT_EQ(bmp.indices, (Bytes{0, 1}));
+}
+
+TEST(BmpDecode, SubBytePixelsUnpackHighBitsFirstAndIgnoreUnusedBits) {
+  TFile one = Palette8(10, 1, Hex("B3 7F 00 00"));  // 1011 0011 | 01 and six unused ones
+  one.bpp = 1;
+  EXPECT_EQ(Decode(one.Build()).indices, (Bytes{1, 0, 1, 1, 0, 0, 1, 1, 0, 1}));
+
+  TFile two = Palette8(5, 1, Hex("1B FF 00 00"));
+  two.bpp = 2;
+  const bmp::TDecodedBmp twoBit = Decode(two.Build());
+  EXPECT_EQ(twoBit.bitsPerPixel, 2);
+  EXPECT_EQ(twoBit.indices, (Bytes{0, 1, 2, 3, 3}));
+
+  TFile four = Palette8(3, 1, Hex("01 1F 00 00"));
+  four.bpp = 4;
+  EXPECT_EQ(Decode(four.Build()).indices, (Bytes{0, 1, 1}));
+}
+
+TEST(BmpDecode, SixteenBitsWithoutMasksAreFiveFiveFiveRounded) {
+  TFile f;
+  f.width = 4;
+  f.bpp = 16;
+  f.pixels = Hex("FF 7F | 00 80 | 00 7C | 03 00");  // white, top bit only, red, blue 3 of 31
+  EXPECT_EQ(Decode(f.Build()).argb, (std::vector<std::uint32_t>{0xFFFFFFFF, 0xFF000000, 0xFFFF0000, 0xFF000019}));
+}
+
+TEST(BmpDecode, ThirtyTwoBitRgbKeepsTheFourthByteWithoutCallingItAlpha) {
+  TFile f;
+  f.bpp = 32;
+  f.pixels = Hex("10 20 30 40");
+  const bmp::TDecodedBmp bmp = Decode(f.Build());
+  EXPECT_FALSE(bmp.hasAlpha);
+  EXPECT_EQ(bmp.argb, (std::vector<std::uint32_t>{0x40302010}));
+}
+
+TEST(BmpDecode, MasksOfAnyWidthScaleToEightBitsWithAlphaFromTheV5Header) {
+  TFile f = Bitfields(32, {0x3FF00000, 0x000FFC00, 0x000003FF, 0xC0000000}, {});
+  f.headerSize = 124;
+  Put32(f.pixels, 0x7FF00000u | 512u << 10);  // alpha 1 of 3, red 1023, green 512, blue 0
+  const bmp::TDecodedBmp bmp = Decode(f.Build());
+  EXPECT_TRUE(bmp.hasAlpha);
+  EXPECT_EQ(bmp.argb, (std::vector<std::uint32_t>{0x55FF8000}));
+}
+
+TEST(BmpDecode, AlphaBitfieldsFollowAnInfoHeader) {
+  TFile f = Bitfields(32, {0x0000FF00, 0x00FF0000, 0xFF000000, 0x000000FF}, Hex("11 22 33 44"));
+  f.compression = 6;
+  const bmp::TDecodedBmp bmp = Decode(f.Build());
+  EXPECT_TRUE(bmp.hasAlpha);
+  EXPECT_EQ(bmp.argb, (std::vector<std::uint32_t>{0x11223344}));
+}
+
+TEST(BmpDecode, ZeroColourMaskReadsAsZeroAndMissingAlphaAsOpaque) {
+  const bmp::TDecodedBmp bmp = Decode(Bitfields(16, {0xFF00, 0x00FF, 0}, Hex("34 12")).Build());
+  EXPECT_FALSE(bmp.hasAlpha);
+  EXPECT_EQ(bmp.argb, (std::vector<std::uint32_t>{0xFF123400}));
+}
+
+TEST(BmpDecode, Os2CoreHeaderHasThreeBytePaletteEntries) {
+  TFile f = Palette8(2, 1, Hex("80 00 00 00"));
+  f.headerSize = 12;
+  f.bpp = 1;
+  f.palette = Hex("01 02 03 | 04 05 06");
+  const bmp::TDecodedBmp bmp = Decode(f.Build());
+  EXPECT_EQ(bmp.palette, (std::vector<TColor>{RGB(3, 2, 1), RGB(6, 5, 4)}));
+  EXPECT_EQ(bmp.indices, (Bytes{1, 0}));
+}
+
+TEST(BmpDecode, Os2ShortHeaderHasFourBytePaletteEntries) {
+  TFile f = Palette8(1, 1, Hex("01 00 00 00"));
+  f.headerSize = 16;
+  f.bpp = 1;
+  f.palette = Hex("01 02 03 00 | 04 05 06 00");
+  EXPECT_EQ(Decode(f.Build()).palette, (std::vector<TColor>{RGB(3, 2, 1), RGB(6, 5, 4)}));
+}
+
+TEST(BmpDecode, PaletteIsCutToTheBitCountAndToThePixelData) {
+  TFile longer = Palette8(1, 1, Hex("01 00 00 00"));
+  longer.bpp = 1;
+  longer.clrUsed = 3;
+  longer.palette = Hex("00 00 00 00 | FF FF FF 00 | 01 01 01 00");
+  EXPECT_EQ(Decode(longer.Build()).palette.size(), 2u);
+
+  TFile overlapping = Palette8(1, 1, Hex("01 00 00 00"));
+  overlapping.clrUsed = 200;  // only two entries before the pixels
+  EXPECT_EQ(Decode(overlapping.Build()).palette, (std::vector<TColor>{clBlack, clWhite}));
+}
+
+TEST(BmpDecode, IndicesPastThePaletteAreBlack) {
+  TFile f = Palette8(2, 1, Hex("05 01 00 00"));
+  f.palette = Hex("FF FF FF 00 | 00 00 FF 00");
+  const bmp::TDecodedBmp bmp = Decode(f.Build());
+  EXPECT_EQ(bmp.indices, (Bytes{5, 1}));
+  EXPECT_EQ(bmp.palette, (std::vector<TColor>{clWhite, clRed, clBlack, clBlack, clBlack, clBlack}));
+}
+
+TEST(BmpDecode, Rle8RunsAbsoluteRunsDeltaAndEndCodes) {
+  const std::string data =
+      "03 07 | 00 00 |"           // bottom row: three 7s, end of line
+      "00 03 01 02 03 00 | 00 00 |"  // absolute 1 2 3 with its pad byte
+      "00 02 01 00 | 01 09 | 00 01";  // delta one right, one 9, end of bitmap
+  const bmp::TDecodedBmp bmp = Decode(Rle(1, 4, 3, data).Build());
+  EXPECT_EQ(bmp.bitsPerPixel, 8);
+  EXPECT_EQ(bmp.indices, (Bytes{0, 9, 0, 0, 1, 2, 3, 0, 7, 7, 7, 0}));
+}
+
+TEST(BmpDecode, Rle8DeltaSkipsRowsAndLeavesThemIndexZero) {
+  EXPECT_EQ(Decode(Rle(1, 2, 3, "00 02 01 02 | 01 05 | 00 01").Build()).indices, (Bytes{0, 5, 0, 0, 0, 0}));
+}
+
+TEST(BmpDecode, Rle4RunsAlternateNibblesAndAbsoluteRunsKeepWordAlignment) {
+  const std::string data =
+      "05 12 | 00 00 |"              // bottom row: 1 2 1 2 1
+      "00 05 34 56 70 00 | 00 01";  // five nibbles in three bytes, pad byte, end
+  const bmp::TDecodedBmp bmp = Decode(Rle(2, 5, 2, data).Build());
+  EXPECT_EQ(bmp.bitsPerPixel, 4);
+  EXPECT_EQ(bmp.indices, (Bytes{3, 4, 5, 6, 7, 1, 2, 1, 2, 1}));
+}
+
+TEST(BmpDecode, RleEndingWithTheLastEndOfLineNeedsNoEndOfBitmap) {
+  EXPECT_EQ(Decode(Rle(1, 1, 1, "01 01 | 00 00").Build()).indices, (Bytes{1}));
+}
+
+// ---------------------------------------------------------------------------
+// Decoding: refused files
+// ---------------------------------------------------------------------------
+
+struct TBadFile {
+  const char* name;
+  Bytes bytes;
+  const char* message;  // part of the error text
+};
+
+void PrintTo(const TBadFile& c, std::ostream* out) { *out << c.name; }
+
+TFile WithHeader(std::uint32_t headerSize, std::uint32_t compression) {
+  TFile f = Palette8(1, 1, Hex("00 00 00 00"));
+  f.headerSize = headerSize;
+  f.compression = compression;
+  return f;
+}
+
+std::vector<TBadFile> BadFiles() {
+  TFile base;
+  base.pixels = Hex("00 00 00 00");
+  auto file = [&](auto change) { return Changed(base, change); };
+  const Bytes valid = file([](TFile&) {});
+  return {
+      {"FileHeaderCut", Bytes(valid.begin(), valid.begin() + 10), "file header"},
+      {"InfoHeaderCut", Bytes(valid.begin(), valid.begin() + 34), "bitmap header"},
+      {"SignatureNotBM", file([](TFile& f) { f.signature = "BA"; }), "signature"},
+      {"UnknownHeaderSize", file([](TFile& f) { f.headerSize = 20; }), "header size 20"},
+      {"ZeroWidth", file([](TFile& f) { f.width = 0; }), "width 0"},
+      {"NegativeWidth", file([](TFile& f) { f.width = -1; }), "width -1"},
+      {"ZeroHeight", file([](TFile& f) { f.height = 0; }), "height is zero"},
+      {"MostNegativeHeight", file([](TFile& f) { f.height = std::numeric_limits<std::int32_t>::min(); }), "limit"},
+      {"PixelCountOverLimit", file([](TFile& f) { f.width = f.height = 16385; }), "limit"},
+      {"RowBitsBeyond32Bits", file([](TFile& f) { f.width = 1 << 28; f.bpp = 32; }), "1073741824 bytes needed"},
+      {"PlanesNotOne", file([](TFile& f) { f.planes = 2; }), "plane count 2"},
+      {"BitCountZero", file([](TFile& f) { f.bpp = 0; }), "bit count 0"},
+      {"BitCount64", file([](TFile& f) { f.bpp = 64; }), "bit count 64"},
+      {"PixelOffsetPastTheEnd", file([](TFile& f) { f.offBits = 58; }), "past the end"},
+      {"PixelOffsetInsideTheHeader", file([](TFile& f) { f.offBits = 20; }), "inside the headers"},
+      {"LastRowMissing", file([](TFile& f) { f.height = 2; }), "truncated"},
+      {"PaletteWithoutEntries", Changed(Palette8(1, 1, Hex("00")), [](TFile& f) { f.palette.clear(); }),
+       "palette is empty"},
+      {"Rle8RunOverrunsTheRow", Rle(1, 2, 2, "03 01 00 01").Build(), "overruns row 0"},
+      {"Rle8AbsoluteRunOverrunsTheRow", Rle(1, 2, 1, "00 03 01 02 03 00 00 01").Build(), "overruns row 0"},
+      {"Rle8RunAfterTheLastRow", Rle(1, 1, 1, "01 01 00 00 01 01").Build(), "past the last row"},
+      {"Rle8AbsoluteRunCutShort", Rle(1, 4, 1, "00 04 01 02").Build(), "ends inside a code"},
+      {"Rle8DeltaPastTheRightEdge", Rle(1, 2, 2, "00 02 03 00 00 01").Build(), "delta"},
+      {"Rle8DeltaPastTheTopRow", Rle(1, 2, 2, "00 02 00 02 00 01").Build(), "delta"},
+      {"Rle8DeltaCutShort", Rle(1, 2, 2, "00 02 01").Build(), "ends inside a code"},
+      {"Rle8EndsBeforeTheLastRow", Rle(1, 1, 2, "01 05 00 00").Build(), "ends before the end"},
+      {"Rle4RunOverrunsTheRow", Rle(2, 3, 1, "04 12 00 01").Build(), "overruns row 0"},
+      {"RleTopDown", Rle(1, 1, -1, "01 01 00 01").Build(), "top-down"},
+      {"Rle8WithFourBits", Changed(Rle(1, 1, 1, "01 01 00 01"), [](TFile& f) { f.bpp = 4; }), "RLE with 4 bits"},
+      {"RleTooSparseForItsSize", Rle(1, 10000, 10000, "00 00 00 01").Build(), "cannot describe"},
+      {"BitfieldsAllMasksZero", Bitfields(16, {0, 0, 0}, Hex("00 00 00 00")).Build(), "all colour masks are zero"},
+      {"BitfieldsMaskNotContiguous", Bitfields(16, {0xF0F, 0, 0}, Hex("00 00 00 00")).Build(), "not contiguous"},
+      {"BitfieldsMaskOutside16Bits", Bitfields(16, {0x1F0000, 0, 0}, Hex("00 00 00 00")).Build(), "outside the pixel"},
+      {"BitfieldsAt24Bits", Bitfields(24, {0xFF, 0xFF00, 0xFF0000}, Hex("00 00 00 00")).Build(), "24 bits"},
+      {"BitfieldsMasksCut", [] {
+         Bytes b = Bitfields(16, {0x7C00, 0x3E0, 0x1F}, {}).Build();
+         b.resize(58);
+         return b;
+       }(), "bit-field masks"},
+      {"JpegInside", WithHeader(124, 4).Build(), "JPEG"},
+      {"PngInside", WithHeader(124, 5).Build(), "PNG"},
+      {"UnknownCompression", WithHeader(40, 7).Build(), "compression 7"},
+      {"Os2v2Huffman", WithHeader(64, 3).Build(), "Huffman"},
+      {"Os2v2Rle24", WithHeader(64, 4).Build(), "RLE24"},
+  };
+}
+
+class BmpRefusal : public testing::TestWithParam<TBadFile> {};
+
+TEST_P(BmpRefusal, ThrowsInvalidGraphicNamingTheProblem) {
+  try {
+    Decode(GetParam().bytes);
+    FAIL() << "decoded";
+  } catch (const EInvalidGraphic& e) {
+    EXPECT_NE(std::string(e.what()).find(GetParam().message), std::string::npos) << e.what();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, BmpRefusal, testing::ValuesIn(BadFiles()),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+// Valid files without row padding, so that every shorter prefix lacks data.
+std::vector<TBadFile> CompleteFiles() {
+  TFile rgb;
+  rgb.width = 4;
+  rgb.height = 2;
+  rgb.pixels = Bytes(24, 0x55);
+  TFile core = Palette8(4, 2, Bytes(8, 1));
+  core.headerSize = 12;
+  core.palette = Hex("00 00 00 | FF FF FF");
+  return {
+      {"Rgb24", rgb.Build(), ""},
+      {"Palette8", Palette8(4, 2, Bytes(8, 1)).Build(), ""},
+      {"Os2Core", core.Build(), ""},
+      {"Bitfields16",
+       Changed(Bitfields(16, {0x7C00, 0x3E0, 0x1F}, Hex("FF 7F 00 7C")), [](TFile& f) { f.width = 2; }), ""},
+      {"Rle8", Rle(1, 2, 2, "02 01 00 00 02 01 00 01").Build(), ""},
+  };
+}
+
+class BmpTruncation : public testing::TestWithParam<TBadFile> {};
+
+TEST_P(BmpTruncation, EveryShorterPrefixIsRefused) {
+  const Bytes& whole = GetParam().bytes;
+  ASSERT_NO_THROW(Decode(whole));
+  for (std::size_t size = 0; size < whole.size(); ++size)
+    EXPECT_THROW(bmp::Decode(whole.data(), size), EInvalidGraphic) << "cut at " << size;
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, BmpTruncation, testing::ValuesIn(CompleteFiles()),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+// ---------------------------------------------------------------------------
+// Encoding
+// ---------------------------------------------------------------------------
+
+bmp::TEncodeSource Source(std::int32_t width, std::int32_t height, std::int32_t bpp, const Bytes& pixels,
+                          std::int32_t stride) {
+  bmp::TEncodeSource s;
+  s.width = width;
+  s.height = height;
+  s.bitsPerPixel = bpp;
+  s.stride = stride;
+  s.pixels = pixels.data();
+  return s;
+}
+
+TEST(BmpEncode, TwentyFourBitsTwoByTwo) {
+  const Bytes pixels = Hex("00 00 FF | 00 FF 00 | AA AA | FF 00 00 | FF FF FF | AA AA");  // red green / blue white
+  EXPECT_EQ(bmp::Encode(Source(2, 2, 24, pixels, 8)),
+            Hex("42 4D | 46 00 00 00 | 00 00 | 00 00 | 36 00 00 00 |"
+                "28 00 00 00 | 02 00 00 00 | 02 00 00 00 | 01 00 | 18 00 | 00 00 00 00 | 10 00 00 00 |"
+                "00 00 00 00 | 00 00 00 00 | 00 00 00 00 | 00 00 00 00 |"
+                "FF 00 00 | FF FF FF | 00 00 |"
+                "00 00 FF | 00 FF 00 | 00 00"));
+}
+
+TEST(BmpEncode, EightBitsWithAThreeColourPalette) {
+  const Bytes pixels = Hex("00 01 02 | EE EE | 02 02 00 | EE EE");
+  bmp::TEncodeSource s = Source(3, 2, 8, pixels, 5);
+  s.palette = {clRed, clLime, RGB(1, 2, 3)};
+  EXPECT_EQ(bmp::Encode(s),
+            Hex("42 4D | 4A 00 00 00 | 00 00 | 00 00 | 42 00 00 00 |"
+                "28 00 00 00 | 03 00 00 00 | 02 00 00 00 | 01 00 | 08 00 | 00 00 00 00 | 08 00 00 00 |"
+                "00 00 00 00 | 00 00 00 00 | 03 00 00 00 | 00 00 00 00 |"
+                "00 00 FF 00 | 00 FF 00 00 | 03 02 01 00 |"
+                "02 02 00 00 |"
+                "00 01 02 00"));
+}
+
+TEST(BmpEncode, ThirtyTwoBitsKeepTheFourthByte) {
+  const Bytes pixels = Hex("10 20 30 40 | 50 60 70 80");
+  EXPECT_EQ(bmp::Encode(Source(1, 2, 32, pixels, 4)),
+            Hex("42 4D | 3E 00 00 00 | 00 00 | 00 00 | 36 00 00 00 |"
+                "28 00 00 00 | 01 00 00 00 | 02 00 00 00 | 01 00 | 20 00 | 00 00 00 00 | 08 00 00 00 |"
+                "00 00 00 00 | 00 00 00 00 | 00 00 00 00 | 00 00 00 00 |"
+                "50 60 70 80 |"
+                "10 20 30 40"));
+}
+
+TEST(BmpEncode, OneBitClearsTheBitsPastTheLastPixel) {
+  const Bytes pixels = Hex("BF");  // 1 0 1, then five bits of garbage
+  bmp::TEncodeSource s = Source(3, 1, 1, pixels, 1);
+  s.palette = {clBlack, clWhite};
+  EXPECT_EQ(bmp::Encode(s),
+            Hex("42 4D | 42 00 00 00 | 00 00 | 00 00 | 3E 00 00 00 |"
+                "28 00 00 00 | 03 00 00 00 | 01 00 00 00 | 01 00 | 01 00 | 00 00 00 00 | 04 00 00 00 |"
+                "00 00 00 00 | 00 00 00 00 | 02 00 00 00 | 00 00 00 00 |"
+                "00 00 00 00 | FF FF FF 00 |"
+                "A0 00 00 00"));
+}
+
+TEST(BmpEncode, PictureWithoutPixelsGivesNoBytes) {
+  EXPECT_TRUE(bmp::Encode(Source(0, 5, 24, {}, 0)).empty());
+  EXPECT_TRUE(bmp::Encode(Source(5, 0, 24, {}, 0)).empty());
+}
+
+TEST(BmpEncode, SourcesBreakingTheRulesAreRejected) {
+  const Bytes pixels(64, 0);
+  auto withPalette = [&](std::int32_t bpp, std::size_t entries) {
+    bmp::TEncodeSource s = Source(2, 2, bpp, pixels, 4);
+    s.palette.assign(entries, clBlack);
+    return s;
+  };
+  EXPECT_THROW(bmp::Encode(Source(2, 2, 2, pixels, 4)), std::invalid_argument);
+  EXPECT_THROW(bmp::Encode(Source(-1, 2, 24, pixels, 8)), std::invalid_argument);
+  EXPECT_THROW(bmp::Encode(Source(2, 2, 24, pixels, 5)), std::invalid_argument);  // stride below 6
+  bmp::TEncodeSource noPixels = Source(2, 2, 24, pixels, 8);
+  noPixels.pixels = nullptr;
+  EXPECT_THROW(bmp::Encode(noPixels), std::invalid_argument);
+  EXPECT_THROW(bmp::Encode(Source(16385, 16385, 24, pixels, 49156)), std::invalid_argument);
+  EXPECT_THROW(bmp::Encode(withPalette(8, 0)), std::invalid_argument);
+  EXPECT_THROW(bmp::Encode(withPalette(4, 17)), std::invalid_argument);
+  EXPECT_NO_THROW(bmp::Encode(withPalette(4, 16)));
+}
+
+// Decode(Encode(x)) == x for odd sizes, whose rows need padding.
+class BmpRoundTrip : public testing::TestWithParam<int> {};
+
+TEST_P(BmpRoundTrip, DecodeGivesBackWhatWasEncoded) {
+  const int bpp = GetParam();
+  const std::int32_t width = 13, height = 5, stride = (width * bpp + 7) / 8;
+  std::mt19937 random(bpp);
+  Bytes pixels(std::size_t(stride) * height);
+  for (std::uint8_t& b : pixels) b = static_cast<std::uint8_t>(random());
+  bmp::TEncodeSource s = Source(width, height, bpp, pixels, stride);
+  if (bpp <= 8)
+    for (int i = 0; i < 1 << bpp; ++i) s.palette.push_back(static_cast<TColor>(random() & 0xFFFFFF));
+
+  const bmp::TDecodedBmp bmp = Decode(bmp::Encode(s));
+  ASSERT_EQ(bmp.width, width);
+  ASSERT_EQ(bmp.height, height);
+  EXPECT_EQ(bmp.bitsPerPixel, bpp);
+  EXPECT_EQ(bmp.palette, s.palette);
+  for (int y = 0; y < height; ++y) {
+    const std::uint8_t* row = &pixels[std::size_t(y) * stride];
+    for (int x = 0; x < width; ++x) {
+      const std::size_t i = std::size_t(y) * width + x;
+      if (bpp <= 8) {
+        const int perByte = 8 / bpp, shift = 8 - bpp * (x % perByte + 1);
+        EXPECT_EQ(bmp.indices[i], row[x / perByte] >> shift & ((1 << bpp) - 1)) << x << "," << y;
+      } else {
+        const std::uint8_t* p = row + x * (bpp / 8);
+        const std::uint32_t alpha = bpp == 32 ? p[3] : 0xFF;
+        EXPECT_EQ(bmp.argb[i], alpha << 24 | p[2] << 16 | p[1] << 8 | p[0]) << x << "," << y;
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(BitsPerPixel, BmpRoundTrip, testing::Values(1, 4, 8, 24, 32),
+                         [](const auto& info) { return "Bits" + std::to_string(info.param); });
+
+}  // namespace
+}  // namespace lumatrex

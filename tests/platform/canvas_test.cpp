@@ -1,0 +1,1001 @@
+// The drawing surface: the raster conventions every shape relies on, pixel
+// for pixel (half-open figures, lines without their last pixel, raster
+// operations, dashes and hatches), plus clipping, regions, paths, the world
+// transform and text.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/bitmap.h"
+#include "platform/canvas.h"
+#include "platform/qt_interop.h"
+
+namespace lumatrex {
+namespace {
+
+using Art = std::vector<std::string>;
+
+// The picture as one character a pixel: '.' white, '#' black, 'r' red,
+// 'y' yellow, '?' anything else.
+Art Picture(TBitmap& bitmap) {
+  Art rows;
+  for (int y = 0; y < bitmap.Height(); ++y) {
+    std::string row;
+    for (int x = 0; x < bitmap.Width(); ++x) {
+      const TColor c = bitmap.Canvas().GetPixel(x, y);
+      row += c == clWhite ? '.' : c == clBlack ? '#' : c == clRed ? 'r' : c == clYellow ? 'y' : '?';
+    }
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+std::vector<TColor> Colours(TBitmap& bitmap) {
+  std::vector<TColor> colours;
+  for (int y = 0; y < bitmap.Height(); ++y)
+    for (int x = 0; x < bitmap.Width(); ++x) colours.push_back(bitmap.Canvas().GetPixel(x, y));
+  return colours;
+}
+
+// Every pixel a different colour, so that a raster operation applied twice
+// or to the wrong pixel shows.
+void PaintGradient(TBitmap& bitmap) {
+  for (int y = 0; y < bitmap.Height(); ++y)
+    for (int x = 0; x < bitmap.Width(); ++x)
+      bitmap.Canvas().SetPixel(x, y, RGB(static_cast<std::uint8_t>(x * 7), static_cast<std::uint8_t>(y * 11),
+                                         static_cast<std::uint8_t>((x + y) * 3)));
+}
+
+// Pixels whose colour is not white, as a bounding box (empty when none).
+TRect InkBounds(TBitmap& bitmap) {
+  TRect r{bitmap.Width(), bitmap.Height(), 0, 0};
+  for (int y = 0; y < bitmap.Height(); ++y)
+    for (int x = 0; x < bitmap.Width(); ++x)
+      if (bitmap.Canvas().GetPixel(x, y) != clWhite) {
+        r.Left = std::min(r.Left, x);
+        r.Top = std::min(r.Top, y);
+        r.Right = std::max(r.Right, x + 1);
+        r.Bottom = std::max(r.Bottom, y + 1);
+      }
+  return r;
+}
+
+std::vector<TPoint> Pentagram() { return {{20, 2}, {31, 36}, {2, 14}, {38, 14}, {9, 36}}; }
+
+// ---------------------------------------------------------------------------
+// Figures: half-open boxes
+// ---------------------------------------------------------------------------
+
+TEST(CanvasFigures, RectangleOutlinesAndFillsTheHalfOpenBox) {
+  TBitmap bitmap(8, 6, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetColor(clRed);
+  canvas.Rectangle(1, 1, 6, 5);
+  const Art expected = {
+      "........",
+      ".#####..",
+      ".#rrr#..",
+      ".#rrr#..",
+      ".#####..",
+      "........",
+  };
+  EXPECT_EQ(Picture(bitmap), expected);
+  TBitmap swapped(8, 6, pf32bit);
+  swapped.Canvas().Brush().SetColor(clRed);
+  swapped.Canvas().Rectangle(6, 5, 1, 1);
+  EXPECT_EQ(Picture(swapped), expected);
+}
+
+TEST(CanvasFigures, EllipseIsInscribedInTheHalfOpenBox) {
+  TBitmap bitmap(8, 8, pf32bit);
+  bitmap.Canvas().Brush().SetColor(clRed);
+  bitmap.Canvas().Ellipse(0, 0, 7, 7);
+  EXPECT_EQ(Picture(bitmap), (Art{
+                                 "..###...",
+                                 ".#rrr#..",
+                                 "#rrrrr#.",
+                                 "#rrrrr#.",
+                                 "#rrrrr#.",
+                                 ".#rrr#..",
+                                 "..###...",
+                                 "........",
+                             }));
+}
+
+TEST(CanvasFigures, EvenEllipseIsSymmetricAndStaysInsideItsBox) {
+  TBitmap bitmap(24, 16, pf32bit);
+  bitmap.Canvas().Ellipse(2, 3, 22, 13);
+  EXPECT_EQ(InkBounds(bitmap), Rect(2, 3, 22, 13));
+  for (int y = 3; y < 13; ++y)
+    for (int x = 2; x < 22; ++x) {
+      EXPECT_EQ(bitmap.Canvas().GetPixel(x, y), bitmap.Canvas().GetPixel(23 - x, y)) << x << "," << y;
+      EXPECT_EQ(bitmap.Canvas().GetPixel(x, y), bitmap.Canvas().GetPixel(x, 15 - y)) << x << "," << y;
+    }
+}
+
+TEST(CanvasFigures, FillRectFillsHalfOpenWithTheBrushAndIgnoresThePenMode) {
+  TBitmap bitmap(6, 4, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetColor(clRed);
+  canvas.Pen().SetMode(pmXor);
+  canvas.FillRect(Rect(4, 3, 1, 1));
+  EXPECT_EQ(Picture(bitmap), (Art{
+                                 "......",
+                                 ".rrr..",
+                                 ".rrr..",
+                                 "......",
+                             }));
+}
+
+TEST(CanvasFigures, PolygonFillLeavesOutRightAndBottomButItsOutlineCoversThem) {
+  TBitmap bitmap(6, 6, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Pen().SetStyle(psClear);
+  canvas.Brush().SetColor(clRed);
+  canvas.Polygon({{1, 1}, {4, 1}, {4, 4}, {1, 4}});
+  EXPECT_EQ(Picture(bitmap)[3], ".rrr..");
+  EXPECT_EQ(Picture(bitmap)[4], "......");
+  canvas.Pen().SetStyle(psSolid);
+  canvas.Polygon({{1, 1}, {4, 1}, {4, 4}, {1, 4}});
+  EXPECT_EQ(Picture(bitmap), (Art{
+                                 "......",
+                                 ".####.",
+                                 ".#rr#.",
+                                 ".#rr#.",
+                                 ".####.",
+                                 "......",
+                             }));
+}
+
+TEST(CanvasFigures, ClearPenAndClearBrushDrawNothing) {
+  TBitmap bitmap(40, 40, pf32bit);
+  PaintGradient(bitmap);
+  const std::vector<TColor> before = Colours(bitmap);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Pen().SetStyle(psClear);
+  canvas.Brush().SetStyle(bsClear);
+  canvas.Rectangle(1, 1, 30, 30);
+  canvas.Ellipse(1, 1, 30, 30);
+  canvas.Polygon(Pentagram());
+  canvas.Pie(1, 1, 30, 30, 30, 15, 15, 1);
+  canvas.MoveTo(0, 0);
+  canvas.LineTo(39, 39);
+  canvas.FillRect(Rect(0, 0, 40, 40));
+  EXPECT_EQ(Colours(bitmap), before);
+}
+
+TEST(CanvasFigures, ClearBrushLeavesTheInsideOfAnOutlineAlone) {
+  TBitmap bitmap(5, 5, pf32bit);
+  bitmap.Canvas().Brush().SetStyle(bsClear);
+  bitmap.Canvas().Rectangle(0, 0, 5, 5);
+  EXPECT_EQ(Picture(bitmap)[2], "#...#");
+}
+
+TEST(CanvasFigures, ArcRunsCounterClockwiseFromStartRayToEndRay) {
+  TBitmap bitmap(21, 21, pf32bit);
+  // From the ray toward the right to the ray toward the left: the upper half.
+  bitmap.Canvas().Arc(0, 0, 21, 21, 21, 10, 0, 10);
+  const TRect ink = InkBounds(bitmap);
+  EXPECT_EQ(ink.Top, 0);
+  EXPECT_LE(ink.Bottom, 11);
+  EXPECT_EQ(ink.Left, 0);
+  EXPECT_EQ(ink.Right, 21);
+}
+
+TEST(CanvasFigures, PieFillsItsSectorOnly) {
+  TBitmap bitmap(21, 21, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetColor(clRed);
+  canvas.Pie(0, 0, 21, 21, 21, 10, 10, 0);  // the upper right quarter
+  EXPECT_EQ(canvas.GetPixel(15, 5), clRed);
+  EXPECT_EQ(canvas.GetPixel(5, 5), clWhite);
+  EXPECT_EQ(canvas.GetPixel(15, 15), clWhite);
+  EXPECT_EQ(canvas.GetPixel(10, 10), clBlack);  // the centre is on the outline
+}
+
+TEST(CanvasFigures, BrushNeverReachesPastTheOutline) {
+  const std::vector<std::pair<const char*, std::function<void(TCanvas&)>>> figures = {
+      {"ellipse", [](TCanvas& c) { c.Ellipse(3, 5, 36, 27); }},
+      {"pie", [](TCanvas& c) { c.Pie(1, 1, 39, 33, 39, 2, 2, 30); }},
+      {"chord", [](TCanvas& c) { c.Chord(1, 1, 39, 33, 39, 20, 5, 1); }},
+      {"star", [](TCanvas& c) { c.Polygon(Pentagram()); }},
+  };
+  for (const auto& [name, draw] : figures) {
+    SCOPED_TRACE(name);
+    TBitmap bitmap(40, 40, pf32bit);
+    bitmap.Canvas().Brush().SetColor(clRed);
+    draw(bitmap.Canvas());
+    const Art art = Picture(bitmap);
+    for (int y = 1; y < 39; ++y) {
+      for (int x = 1; x < 39; ++x) {
+        if (art[y][x] != 'r') continue;
+        ASSERT_TRUE(art[y - 1][x] != '.' && art[y + 1][x] != '.' && art[y][x - 1] != '.' && art[y][x + 1] != '.')
+            << x << "," << y;
+      }
+    }
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Lines
+// ---------------------------------------------------------------------------
+
+struct LineCase {
+  const char* name;
+  TPoint from, to;
+  std::vector<TPoint> pixels;
+};
+
+class CanvasLines : public ::testing::TestWithParam<LineCase> {};
+
+TEST_P(CanvasLines, DrawsExactlyTheNearestPixelsWithoutTheLastOne) {
+  const LineCase& c = GetParam();
+  TBitmap bitmap(8, 8, pf32bit);
+  bitmap.Canvas().MoveTo(c.from.X, c.from.Y);
+  bitmap.Canvas().LineTo(c.to.X, c.to.Y);
+  Art expected(8, std::string(8, '.'));
+  for (const TPoint& p : c.pixels) expected[p.Y][p.X] = '#';
+  EXPECT_EQ(Picture(bitmap), expected);
+  EXPECT_EQ(bitmap.Canvas().PenPos(), c.to);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bresenham, CanvasLines,
+    ::testing::Values(LineCase{"horizontal", {0, 0}, {4, 0}, {{0, 0}, {1, 0}, {2, 0}, {3, 0}}},
+                      LineCase{"upward_vertical", {2, 5}, {2, 1}, {{2, 5}, {2, 4}, {2, 3}, {2, 2}}},
+                      LineCase{"diagonal", {0, 0}, {3, 3}, {{0, 0}, {1, 1}, {2, 2}}},
+                      LineCase{"tie_goes_to_the_smaller_y", {0, 0}, {4, 1}, {{0, 0}, {1, 0}, {2, 0}, {3, 1}}},
+                      LineCase{"reversed_covers_the_same_pixels", {4, 1}, {0, 0}, {{4, 1}, {3, 1}, {2, 0}, {1, 0}}},
+                      LineCase{"steep", {1, 0}, {3, 6}, {{1, 0}, {1, 1}, {2, 2}, {2, 3}, {2, 4}, {3, 5}}},
+                      LineCase{"zero_length_draws_nothing", {3, 3}, {3, 3}, {}},
+                      LineCase{"from_far_outside", {-100000, 2}, {4, 2}, {{0, 2}, {1, 2}, {2, 2}, {3, 2}}}),
+    [](const ::testing::TestParamInfo<LineCase>& info) { return std::string(info.param.name); });
+
+TEST(CanvasPolyline, DrawsEachJointOnceSoXorLeavesNoHoles) {
+  TBitmap bitmap(7, 7, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Pen().SetColor(clWhite);
+  canvas.Pen().SetMode(pmXor);
+  canvas.Polyline({{1, 1}, {5, 1}, {5, 5}, {1, 5}, {1, 1}});
+  EXPECT_EQ(Picture(bitmap), (Art{
+                                 ".......",
+                                 ".#####.",
+                                 ".#...#.",
+                                 ".#...#.",
+                                 ".#...#.",
+                                 ".#####.",
+                                 ".......",
+                             }));
+}
+
+TEST(CanvasPolyline, SelfCrossingPixelsAreCombinedOnce) {
+  TBitmap bitmap(9, 9, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Pen().SetColor(clWhite);
+  canvas.Pen().SetMode(pmXor);
+  canvas.Polyline({{0, 0}, {8, 8}, {8, 0}, {0, 8}});
+  EXPECT_EQ(canvas.GetPixel(4, 4), clBlack);  // crossed by two segments
+}
+
+// ---------------------------------------------------------------------------
+// Pen modes
+// ---------------------------------------------------------------------------
+
+struct ModeCase {
+  const char* name;
+  TPenMode mode;
+  std::function<TColor(TColor p, TColor d)> expected;
+};
+
+class CanvasPenModes : public ::testing::TestWithParam<ModeCase> {};
+
+TEST_P(CanvasPenModes, CombinesPenWithDestinationBitwiseAndKeepsAlphaOpaque) {
+  const TColor destination = RGB(0x12, 0x34, 0x56), pen = RGB(0xF0, 0x0F, 0xAA);
+  TBitmap bitmap(3, 1, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.SetPixel(1, 0, destination);
+  canvas.Pen().SetColor(pen);
+  canvas.Pen().SetMode(GetParam().mode);
+  canvas.MoveTo(1, 0);
+  canvas.LineTo(2, 0);
+  EXPECT_EQ(canvas.GetPixel(1, 0), GetParam().expected(pen, destination) & 0xFFFFFF);
+  EXPECT_EQ(bitmap.ScanLine(0)[4 + 3], 0xFF);
+  EXPECT_EQ(canvas.GetPixel(2, 0), clWhite);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    AllSixteen, CanvasPenModes,
+    ::testing::Values(ModeCase{"pmBlack", pmBlack, [](TColor, TColor) { return 0; }},
+                      ModeCase{"pmWhite", pmWhite, [](TColor, TColor) { return 0xFFFFFF; }},
+                      ModeCase{"pmNop", pmNop, [](TColor, TColor d) { return d; }},
+                      ModeCase{"pmNot", pmNot, [](TColor, TColor d) { return ~d; }},
+                      ModeCase{"pmCopy", pmCopy, [](TColor p, TColor) { return p; }},
+                      ModeCase{"pmNotCopy", pmNotCopy, [](TColor p, TColor) { return ~p; }},
+                      ModeCase{"pmMergePenNot", pmMergePenNot, [](TColor p, TColor d) { return p | ~d; }},
+                      ModeCase{"pmMaskPenNot", pmMaskPenNot, [](TColor p, TColor d) { return p & ~d; }},
+                      ModeCase{"pmMergeNotPen", pmMergeNotPen, [](TColor p, TColor d) { return ~p | d; }},
+                      ModeCase{"pmMaskNotPen", pmMaskNotPen, [](TColor p, TColor d) { return ~p & d; }},
+                      ModeCase{"pmMerge", pmMerge, [](TColor p, TColor d) { return p | d; }},
+                      ModeCase{"pmNotMerge", pmNotMerge, [](TColor p, TColor d) { return ~(p | d); }},
+                      ModeCase{"pmMask", pmMask, [](TColor p, TColor d) { return p & d; }},
+                      ModeCase{"pmNotMask", pmNotMask, [](TColor p, TColor d) { return ~(p & d); }},
+                      ModeCase{"pmXor", pmXor, [](TColor p, TColor d) { return p ^ d; }},
+                      ModeCase{"pmNotXor", pmNotXor, [](TColor p, TColor d) { return ~(p ^ d); }}),
+    [](const ::testing::TestParamInfo<ModeCase>& info) { return std::string(info.param.name); });
+
+TEST(CanvasPenModes, NotInvertsWhateverThePenColourAndAppliesToTheBrushToo) {
+  TBitmap bitmap(6, 6, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.SetPixel(2, 2, RGB(0x10, 0x20, 0x30));
+  canvas.Pen().SetColor(clRed);
+  canvas.Brush().SetColor(clYellow);
+  canvas.Pen().SetMode(pmNot);
+  canvas.Rectangle(0, 0, 6, 6);
+  EXPECT_EQ(canvas.GetPixel(0, 0), clBlack);
+  EXPECT_EQ(canvas.GetPixel(2, 2), RGB(0xEF, 0xDF, 0xCF));
+}
+
+struct XorCase {
+  const char* name;
+  std::function<void(TCanvas&)> draw;
+};
+
+class CanvasXorTwice : public ::testing::TestWithParam<XorCase> {};
+
+TEST_P(CanvasXorTwice, RestoresEveryPixel) {
+  TBitmap bitmap(40, 40, pf32bit);
+  PaintGradient(bitmap);
+  const std::vector<TColor> before = Colours(bitmap);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Pen().SetColor(RGB(0x5A, 0xA5, 0x3C));
+  canvas.Brush().SetColor(RGB(0x0F, 0x77, 0xE1));
+  canvas.Pen().SetMode(pmXor);
+  GetParam().draw(canvas);
+  EXPECT_NE(Colours(bitmap), before);
+  GetParam().draw(canvas);
+  EXPECT_EQ(Colours(bitmap), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Figures, CanvasXorTwice,
+    ::testing::Values(
+        XorCase{"line",
+                [](TCanvas& c) {
+                  c.MoveTo(3, 4);
+                  c.LineTo(37, 21);
+                }},
+        XorCase{"self_crossing_polyline", [](TCanvas& c) { c.Polyline({{2, 2}, {30, 30}, {30, 2}, {2, 30}}); }},
+        XorCase{"rectangle", [](TCanvas& c) { c.Rectangle(3, 5, 33, 27); }},
+        XorCase{"ellipse", [](TCanvas& c) { c.Ellipse(4, 4, 36, 28); }},
+        XorCase{"winding_star_polygon",
+                [](TCanvas& c) {
+                  c.SetPolyFillMode(pfmWinding);
+                  c.Polygon(Pentagram());
+                }},
+        XorCase{"dotted_rubber_band",
+                [](TCanvas& c) {
+                  c.Pen().SetStyle(psDot);
+                  c.Brush().SetStyle(bsClear);
+                  c.Rectangle(2, 2, 37, 31);
+                }},
+        XorCase{"dashed_line_with_opaque_gaps",
+                [](TCanvas& c) {
+                  c.Pen().SetStyle(psDashDot);
+                  c.MoveTo(0, 20);
+                  c.LineTo(39, 25);
+                }},
+        XorCase{"hatched_rectangle",
+                [](TCanvas& c) {
+                  c.Brush().SetStyle(bsDiagCross);
+                  c.SetBkMode(bkOpaque);
+                  c.Rectangle(1, 1, 39, 39);
+                }},
+        XorCase{"wide_polyline", [](TCanvas& c) {
+                  c.Pen().SetWidth(5);
+                  c.Polyline({{5, 5}, {35, 10}, {10, 35}});
+                }},
+        XorCase{"wide_geometric_rectangle",
+                [](TCanvas& c) {
+                  c.Pen().SetWidth(4);
+                  c.Pen().SetGeometric(pjMiter, pecSquare);
+                  c.Rectangle(6, 6, 30, 30);
+                }},
+        XorCase{"arc", [](TCanvas& c) { c.Arc(2, 2, 38, 30, 38, 2, 2, 30); }},
+        XorCase{"chord", [](TCanvas& c) { c.Chord(2, 2, 38, 30, 38, 2, 2, 30); }},
+        XorCase{"pie", [](TCanvas& c) { c.Pie(2, 2, 38, 30, 2, 2, 38, 16); }},
+        XorCase{"bezier", [](TCanvas& c) { c.PolyBezier({{2, 38}, {2, 2}, {38, 2}, {38, 38}}); }},
+        XorCase{"turned_figures", [](TCanvas& c) {
+                  c.SetWorldTransform(TXForm{0.8f, 0.6f, -0.6f, 0.8f, 20, 2});
+                  c.Rectangle(0, 0, 20, 12);
+                  c.Ellipse(2, 14, 22, 28);
+                  c.Pie(0, 0, 20, 20, 20, 0, 0, 20);
+                }}),
+    [](const ::testing::TestParamInfo<XorCase>& info) { return std::string(info.param.name); });
+
+// ---------------------------------------------------------------------------
+// Pen styles and brush patterns
+// ---------------------------------------------------------------------------
+
+TEST(CanvasPenStyles, DotIsThreePixelsOnThreeOffAndGapsStayUnderAClearBrush) {
+  TBitmap bitmap(30, 1, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Pen().SetStyle(psDot);
+  canvas.Brush().SetStyle(bsClear);  // the classic canvas turns the background transparent
+  canvas.MoveTo(0, 0);
+  canvas.LineTo(30, 0);
+  EXPECT_EQ(Picture(bitmap)[0], "###...###...###...###...###...");
+}
+
+TEST(CanvasPenStyles, OpaqueBackgroundFillsDashGapsWithTheBrushColour) {
+  TBitmap bitmap(30, 1, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Pen().SetStyle(psDot);
+  canvas.Brush().SetColor(clYellow);
+  canvas.MoveTo(0, 0);
+  canvas.LineTo(30, 0);
+  EXPECT_EQ(Picture(bitmap)[0], "###yyy###yyy###yyy###yyy###yyy");
+}
+
+TEST(CanvasPenStyles, DashPatternRunsOnAcrossPolylineJoints) {
+  TBitmap bitmap(6, 6, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Pen().SetStyle(psDot);
+  canvas.Brush().SetStyle(bsClear);
+  canvas.Polyline({{0, 1}, {4, 1}, {4, 5}});
+  EXPECT_EQ(Picture(bitmap), (Art{
+                                 "......",
+                                 "###...",
+                                 "......",
+                                 "....#.",
+                                 "....#.",
+                                 "......",
+                             }));
+}
+
+TEST(CanvasPenStyles, AlternateAndDashPatterns) {
+  const std::vector<std::pair<TPenStyle, std::string>> cases = {
+      {psAlternate, "#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#."},
+      {psDash, "##################......##################"},
+      {psDashDot, "#########......###......#########......###"},
+      {psDashDotDot, "#########...###...###...#########...###..."},
+  };
+  for (const auto& [style, row] : cases) {
+    SCOPED_TRACE(row);
+    TBitmap bitmap(static_cast<int>(row.size()), 1, pf32bit);
+    bitmap.Canvas().Pen().SetStyle(style);
+    bitmap.Canvas().Brush().SetStyle(bsClear);
+    bitmap.Canvas().MoveTo(0, 0);
+    bitmap.Canvas().LineTo(static_cast<int>(row.size()) + 1, 0);
+    EXPECT_EQ(Picture(bitmap)[0], row);
+  }
+}
+
+TEST(CanvasPenStyles, InsideFrameKeepsAWidePenWithinTheBox) {
+  TBitmap bitmap(20, 20, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Pen().SetWidth(4);
+  canvas.Pen().SetStyle(psInsideFrame);
+  canvas.Brush().SetColor(clRed);
+  canvas.Rectangle(4, 4, 16, 16);
+  EXPECT_EQ(InkBounds(bitmap), Rect(4, 4, 16, 16));
+  EXPECT_EQ(canvas.GetPixel(7, 10), clBlack);
+  EXPECT_EQ(canvas.GetPixel(8, 10), clRed);
+}
+
+TEST(CanvasPenStyles, WidePenIsCentredOnTheOutline) {
+  TBitmap bitmap(20, 20, pf32bit);
+  bitmap.Canvas().Pen().SetWidth(3);
+  bitmap.Canvas().Rectangle(4, 4, 16, 16);
+  EXPECT_EQ(InkBounds(bitmap), Rect(3, 3, 17, 17));
+}
+
+TEST(CanvasPenStyles, GeometricPenEndsFollowTheirCapKind) {
+  const std::vector<std::pair<TPenEndCap, TRect>> cases = {
+      {pecFlat, Rect(5, 7, 25, 13)},
+      {pecSquare, Rect(2, 7, 28, 13)},
+  };
+  for (const auto& [cap, ink] : cases) {
+    SCOPED_TRACE(cap);
+    TBitmap bitmap(30, 20, pf32bit);
+    TCanvas& canvas = bitmap.Canvas();
+    canvas.Pen().SetWidth(6);
+    canvas.Pen().SetGeometric(pjMiter, cap);
+    canvas.BeginPath();  // as curves are drawn: one path, stroked whole
+    canvas.MoveTo(5, 10);
+    canvas.LineTo(25, 10);
+    canvas.EndPath();
+    canvas.StrokePath();
+    EXPECT_EQ(InkBounds(bitmap), ink);
+  }
+}
+
+TEST(CanvasBrushes, HatchIsAnchoredAtTheDeviceOriginOverAnOpaqueBackground) {
+  TBitmap bitmap(20, 20, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetColor(clRed);
+  canvas.FillRect(Rect(0, 0, 20, 20));
+  canvas.Brush().SetColor(clBlack);
+  canvas.Brush().SetStyle(bsCross);
+  canvas.SetBkMode(bkOpaque);
+  canvas.FillRect(Rect(3, 5, 19, 19));
+  for (int y = 0; y < 20; ++y)
+    for (int x = 0; x < 20; ++x) {
+      const bool inside = x >= 3 && x < 19 && y >= 5 && y < 19;
+      const TColor expected = !inside ? clRed : (x % 8 == 4 || y % 8 == 3) ? clBlack : clWhite;
+      ASSERT_EQ(canvas.GetPixel(x, y), expected) << x << "," << y;
+    }
+}
+
+TEST(CanvasBrushes, HatchOverATransparentBackgroundLeavesTheGaps) {
+  TBitmap bitmap(8, 8, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetColor(clRed);
+  canvas.FillRect(Rect(0, 0, 8, 8));
+  canvas.Brush().SetColor(clBlack);
+  canvas.Brush().SetStyle(bsFDiagonal);  // a hatch brush makes the background transparent
+  EXPECT_EQ(canvas.BkMode(), bkTransparent);
+  canvas.FillRect(Rect(0, 0, 8, 8));
+  EXPECT_EQ(Picture(bitmap)[0], "#rrrrrrr");
+  EXPECT_EQ(Picture(bitmap)[2], "rr#rrrrr");
+}
+
+TEST(CanvasBrushes, BitmapBrushIsTiledFromTheDeviceOrigin) {
+  TBitmap pattern(2, 1, pf24bit);
+  pattern.Canvas().SetPixel(0, 0, clRed);
+  TBitmap bitmap(6, 2, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetBitmap(&pattern);
+  canvas.FillRect(Rect(1, 0, 6, 2));
+  EXPECT_EQ(Picture(bitmap)[1], "..r.r.");
+}
+
+// ---------------------------------------------------------------------------
+// Pixels, flood fill and bitmap copies
+// ---------------------------------------------------------------------------
+
+TEST(CanvasPixels, GetPixelOutsideTheBitmapIsMinusOne) {
+  TBitmap bitmap(3, 3, pf32bit);
+  EXPECT_EQ(bitmap.Canvas().GetPixel(3, 0), -1);
+  EXPECT_EQ(bitmap.Canvas().GetPixel(0, -1), -1);
+  EXPECT_EQ(bitmap.Canvas().GetPixel(2, 2), clWhite);
+}
+
+TEST(CanvasPixels, SetPixelResolvesSystemColours) {
+  TBitmap bitmap(1, 1, pf32bit);
+  bitmap.Canvas().SetPixel(0, 0, clBtnFace);
+  EXPECT_EQ(bitmap.Canvas().GetPixel(0, 0), ColorToRGB(clBtnFace));
+}
+
+class CanvasFloodFill : public ::testing::TestWithParam<TFillStyle> {};
+
+TEST_P(CanvasFloodFill, FillsTheAreaInsideTheBorderOnly) {
+  TBitmap bitmap(8, 8, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetStyle(bsClear);
+  canvas.Rectangle(1, 1, 7, 7);
+  canvas.SetPixel(3, 3, clBlack);  // an island the fill flows around
+  canvas.Brush().SetColor(clRed);
+  canvas.FloodFill(4, 4, GetParam() == fsSurface ? clWhite : clBlack, GetParam());
+  EXPECT_EQ(Picture(bitmap), (Art{
+                                 "........",
+                                 ".######.",
+                                 ".#rrrr#.",
+                                 ".#r#rr#.",
+                                 ".#rrrr#.",
+                                 ".#rrrr#.",
+                                 ".######.",
+                                 "........",
+                             }));
+}
+
+INSTANTIATE_TEST_SUITE_P(BothStyles, CanvasFloodFill, ::testing::Values(fsSurface, fsBorder),
+                         [](const ::testing::TestParamInfo<TFillStyle>& info) {
+                           return std::string(info.param == fsSurface ? "surface" : "border");
+                         });
+
+TEST(CanvasFloodFill, StartingOnANonMatchingPixelFillsNothing) {
+  TBitmap bitmap(4, 4, pf32bit);
+  bitmap.Canvas().Brush().SetColor(clRed);
+  bitmap.Canvas().FloodFill(1, 1, clBlack, fsSurface);
+  bitmap.Canvas().FloodFill(1, 1, clWhite, fsBorder);
+  EXPECT_EQ(InkBounds(bitmap), Rect(4, 4, 0, 0));
+}
+
+TEST(CanvasFloodFill, LargeAreaNeedsNoRecursion) {
+  TBitmap bitmap(300, 300, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  for (int x = 2; x < 300; x += 4) {  // a comb: one long winding corridor
+    canvas.MoveTo(x, x % 8 == 2 ? 0 : 1);
+    canvas.LineTo(x, x % 8 == 2 ? 299 : 300);
+  }
+  canvas.Brush().SetColor(clRed);
+  canvas.FloodFill(0, 0, clWhite, fsSurface);
+  EXPECT_EQ(canvas.GetPixel(297, 150), clRed);
+  EXPECT_EQ(canvas.GetPixel(299, 299), clRed);
+}
+
+TBitmap Quad() {  // 2x2: red, yellow / black, white
+  TBitmap quad(2, 2, pf24bit);
+  quad.Canvas().SetPixel(0, 0, clRed);
+  quad.Canvas().SetPixel(1, 0, clYellow);
+  quad.Canvas().SetPixel(0, 1, clBlack);
+  return quad;
+}
+
+TEST(CanvasCopies, DrawCopiesPixelsAtThePointAndClipsAtTheEdges) {
+  TBitmap bitmap(4, 4, pf32bit);
+  bitmap.Canvas().Draw(1, 2, Quad());
+  bitmap.Canvas().Draw(-1, -1, Quad());
+  EXPECT_EQ(Picture(bitmap), (Art{
+                                 "....",
+                                 "....",
+                                 ".ry.",
+                                 ".#..",
+                             }));
+}
+
+TEST(CanvasCopies, StretchDrawRepeatsOrSkipsPixelsByTheirCentres) {
+  TBitmap bitmap(5, 5, pf32bit);
+  bitmap.Canvas().StretchDraw(Rect(0, 0, 4, 4), Quad());
+  EXPECT_EQ(Picture(bitmap), (Art{
+                                 "rryy.",
+                                 "rryy.",
+                                 "##...",
+                                 "##...",
+                                 ".....",
+                             }));
+  TBitmap row(4, 1, pf32bit);
+  row.Canvas().SetPixel(1, 0, clRed);
+  row.Canvas().SetPixel(3, 0, clBlack);
+  TBitmap shrunk(2, 1, pf32bit);
+  shrunk.Canvas().StretchDraw(Rect(0, 0, 2, 1), row);
+  EXPECT_EQ(Picture(shrunk)[0], "r#");
+}
+
+TEST(CanvasCopies, ReversedDestinationMirrors) {
+  TBitmap bitmap(2, 2, pf32bit);
+  bitmap.Canvas().StretchDraw(Rect(2, 2, 0, 0), Quad());
+  EXPECT_EQ(Picture(bitmap), (Art{".#", "yr"}));
+}
+
+TEST(CanvasCopies, CopyRectCopiesPartOfAnotherCanvas) {
+  TBitmap source = Quad();
+  TBitmap bitmap(3, 3, pf32bit);
+  bitmap.Canvas().CopyRect(Rect(1, 1, 3, 2), source.Canvas(), Rect(0, 1, 2, 2));
+  EXPECT_EQ(Picture(bitmap), (Art{"...", ".#.", "..."}));
+}
+
+TEST(CanvasCopies, DrawingABitmapOntoItselfReadsTheOriginal) {
+  TBitmap bitmap(4, 1, pf32bit);
+  bitmap.Canvas().SetPixel(0, 0, clRed);
+  bitmap.Canvas().SetPixel(1, 0, clBlack);
+  bitmap.Canvas().Draw(1, 0, bitmap);
+  EXPECT_EQ(Picture(bitmap)[0], "rr#.");
+}
+
+// ---------------------------------------------------------------------------
+// Clipping and regions
+// ---------------------------------------------------------------------------
+
+TEST(CanvasClip, ClipRectangleLimitsEveryDrawing) {
+  TBitmap bitmap(8, 8, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  EXPECT_EQ(canvas.ClipRect(), Rect(0, 0, 8, 8));
+  canvas.SetClipRect(Rect(2, 3, 5, 6));
+  EXPECT_EQ(canvas.ClipRect(), Rect(2, 3, 5, 6));
+  canvas.Brush().SetColor(clRed);
+  canvas.FillRect(Rect(0, 0, 8, 8));
+  canvas.MoveTo(0, 6);
+  canvas.LineTo(8, 6);
+  canvas.SetPixel(6, 6, clBlack);
+  canvas.Draw(0, 0, Quad());
+  EXPECT_EQ(InkBounds(bitmap), Rect(2, 3, 5, 6));
+  canvas.ClearClipRect();
+  EXPECT_EQ(canvas.ClipRect(), Rect(0, 0, 8, 8));
+}
+
+TEST(CanvasClip, ClipRectangleIsLimitedToTheBitmap) {
+  TBitmap bitmap(8, 8, pf32bit);
+  bitmap.Canvas().SetClipRect(Rect(-5, 4, 100, 100));
+  EXPECT_EQ(bitmap.Canvas().ClipRect(), Rect(0, 4, 8, 8));
+}
+
+TEST(CanvasClip, ClipPolygonPassesExactlyThePixelsOfItsRegion) {
+  const std::vector<TPoint> triangle = {{1, 1}, {18, 4}, {6, 17}};
+  TBitmap bitmap(20, 20, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.SetClipPolygon(triangle);
+  canvas.Brush().SetColor(clRed);
+  canvas.FillRect(Rect(0, 0, 20, 20));
+  const TRegion region = TRegion::CreatePolygonRgn(triangle);
+  for (int y = 0; y < 20; ++y)
+    for (int x = 0; x < 20; ++x)
+      ASSERT_EQ(canvas.GetPixel(x, y) == clRed, region.PtInRegion(x, y)) << x << "," << y;
+}
+
+TEST(Region, RightAndBottomEdgesOfARectangleAreOutside) {
+  const TRegion region = TRegion::CreatePolygonRgn({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
+  EXPECT_TRUE(region.PtInRegion(0, 0));
+  EXPECT_TRUE(region.PtInRegion(9, 9));
+  EXPECT_FALSE(region.PtInRegion(10, 5));
+  EXPECT_FALSE(region.PtInRegion(5, 10));
+  EXPECT_FALSE(region.PtInRegion(-1, 5));
+  EXPECT_EQ(region.BoundingRect(), Rect(0, 0, 10, 10));
+  EXPECT_FALSE(region.IsEmpty());
+}
+
+TEST(Region, AlternateLeavesTheStarCentreOutWindingTakesItIn) {
+  const TRegion alternate = TRegion::CreatePolygonRgn(Pentagram(), pfmAlternate);
+  const TRegion winding = TRegion::CreatePolygonRgn(Pentagram(), pfmWinding);
+  EXPECT_FALSE(alternate.PtInRegion(20, 20));
+  EXPECT_TRUE(winding.PtInRegion(20, 20));
+  EXPECT_TRUE(alternate.PtInRegion(20, 8));  // a tip is inside under both rules
+  EXPECT_TRUE(winding.PtInRegion(20, 8));
+  EXPECT_FALSE(winding.PtInRegion(2, 30));
+}
+
+TEST(Region, DegeneratePolygonsAreEmpty) {
+  EXPECT_TRUE(TRegion::CreatePolygonRgn({}).IsEmpty());
+  EXPECT_TRUE(TRegion::CreatePolygonRgn({{0, 0}, {10, 10}}).IsEmpty());
+  EXPECT_FALSE(TRegion::CreatePolygonRgn({{0, 0}, {10, 10}}).PtInRegion(5, 5));
+}
+
+// ---------------------------------------------------------------------------
+// Paths
+// ---------------------------------------------------------------------------
+
+TEST(CanvasPaths, RecordedRectangleRunsThroughItsEdgePixels) {
+  TBitmap bitmap(40, 50, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.BeginPath();
+  canvas.Rectangle(10, 20, 30, 40);
+  canvas.EndPath();
+  EXPECT_EQ(InkBounds(bitmap), Rect(40, 50, 0, 0));  // recorded, not drawn
+  std::vector<TPoint> points;
+  std::vector<std::uint8_t> types;
+  canvas.GetPath(points, types);
+  EXPECT_EQ(points, (std::vector<TPoint>{{29, 20}, {10, 20}, {10, 39}, {29, 39}}));
+  EXPECT_EQ(types, (std::vector<std::uint8_t>{ptMoveTo, ptLineTo, ptLineTo, ptLineTo | ptCloseFigure}));
+}
+
+TEST(CanvasPaths, RecordedEllipseIsFourBeziersCounterClockwiseFromThreeOClock) {
+  TBitmap bitmap(30, 20, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.BeginPath();
+  canvas.Ellipse(0, 0, 21, 11);
+  canvas.EndPath();
+  std::vector<TPoint> points;
+  std::vector<std::uint8_t> types;
+  canvas.GetPath(points, types);
+  ASSERT_EQ(types.size(), 13u);
+  EXPECT_EQ(types.front(), ptMoveTo);
+  EXPECT_EQ(types.back(), ptBezierTo | ptCloseFigure);
+  EXPECT_EQ(points.front(), Point(20, 5));  // through the right edge pixel
+  EXPECT_LT(points[1].Y, 5);                // heading up: counter-clockwise on the screen
+  EXPECT_EQ(points[3], Point(10, 0));
+}
+
+TEST(CanvasPaths, FlattenPathTurnsABezierIntoLinesWithTheSameEnds) {
+  TBitmap bitmap(10, 10, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.BeginPath();
+  canvas.PolyBezier({{0, 0}, {0, 100}, {100, 100}, {100, 0}});
+  canvas.EndPath();
+  std::vector<TPoint> points;
+  std::vector<std::uint8_t> types;
+  canvas.GetPath(points, types);
+  EXPECT_EQ(types, (std::vector<std::uint8_t>{ptMoveTo, ptBezierTo, ptBezierTo, ptBezierTo}));
+  canvas.FlattenPath();
+  canvas.GetPath(points, types);
+  ASSERT_GT(points.size(), 8u);
+  EXPECT_EQ(points.front(), Point(0, 0));
+  EXPECT_EQ(points.back(), Point(100, 0));
+  EXPECT_EQ(types.front(), ptMoveTo);
+  for (std::size_t i = 1; i < types.size(); ++i) EXPECT_EQ(types[i], ptLineTo);
+  // The curve's middle, at 3/4 of the control points' height, is a vertex.
+  EXPECT_NE(std::find(points.begin(), points.end(), Point(50, 75)), points.end());
+}
+
+TEST(CanvasPaths, StrokePathDrawsWhatTheFiguresWouldAndClearsThePath) {
+  TBitmap direct(20, 20, pf32bit), stroked(20, 20, pf32bit);
+  auto figures = [](TCanvas& c) {
+    c.MoveTo(2, 3);
+    c.LineTo(17, 9);
+    c.LineTo(5, 16);
+    c.Polyline({{1, 18}, {18, 18}});
+  };
+  figures(direct.Canvas());
+  TCanvas& canvas = stroked.Canvas();
+  canvas.BeginPath();
+  figures(canvas);
+  canvas.EndPath();
+  canvas.StrokePath();
+  EXPECT_EQ(Picture(stroked), Picture(direct));
+  std::vector<TPoint> points;
+  std::vector<std::uint8_t> types;
+  canvas.GetPath(points, types);
+  EXPECT_TRUE(points.empty());
+}
+
+TEST(CanvasPaths, FillPathFillsClosedFiguresWithTheBrush) {
+  TBitmap bitmap(6, 6, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetColor(clRed);
+  canvas.BeginPath();
+  canvas.Polygon({{1, 1}, {5, 1}, {5, 5}, {1, 5}});
+  canvas.EndPath();
+  canvas.FillPath();
+  EXPECT_EQ(InkBounds(bitmap), Rect(1, 1, 5, 5));
+  EXPECT_EQ(canvas.GetPixel(1, 1), clRed);
+}
+
+TEST(CanvasPaths, AbortPathDiscardsTheRecording) {
+  TBitmap bitmap(10, 10, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.BeginPath();
+  canvas.Ellipse(0, 0, 8, 8);
+  canvas.AbortPath();
+  std::vector<TPoint> points;
+  std::vector<std::uint8_t> types;
+  canvas.GetPath(points, types);
+  EXPECT_TRUE(points.empty());
+  canvas.Rectangle(0, 0, 3, 3);  // draws again
+  EXPECT_EQ(canvas.GetPixel(0, 0), clBlack);
+}
+
+// ---------------------------------------------------------------------------
+// World transform
+// ---------------------------------------------------------------------------
+
+TEST(CanvasWorldTransform, TranslationMovesARectangleExactly) {
+  TBitmap moved(16, 16, pf32bit), reference(16, 16, pf32bit);
+  moved.Canvas().Brush().SetColor(clRed);
+  reference.Canvas().Brush().SetColor(clRed);
+  moved.Canvas().SetWorldTransform(TXForm{1, 0, 0, 1, 5, 3});
+  moved.Canvas().Rectangle(0, 0, 6, 7);
+  reference.Canvas().Rectangle(5, 3, 11, 10);
+  EXPECT_EQ(Picture(moved), Picture(reference));
+  moved.Canvas().ResetWorldTransform();
+  EXPECT_EQ(moved.Canvas().WorldTransform().eDx, 0);
+}
+
+TEST(CanvasWorldTransform, ScaleEnlargesTheBox) {
+  TBitmap scaled(16, 16, pf32bit), reference(16, 16, pf32bit);
+  scaled.Canvas().SetWorldTransform(TXForm{2, 0, 0, 2, 0, 0});
+  scaled.Canvas().Ellipse(1, 1, 7, 5);
+  reference.Canvas().Ellipse(2, 2, 14, 10);
+  EXPECT_EQ(Picture(scaled), Picture(reference));
+}
+
+TEST(CanvasWorldTransform, QuarterTurnMakesAHorizontalLineVertical) {
+  TBitmap bitmap(10, 10, pf32bit);
+  bitmap.Canvas().SetWorldTransform(TXForm{0, 1, -1, 0, 4, 1});  // x' = 4 - y, y' = 1 + x
+  bitmap.Canvas().MoveTo(0, 0);
+  bitmap.Canvas().LineTo(5, 0);
+  EXPECT_EQ(InkBounds(bitmap), Rect(4, 1, 5, 6));
+}
+
+// ---------------------------------------------------------------------------
+// Text
+// ---------------------------------------------------------------------------
+
+TEST(CanvasText, ExtentIsTheCellOfTheDefaultFont) {
+  TBitmap bitmap(1, 1, pf32bit);
+  const TSize extent = bitmap.Canvas().TextExtent("Hello");
+  EXPECT_GT(extent.cx, 20);
+  EXPECT_GE(extent.cy, 11);  // at least the em size of 8 points at 96 pixels per inch
+  EXPECT_EQ(bitmap.Canvas().TextHeight("x"), extent.cy);
+  EXPECT_EQ(bitmap.Canvas().TextExtent(""), (TSize{0, extent.cy}));
+}
+
+TEST(CanvasText, CharacterExtraAddsItsPixelsAfterEveryCharacter) {
+  TBitmap bitmap(1, 1, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  const TSize plain = canvas.TextExtent("Hello");
+  canvas.SetTextCharacterExtra(3);
+  EXPECT_EQ(canvas.TextExtent("Hello"), (TSize{plain.cx + 15, plain.cy}));
+}
+
+TEST(CanvasText, PositiveHeightIsTheCellHeightNegativeTheEmSize) {
+  TBitmap bitmap(1, 1, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Font().SetHeight(40);
+  EXPECT_NEAR(canvas.TextHeight("H"), 40, 1);
+  canvas.Font().SetHeight(-40);
+  EXPECT_GT(canvas.TextHeight("H"), 44);  // the cell adds leading above the em
+}
+
+TEST(CanvasText, OpaqueBackgroundFillsTheCellWithTheBrushColour) {
+  TBitmap bitmap(80, 30, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetColor(clYellow);
+  canvas.TextOut(5, 4, "Hi");
+  const TSize extent = canvas.TextExtent("Hi");
+  EXPECT_EQ(canvas.GetPixel(5, 4), clYellow);  // above the capitals
+  EXPECT_EQ(canvas.GetPixel(5 + extent.cx - 1, 4 + extent.cy - 1), clYellow);
+  EXPECT_EQ(canvas.GetPixel(5 + extent.cx, 4), clWhite);
+  EXPECT_EQ(canvas.GetPixel(4, 4), clWhite);
+}
+
+TEST(CanvasText, TransparentBackgroundDrawsOnlyTheGlyphs) {
+  TBitmap bitmap(80, 30, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetColor(clYellow);
+  canvas.SetBkMode(bkTransparent);
+  canvas.TextOut(5, 4, "Hi");
+  EXPECT_EQ(canvas.GetPixel(5, 4), clWhite);
+  const TRect ink = InkBounds(bitmap);
+  EXPECT_GE(ink.Left, 5);
+  EXPECT_GT(ink.Right, ink.Left);
+}
+
+TEST(CanvasText, ClearBrushMakesTheBackgroundTransparent) {
+  TBitmap bitmap(80, 30, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetStyle(bsClear);
+  EXPECT_EQ(canvas.BkMode(), bkTransparent);
+  canvas.TextOut(5, 4, "Hi");
+  EXPECT_EQ(canvas.GetPixel(5, 4), clWhite);
+}
+
+TEST(CanvasText, NonAntialiasedTextUsesOnlyTheFontColour) {
+  TBitmap bitmap(120, 40, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.SetBkMode(bkTransparent);
+  canvas.Font().SetQuality(fqNonAntialiased);
+  canvas.Font().SetColor(clRed);
+  canvas.Font().SetHeight(-24);
+  canvas.TextOut(2, 2, "Wave");
+  int red = 0;
+  for (TColor c : Colours(bitmap)) {
+    ASSERT_TRUE(c == clWhite || c == clRed) << std::hex << c;
+    red += c == clRed;
+  }
+  EXPECT_GT(red, 50);
+}
+
+TEST(CanvasText, OrientationNinetyTurnsTextUpwardAboutItsReferencePoint) {
+  TBitmap bitmap(60, 120, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.SetBkMode(bkTransparent);
+  canvas.Font().SetHeight(-20);
+  canvas.Font().SetOrientation(900);
+  const TSize extent = canvas.TextExtent("Hello");
+  canvas.TextOut(10, 100, "Hello");
+  const TRect ink = InkBounds(bitmap);
+  EXPECT_GT(ink.Height(), ink.Width());
+  EXPECT_LE(ink.Bottom, 101);
+  EXPECT_GE(ink.Top, 100 - extent.cx - 1);
+  EXPECT_GE(ink.Left, 10);
+  EXPECT_LE(ink.Right, 10 + extent.cy + 1);
+}
+
+TEST(CanvasText, TextIsRecordedIntoAPathAsClosedOutlines) {
+  TBitmap bitmap(60, 30, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.BeginPath();
+  canvas.TextOut(5, 5, "O");
+  canvas.EndPath();
+  std::vector<TPoint> points;
+  std::vector<std::uint8_t> types;
+  canvas.GetPath(points, types);
+  ASSERT_FALSE(points.empty());
+  EXPECT_EQ(InkBounds(bitmap), Rect(60, 30, 0, 0));
+  EXPECT_EQ(std::count(types.begin(), types.end(), ptMoveTo), 2);  // outer and inner ring
+  EXPECT_TRUE(types.back() & ptCloseFigure);
+}
+
+TEST(CanvasText, ClipAppliesToText) {
+  TBitmap bitmap(80, 30, pf32bit);
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.SetClipRect(Rect(0, 0, 10, 30));
+  canvas.Font().SetHeight(-20);
+  canvas.TextOut(2, 2, "MMMM");
+  EXPECT_LE(InkBounds(bitmap).Right, 10);
+}
+
+}  // namespace
+}  // namespace lumatrex

@@ -1,0 +1,264 @@
+// Byte streams: the memory stream, the file stream and the exact-size helpers
+// of TStream that readers rely on for their error offsets.
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/stream.h"
+
+namespace lumatrex {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes ReadAll(TStream& stream) {
+  Bytes bytes(static_cast<std::size_t>(stream.Size()));
+  stream.SetPosition(0);
+  stream.ReadBuffer(bytes.data(), stream.Size());
+  return bytes;
+}
+
+// ---------------------------------------------------------------------------
+// TMemoryStream
+// ---------------------------------------------------------------------------
+
+TEST(MemoryStream, WritesThenReadsBackAndReadReturnsZeroAtTheEnd) {
+  TMemoryStream stream;
+  const Bytes data = {1, 2, 3, 4, 5};
+  EXPECT_EQ(stream.Write(data.data(), 5), 5);
+  EXPECT_EQ(stream.Position(), 5);
+  EXPECT_EQ(stream.Size(), 5);
+  stream.SetPosition(0);
+  Bytes back(5);
+  EXPECT_EQ(stream.Read(back.data(), 5), 5);
+  EXPECT_EQ(back, data);
+  EXPECT_EQ(stream.Read(back.data(), 5), 0);
+}
+
+TEST(MemoryStream, ReadReturnsWhatIsLeftAndNothingBeyondTheEnd) {
+  TMemoryStream stream(Bytes{1, 2, 3, 4});
+  Bytes buffer(10, 0xEE);
+  stream.SetPosition(2);
+  EXPECT_EQ(stream.Read(buffer.data(), 10), 2);
+  EXPECT_EQ(buffer[0], 3);
+  EXPECT_EQ(buffer[2], 0xEE);
+  stream.SetPosition(9);
+  EXPECT_EQ(stream.Read(buffer.data(), 1), 0);
+  EXPECT_EQ(stream.Position(), 9);
+}
+
+TEST(MemoryStream, WritingPastTheEndFillsTheGapWithZeros) {
+  TMemoryStream stream(Bytes{7});
+  stream.SetPosition(3);
+  const std::uint8_t value = 9;
+  stream.WriteBuffer(&value, 1);
+  EXPECT_EQ(stream.Bytes(), (Bytes{7, 0, 0, 9}));
+}
+
+TEST(MemoryStream, SeeksFromEachOriginAndClampsBeforeTheStart) {
+  TMemoryStream stream(Bytes(10));
+  EXPECT_EQ(stream.Seek(4, soBeginning), 4);
+  EXPECT_EQ(stream.Seek(3, soCurrent), 7);
+  EXPECT_EQ(stream.Seek(-2, soEnd), 8);
+  EXPECT_EQ(stream.Seek(5, soEnd), 15);  // past the end is allowed, as for files
+  EXPECT_EQ(stream.Seek(-100, soCurrent), 0);
+}
+
+TEST(MemoryStream, SetSizeTruncatesExtendsWithZerosAndClampsThePosition) {
+  TMemoryStream stream(Bytes{1, 2, 3, 4});
+  stream.SetPosition(4);
+  stream.SetSize(2);
+  EXPECT_EQ(stream.Bytes(), (Bytes{1, 2}));
+  EXPECT_EQ(stream.Position(), 2);
+  stream.SetSize(3);
+  EXPECT_EQ(stream.Bytes(), (Bytes{1, 2, 0}));
+  EXPECT_EQ(stream.Position(), 2);
+  stream.SetSize(-1);
+  EXPECT_EQ(stream.Size(), 0);
+}
+
+TEST(MemoryStream, ClearEmptiesAndRewinds) {
+  TMemoryStream stream(Bytes{1, 2});
+  stream.SetPosition(2);
+  stream.Clear();
+  EXPECT_EQ(stream.Size(), 0);
+  EXPECT_EQ(stream.Position(), 0);
+}
+
+// ---------------------------------------------------------------------------
+// Exact-size reads and copies
+// ---------------------------------------------------------------------------
+
+TEST(ReadBuffer, ShortReadThrowsWithTheOffsetWhereTheReadBegan) {
+  TMemoryStream stream(Bytes(10));
+  stream.SetPosition(6);
+  Bytes buffer(8);
+  try {
+    stream.ReadBuffer(buffer.data(), 8, "shape count");
+    FAIL() << "no error";
+  } catch (const EReadError& e) {
+    EXPECT_EQ(e.Offset(), 6);
+    EXPECT_NE(std::string(e.what()).find("shape count"), std::string::npos) << e.what();
+    EXPECT_NE(std::string(e.what()).find("byte 6"), std::string::npos) << e.what();
+  }
+}
+
+TEST(ReadBuffer, ZeroBytesAlwaysSucceedAndNegativeCountsThrow) {
+  TMemoryStream stream;
+  EXPECT_NO_THROW(stream.ReadBuffer(nullptr, 0));
+  EXPECT_THROW(stream.ReadBuffer(nullptr, -1), EReadError);
+}
+
+TEST(CopyFrom, ZeroCopiesTheWholeSourceFromItsStart) {
+  TMemoryStream source(Bytes{1, 2, 3, 4});
+  source.SetPosition(3);
+  TMemoryStream target(Bytes{9});
+  target.SetPosition(1);
+  EXPECT_EQ(target.CopyFrom(source, 0), 4);
+  EXPECT_EQ(target.Bytes(), (Bytes{9, 1, 2, 3, 4}));
+  EXPECT_EQ(source.Position(), 4);
+}
+
+TEST(CopyFrom, CountCopiesFromTheCurrentPositionAcrossChunks) {
+  Bytes data(200000);
+  for (std::size_t i = 0; i < data.size(); ++i) data[i] = static_cast<std::uint8_t>(i * 7);
+  TMemoryStream source(data);
+  source.SetPosition(1);
+  TMemoryStream target;
+  EXPECT_EQ(target.CopyFrom(source, 150000), 150000);
+  EXPECT_EQ(target.Bytes(), Bytes(data.begin() + 1, data.begin() + 150001));
+  EXPECT_EQ(source.Position(), 150001);
+}
+
+TEST(CopyFrom, MoreThanTheSourceHoldsThrowsEReadError) {
+  TMemoryStream source(Bytes{1, 2, 3});
+  source.SetPosition(1);
+  TMemoryStream target;
+  try {
+    target.CopyFrom(source, 5);
+    FAIL() << "no error";
+  } catch (const EReadError& e) {
+    EXPECT_EQ(e.Offset(), 1);
+  }
+}
+
+TEST(CopyFrom, NegativeCountThrowsEReadError) {
+  TMemoryStream source(Bytes{1, 2, 3});
+  TMemoryStream target;
+  EXPECT_THROW(target.CopyFrom(source, -1), EReadError);
+  EXPECT_EQ(target.Size(), 0);
+}
+
+// ---------------------------------------------------------------------------
+// TFileStream
+// ---------------------------------------------------------------------------
+
+class FileStream : public testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = std::filesystem::temp_directory_path() / ("lumatrex_stream_test_" + std::to_string(getpid()));
+    std::filesystem::create_directories(dir_);
+  }
+  void TearDown() override { std::filesystem::remove_all(dir_); }
+  std::string Path(const char* name) const { return (dir_ / name).string(); }
+
+  void WriteFile(const char* name, const Bytes& bytes) {
+    TFileStream file(Path(name), fmCreate);
+    file.WriteBuffer(bytes.data(), static_cast<std::int64_t>(bytes.size()));
+  }
+
+ private:
+  std::filesystem::path dir_;
+};
+
+TEST_F(FileStream, CreatedFileReadsBackAfterReopening) {
+  WriteFile("a.bin", {1, 2, 3, 4, 5});
+  TFileStream file(Path("a.bin"), fmOpenRead);
+  EXPECT_EQ(file.Size(), 5);
+  EXPECT_EQ(file.Seek(-2, soEnd), 3);
+  Bytes tail(2);
+  file.ReadBuffer(tail.data(), 2);
+  EXPECT_EQ(tail, (Bytes{4, 5}));
+  EXPECT_EQ(ReadAll(file), (Bytes{1, 2, 3, 4, 5}));
+}
+
+TEST_F(FileStream, CreateTruncatesAnExistingFile) {
+  WriteFile("a.bin", {1, 2, 3, 4, 5});
+  WriteFile("a.bin", {6});
+  TFileStream file(Path("a.bin"), fmOpenRead);
+  EXPECT_EQ(ReadAll(file), (Bytes{6}));
+}
+
+TEST_F(FileStream, ReadsAndWritesInterleaveAtTheStreamPosition) {
+  WriteFile("a.bin", {1, 2, 3, 4, 5});
+  TFileStream file(Path("a.bin"), fmOpenReadWrite);
+  Bytes two(2);
+  file.ReadBuffer(two.data(), 2);
+  const Bytes patch = {8, 9};
+  file.WriteBuffer(patch.data(), 2);
+  EXPECT_EQ(file.Position(), 4);
+  file.ReadBuffer(two.data(), 1);
+  EXPECT_EQ(two[0], 5);
+  EXPECT_EQ(ReadAll(file), (Bytes{1, 2, 8, 9, 5}));
+}
+
+TEST_F(FileStream, SetSizeTruncatesAndExtendsWithZeros) {
+  WriteFile("a.bin", {1, 2, 3, 4, 5});
+  TFileStream file(Path("a.bin"), fmOpenReadWrite);
+  file.SetPosition(5);
+  file.SetSize(2);
+  EXPECT_EQ(file.Position(), 2);
+  EXPECT_EQ(ReadAll(file), (Bytes{1, 2}));
+  file.SetSize(4);
+  EXPECT_EQ(ReadAll(file), (Bytes{1, 2, 0, 0}));
+}
+
+TEST_F(FileStream, ShortReadThrowsWithTheStartOffset) {
+  WriteFile("a.bin", {1, 2, 3});
+  TFileStream file(Path("a.bin"), fmOpenRead);
+  file.SetPosition(2);
+  Bytes buffer(4);
+  try {
+    file.ReadBuffer(buffer.data(), 4, "header");
+    FAIL() << "no error";
+  } catch (const EReadError& e) {
+    EXPECT_EQ(e.Offset(), 2);
+  }
+}
+
+TEST_F(FileStream, WritingToAReadOnlyStreamThrowsEWriteError) {
+  WriteFile("a.bin", {1});
+  TFileStream file(Path("a.bin"), fmOpenRead);
+  const std::uint8_t value = 2;
+  EXPECT_THROW(file.WriteBuffer(&value, 1), EWriteError);
+}
+
+TEST_F(FileStream, MissingFileThrowsEFOpenErrorNamingIt) {
+  for (TFileMode mode : {fmOpenRead, fmOpenWrite, fmOpenReadWrite}) {
+    try {
+      TFileStream file(Path("missing.bin"), mode);
+      FAIL() << "opened in mode " << int(mode);
+    } catch (const EFOpenError& e) {
+      EXPECT_NE(std::string(e.what()).find("missing.bin"), std::string::npos) << e.what();
+    }
+  }
+  EXPECT_THROW(TFileStream(Path("no/such/folder.bin"), fmCreate), EFOpenError);
+}
+
+TEST_F(FileStream, MemoryStreamSavesToAndLoadsFromFiles) {
+  const TMemoryStream saved(Bytes{4, 5, 6});
+  saved.SaveToFile(Path("m.bin"));
+  TMemoryStream loaded(Bytes{1});
+  loaded.SetPosition(1);
+  loaded.LoadFromFile(Path("m.bin"));
+  EXPECT_EQ(loaded.Bytes(), (Bytes{4, 5, 6}));
+  EXPECT_EQ(loaded.Position(), 0);
+}
+
+}  // namespace
+}  // namespace lumatrex

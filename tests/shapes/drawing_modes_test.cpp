@@ -1,0 +1,204 @@
+#include <gtest/gtest.h>
+
+#include "platform/bitmap.h"
+#include "platform/canvas.h"
+#include "platform/hooks.h"
+#include "shapes/drawing_modes.h"
+#include "shapes/fake_owner.h"
+
+namespace lumatrex {
+namespace {
+
+using test::TFakeOwner;
+
+// A white 64 x 64 picture to draw markers on.
+struct TSheet {
+  TBitmap bitmap{64, 64, pf32bit};
+  TSheet() {
+    bitmap.Canvas().Brush().SetColor(clWhite);
+    bitmap.Canvas().FillRect(Rect(0, 0, 64, 64));
+  }
+  TCanvas& canvas() { return bitmap.Canvas(); }
+  TColor at(int x, int y) { return canvas().GetPixel(x, y); }
+  int painted() {
+    int n = 0;
+    for (int y = 0; y < 64; ++y)
+      for (int x = 0; x < 64; ++x) n += at(x, y) != clWhite;
+    return n;
+  }
+};
+
+TEST(DrawSquare, IsAHalfOpenSquareOfHotSizeFilledWithTheHotColour) {
+  TFakeOwner owner;
+  TMyShape shape(&owner);
+  TSheet sheet;
+  DrawSquare(shape, sheet.canvas(), {20.5f, 20});  // 20.5 rounds to 20
+  EXPECT_EQ(sheet.at(16, 16), clBlack);             // outline
+  EXPECT_EQ(sheet.at(23, 23), clBlack);
+  EXPECT_EQ(sheet.at(24, 20), clWhite);             // right edge left out
+  EXPECT_EQ(sheet.at(20, 20), GetHotColor());
+  EXPECT_EQ(sheet.painted(), 64);
+}
+
+TEST(DrawSquare, GroupMembersGetHalfTheSizeAndLockedShapesAGreySquare) {
+  TFakeOwner owner;
+  TMyShape shape(&owner);
+  shape.ParentId = 0;
+  shape.StoreLocked(true);
+  TSheet sheet;
+  DrawSquare(shape, sheet.canvas(), {20, 20});
+  EXPECT_EQ(sheet.painted(), 16);
+  EXPECT_EQ(sheet.at(19, 19), 0x808080);
+}
+
+TEST(DrawSquare, NothingWhenTheShapeHidesItsHandlesWhateverTheLockState) {
+  TFakeOwner owner;
+  TMyShape shape(&owner);
+  shape.SetHotShow(false);
+  for (bool locked : {false, true}) {
+    shape.StoreLocked(locked);
+    TSheet sheet;
+    DrawSquare(shape, sheet.canvas(), {20, 20});
+    EXPECT_EQ(sheet.painted(), 0);
+  }
+}
+
+TEST(DrawSquare, WhileRotatingTopLevelShapesGetCirclesAndFixedShapesNothing) {
+  TFakeOwner owner;
+  owner.action = dtRotating;
+  TMyShape shape(&owner);
+  TSheet circle;
+  DrawSquare(shape, circle.canvas(), {20, 20});
+  EXPECT_EQ(circle.at(16, 16), clWhite);  // the corner of the box stays free
+  EXPECT_EQ(circle.at(20, 20), GetHotColor());
+  shape.SetRotateEnable(false);
+  TSheet none;
+  DrawSquare(shape, none.canvas(), {20, 20});
+  EXPECT_EQ(none.painted(), 0);
+}
+
+TEST(DrawLinkSquare, IsABlueCrossOfTwoRoundedStrokes) {
+  TSheet sheet;
+  DrawLinkSquare(sheet.canvas(), {10, 10});  // strokes (7.5 -> 8) to (12.5 -> 12)
+  EXPECT_EQ(sheet.at(8, 8), clBlue);
+  EXPECT_EQ(sheet.at(11, 11), clBlue);
+  EXPECT_EQ(sheet.at(12, 12), clWhite);  // the end pixel of LineTo is left out
+  EXPECT_EQ(sheet.at(12, 8), clBlue);
+  EXPECT_EQ(sheet.painted(), 7);  // the strokes share their middle pixel
+}
+
+TEST(DrawDiamond, NeedsInfoTextAndUsesTheFullHotSize) {
+  TFakeOwner owner;
+  TMyShape shape(&owner);
+  TSheet empty;
+  DrawDiamond(shape, empty.canvas(), {20, 20}, clYellow);
+  EXPECT_EQ(empty.painted(), 0);
+  shape.SetInfo("label");
+  TSheet sheet;
+  sheet.canvas().Pen().SetColor(clRed);
+  DrawDiamond(shape, sheet.canvas(), {20, 20}, clYellow);
+  EXPECT_EQ(sheet.at(16, 20), clRed);
+  EXPECT_EQ(sheet.at(20, 16), clRed);
+  EXPECT_EQ(sheet.at(17, 17), clWhite);
+}
+
+TEST(SetDrawShapeMode, OnAMonochromePrinterColoursBecomeGreyLevels) {
+  TFakeOwner owner;
+  TMyShape shape(&owner);
+  shape.Pen().SetColor(RGB(30, 60, 91));
+  shape.Brush().SetColor(RGB(255, 0, 0));
+  shape.Brush().SetStyle(bsClear);
+  TSheet sheet;
+  PlatformHooks().IsPrinterCanvas = [&](const TCanvas& c) { return &c == &sheet.canvas(); };
+  PlatformHooks().PrinterNumColors = [] { return 2; };
+  SetDrawShapeMode(shape, sheet.canvas());
+  PlatformHooks().IsPrinterCanvas = nullptr;
+  PlatformHooks().PrinterNumColors = nullptr;
+  EXPECT_EQ(sheet.canvas().Pen().Color(), RGB(60, 60, 60));
+  EXPECT_EQ(sheet.canvas().Brush().Color(), RGB(85, 85, 85));
+  EXPECT_EQ(sheet.canvas().Brush().Style(), bsClear);
+  EXPECT_EQ(sheet.canvas().Pen().Mode(), pmCopy);
+}
+
+TEST(SetDragResizeRotateShapeMode, DrawsPreviewsThatEraseThemselves) {
+  TSheet sheet;
+  sheet.canvas().Pen().SetColor(clRed);
+  sheet.canvas().Rectangle(0, 0, 30, 30);
+  const TBitmap before = sheet.bitmap;
+  SetDragResizeRotateShapeMode(sheet.canvas());
+  sheet.canvas().Rectangle(5, 5, 50, 40);
+  EXPECT_GT(sheet.painted(), 0);
+  sheet.canvas().Rectangle(5, 5, 50, 40);
+  for (int y = 0; y < 64; ++y)
+    for (int x = 0; x < 64; ++x) ASSERT_EQ(sheet.at(x, y), TBitmap(before).Canvas().GetPixel(x, y));
+}
+
+// Sum of darkness over the picture: more ink gives a larger value.
+long Ink(TSheet& sheet) {
+  long ink = 0;
+  for (int y = 0; y < 64; ++y)
+    for (int x = 0; x < 64; ++x) ink += 255 - GetGValue(sheet.at(x, y));
+  return ink;
+}
+
+TEST(MyLogTextOut, DrawsTwiceSoAntialiasedEdgesComeOutDarker) {
+  TFont font;
+  font.SetSize(12);
+  font.SetColor(clBlack);
+  TSheet once, twice;
+  DrawRotatedText(once.canvas(), 4, 4, "Wg", font, 1.0, 0);
+  MyLogTextOut(twice.canvas(), 4, 4, "Wg", font, 1.0, 0);
+  EXPECT_GT(Ink(once), 0);
+  EXPECT_GT(Ink(twice), Ink(once));
+}
+
+TEST(GetTextWidthHeight, ScalesWithTheZoomAndIgnoresTheAngle) {
+  TFont font;
+  font.SetSize(10);
+  TSheet sheet;
+  const TSize plain = GetTextWidthHeight(sheet.canvas(), "Label", font, 1.0, 0);
+  const TSize doubled = GetTextWidthHeight(sheet.canvas(), "Label", font, 2.0, 0);
+  const TSize turned = GetTextWidthHeight(sheet.canvas(), "Label", font, 1.0, 1.0);
+  EXPECT_GT(plain.cx, plain.cy);
+  EXPECT_NEAR(doubled.cx, 2 * plain.cx, 2);
+  EXPECT_EQ(turned, plain);
+  EXPECT_EQ(sheet.canvas().Font().Orientation(), -573);  // 1 rad = 57.3 degrees, clockwise
+}
+
+TEST(DrawInfo, InfoWinsOverMultiInfoAndCaptionShowOffDrawsNothing) {
+  TFakeOwner owner;
+  TMyShape alone(&owner), both(&owner);
+  for (TMyShape* s : {&alone, &both}) {
+    s->TextoutPoint = {32, 32};
+    s->SetInfo("A");
+  }
+  both.SetMultiInfo({"one", "two", "three"});
+  TSheet a, b;
+  alone.DrawInfo(a.canvas());
+  both.DrawInfo(b.canvas());
+  EXPECT_GT(a.painted(), 0);
+  for (int y = 0; y < 64; ++y)
+    for (int x = 0; x < 64; ++x) ASSERT_EQ(a.at(x, y), b.at(x, y));
+  both.SetCaptionShow(false);
+  TSheet none;
+  both.DrawInfo(none.canvas());
+  EXPECT_EQ(none.painted(), 0);
+}
+
+TEST(PowerDrawShape, StretchesTheGradientOverTheOutlineAndClipsItToIt) {
+  TFakeOwner owner;
+  TMyShape shape(&owner);
+  shape.SetColorBegin(clRed);
+  shape.SetColorEnd(clRed);
+  shape.SetGradientStyle(gsLinearH);
+  shape.Pen().SetColor(clBlack);
+  TSheet sheet;
+  // A triangle: its box corner (50, 10) lies outside it.
+  shape.PowerDrawShape(sheet.canvas(), {Point(10, 10), Point(50, 50), Point(10, 50)}, true);
+  EXPECT_EQ(sheet.at(15, 40), clRed);
+  EXPECT_EQ(sheet.at(45, 15), clWhite);
+  EXPECT_EQ(sheet.at(10, 30), clBlack);
+}
+
+}  // namespace
+}  // namespace lumatrex

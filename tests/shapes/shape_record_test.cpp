@@ -1,0 +1,208 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "persistence/stream_io.h"
+#include "shapes/fake_owner.h"
+
+namespace lumatrex {
+namespace {
+
+using test::TFakeOwner;
+using TBytes = std::vector<std::uint8_t>;
+
+// Builds records byte by byte, the way the file tables lay them out, without
+// going through the shape writer.
+class TRecordBytes {
+ public:
+  TRecordBytes& i32(std::int32_t v) { return raw(&v, 4); }
+  TRecordBytes& i64(std::int64_t v) { return raw(&v, 8); }
+  TRecordBytes& f32(float v) { return raw(&v, 4); }
+  TRecordBytes& u8(std::uint8_t v) { return raw(&v, 1); }
+  TRecordBytes& ext(long double v) {
+    TMemoryStream s;
+    WriteExtended(s, v);
+    bytes.insert(bytes.end(), s.Bytes().begin(), s.Bytes().end());
+    return *this;
+  }
+  TRecordBytes& str(const std::string& s) {
+    i32(static_cast<std::int32_t>(s.size()));
+    return raw(s.data(), s.size());
+  }
+  TRecordBytes& raw(const void* p, std::size_t n) {
+    const auto* b = static_cast<const std::uint8_t*>(p);
+    bytes.insert(bytes.end(), b, b + n);
+    return *this;
+  }
+  TBytes bytes;
+};
+
+// Fields 1 to 14 of a record with one point (3, 4) and no link points.
+TRecordBytes Head(bool extended, bool coordinates) {
+  TRecordBytes r;
+  r.str("Shape5").i32(5).i32(2).i32(0).i32(-1).i32(0).i32(0).i32(1);
+  if (coordinates) extended ? r.ext(3).ext(4) : r.f32(3).f32(4);
+  r.i32(0);
+  extended ? r.ext(3).ext(4) : r.f32(3).f32(4);
+  return r;
+}
+
+// Fields 17 to 30: no brush bitmap, brush, caption, gradient colours, font.
+void Styling(TRecordBytes& r) {
+  r.i64(0).i32(0x123456).u8(bsCross).str("cap").i32(clWhite).i32(clBlack);
+  r.str("Arial").u8(0).i32(clRed).i32(-13).i32(10).u8(fpDefault).i32(96).u8(fsBold | fsItalic);
+}
+
+// Fields 34 to 38.
+void InfoAndPen(TRecordBytes& r) { r.str("info").i32(clBlue).u8(pmCopy).u8(psDash).i32(3); }
+
+TMyShape& Load(TFakeOwner& owner, const std::string& version, const TBytes& bytes, std::int64_t* left = nullptr) {
+  owner.version = version;
+  TMyShape& shape = owner.Add();
+  TMemoryStream stream(bytes);
+  shape.LoadFromStream(stream);
+  if (left) *left = stream.Remaining();
+  return shape;
+}
+
+TEST(TMyShapeRecord, SaveThenLoadGivesBackEveryField) {
+  TFakeOwner owner;
+  TMyShape& source = owner.Add({{1.5f, 2}, {10, 20}});
+  source.SetName("Shape7");
+  source.ShapeId = 7;
+  source.LayerId = 3;
+  source.ParentId = 0;
+  source.ChildShapes = {4, 5};
+  source.LinkLines = {9};
+  source.LinkPoints = {{5, 5}};
+  source.SetTag(-4);
+  source.RotateChangeValueByAngle(source.CenterPoint, 0.5);
+  source.Brush().SetColor(clYellow);
+  source.SetCaption("cap");
+  source.SetColorBegin(clRed);
+  source.Font().SetName("DejaVu Sans");
+  source.Font().SetStyle(fsUnderline);
+  source.SetGradientStyle(gsDiamond);
+  source.SetInfo("info");
+  source.Pen().SetWidth(4);
+  source.UserData().AddKeyandValue("k", "v");
+  source.SetMultiInfo({"a", "b"});
+  source.SetMultiInfoAlignment(taLeftJustify);
+  source.SetLogHeight(33);
+  source.StoreLocked(true);
+  source.SetPenStyleEndCapType(psectSQUARE);
+  source.SetRotateEnable(false);
+  TMemoryStream stream;
+  source.SaveToStream(stream);
+
+  std::int64_t left = -1;
+  TMyShape& copy = Load(owner, "XP.j", stream.Bytes(), &left);
+  EXPECT_EQ(left, 0);
+  TMemoryStream again;
+  copy.SaveToStream(again);
+  EXPECT_EQ(again.Bytes(), stream.Bytes());
+  EXPECT_EQ(copy.GetName(), "Shape7");
+  EXPECT_EQ(copy.ChildShapes, source.ChildShapes);
+  EXPECT_EQ(copy.Points, source.Points);
+  EXPECT_EQ(copy.GetAngle(), source.GetAngle());
+  EXPECT_EQ(copy.GetGradientStyle(), gsDiamond);
+  EXPECT_EQ(copy.UserData(), source.UserData());
+  EXPECT_EQ(copy.GetMultiInfo(), source.GetMultiInfo());
+  EXPECT_TRUE(copy.GetLocked());
+  EXPECT_FALSE(copy.GetRotateEnable());
+}
+
+TEST(TMyShapeRecord, AnXP7RecordHasNoReservedBytesAfterTheFontStyle) {
+  TRecordBytes r = Head(false, true);
+  r.i32(11).f32(0.25f);  // tag, angle
+  Styling(r);
+  r.u8(gsLinearH);  // no reserved bytes in this version
+  InfoAndPen(r);
+  TFakeOwner owner;
+  std::int64_t left = -1;
+  TMyShape& shape = Load(owner, "XP.7", r.bytes, &left);
+  EXPECT_EQ(left, 0);
+  EXPECT_EQ(shape.GetGradientStyle(), gsLinearH);
+  EXPECT_EQ(shape.GetInfoText(), "info");
+  EXPECT_EQ(shape.Pen().Style(), psDash);
+  EXPECT_EQ(shape.Brush().Style(), bsCross);
+  EXPECT_EQ(shape.Font().Style(), fsBold | fsItalic);
+  EXPECT_EQ(shape.Font().Size(), 10);  // the size is read after the height and wins
+  EXPECT_TRUE(shape.GetVisible());    // not stored before XP.9
+}
+
+TEST(TMyShapeRecord, OldRecordsUseExtendedFloatsAndLegacyBytes) {
+  TRecordBytes r = Head(true, true);
+  r.i32(11).ext(0.75L);
+  Styling(r);
+  r.i64(0).u8(gsNone).u8(0xAA).u8(0xBB);  // reserved, gradient, two legacy bytes
+  InfoAndPen(r);
+  TFakeOwner owner;
+  std::int64_t left = -1;
+  TMyShape& shape = Load(owner, "XP.4", r.bytes, &left);
+  EXPECT_EQ(left, 0);
+  EXPECT_EQ(shape.Points, (TArrMyPoint{{3, 4}}));
+  EXPECT_EQ(shape.GetTag(), 11);
+  EXPECT_EQ(shape.GetAngle(), 0.75f);
+  EXPECT_EQ(shape.Pen().Width(), 3);
+}
+
+TEST(TMyShapeRecord, AnXP2RecordStoresThePointCountButNoCoordinates) {
+  TRecordBytes r = Head(true, false);  // no tag or angle before XP.3
+  Styling(r);
+  r.i64(0).u8(gsNone).u8(0).u8(0);
+  InfoAndPen(r);
+  TFakeOwner owner;
+  std::int64_t left = -1;
+  TMyShape& shape = Load(owner, "XP.2", r.bytes, &left);
+  EXPECT_EQ(left, 0);
+  EXPECT_EQ(shape.Points, (TArrMyPoint{{0, 0}}));
+  EXPECT_EQ(shape.CenterPoint, (TMyPoint{3, 4}));
+}
+
+TEST(TMyShapeRecord, ABrushBitmapReplacesTheStoredBrushColourAndStyle) {
+  TBitmap pattern(2, 2, pf24bit);
+  TMemoryStream block;
+  WriteBitmapBuffer(block, &pattern);
+  TRecordBytes r = Head(false, true);
+  r.i32(0).f32(0);
+  r.raw(block.Memory(), static_cast<std::size_t>(block.Size())).i32(clRed).u8(bsCross);
+  r.str("").i32(0).i32(0).str("F").u8(0).i32(0).i32(-11).i32(8).u8(0).i32(96).u8(0);
+  r.i64(0).u8(gsNone);
+  InfoAndPen(r);
+  r.i32(0).u8(0).u8(0).u8(1);  // XP.9: no user data, flips, visible
+  TFakeOwner owner;
+  owner.brush.SetColor(clGreen);
+  std::int64_t left = -1;
+  TMyShape& shape = Load(owner, "XP.9", r.bytes, &left);
+  EXPECT_EQ(left, 0);
+  ASSERT_NE(shape.Brush().Bitmap(), nullptr);
+  EXPECT_EQ(shape.Brush().Color(), clGreen);
+  EXPECT_EQ(shape.Brush().Style(), bsSolid);
+}
+
+TEST(TMyShapeRecord, EveryTruncationOfARecordIsAReadError) {
+  TFakeOwner owner;
+  TMyShape& source = owner.Add({{1, 2}});
+  source.UserData().AddKeyandValue("key", "value");
+  TMemoryStream whole;
+  source.SaveToStream(whole);
+  for (std::int64_t n = 0; n < whole.Size(); ++n) {
+    TMemoryStream cut(TBytes(whole.Bytes().begin(), whole.Bytes().begin() + n));
+    TMyShape target(&owner);
+    EXPECT_THROW(target.LoadFromStream(cut), EReadError) << "cut at " << n;
+  }
+}
+
+TEST(TMyShapeRecord, AHugePointCountIsRefusedBeforeAllocating) {
+  TRecordBytes r;
+  r.str("S").i32(0).i32(0).i32(0).i32(-1).i32(0).i32(0).i32(0x7FFFFFFF);
+  TFakeOwner owner;
+  TMyShape shape(&owner);
+  TMemoryStream stream(r.bytes);
+  EXPECT_THROW(shape.LoadFromStream(stream), EStreamFormatError);
+}
+
+}  // namespace
+}  // namespace lumatrex

@@ -1,0 +1,373 @@
+#include <gtest/gtest.h>
+
+#include <QVariant>
+#include <cmath>
+
+#include "platform/bitmap.h"
+#include "platform/canvas.h"
+#include "shapes/fake_owner.h"
+#include "shapes/shape.h"
+
+namespace lumatrex {
+namespace {
+
+using test::TFakeOwner;
+
+constexpr float kPiF = static_cast<float>(kPi);
+
+void ExpectNear(const TMyPoint& actual, const TMyPoint& expected, float tolerance = 1e-4f) {
+  EXPECT_NEAR(actual.X, expected.X, tolerance);
+  EXPECT_NEAR(actual.Y, expected.Y, tolerance);
+}
+
+TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
+
+// ---------------------------------------------------------------------------
+// Construction
+
+TEST(TMyShape, NewShapeCopiesTheOwnersDefaultsAndLaterOwnerChangesDoNotReachIt) {
+  TFakeOwner owner;
+  owner.pen.SetColor(clRed);
+  owner.brush.SetColor(clBlue);
+  owner.font.SetName("Other");
+  owner.hotShow = false;
+  TMyShape shape(&owner);
+  owner.pen.SetColor(clGreen);
+  EXPECT_EQ(shape.Pen().Color(), clRed);
+  EXPECT_EQ(shape.Brush().Color(), clBlue);
+  EXPECT_EQ(shape.Font().Name(), "Other");
+  EXPECT_EQ(shape.GetPenStyleJoinType(), psjtBEVEL);
+  EXPECT_EQ(shape.GetPenStyleEndCapType(), psectFLAT);
+  EXPECT_FALSE(shape.GetHotShow());
+  EXPECT_FALSE(shape.GetDragEnable());
+  EXPECT_EQ(shape.ParentId, -1);
+  EXPECT_EQ(shape.SpareRelationId, -1);
+  EXPECT_EQ(shape.GetLogHeight(), 10);
+  EXPECT_EQ(shape.GetColorBegin(), clWhite);
+  EXPECT_EQ(shape.GetColorEnd(), clBlack);
+  EXPECT_EQ(shape.GetGradientStyle(), gsNone);
+  EXPECT_TRUE(shape.GetCaptionShow());
+  EXPECT_TRUE(shape.GetVisible());
+  EXPECT_EQ(shape.GetMultiInfoAlignment(), taCenter);
+}
+
+TEST(TMyShape, PublishedPropertiesAreVisibleToTheMetaObjectSystem) {
+  TMyShape shape(nullptr);
+  EXPECT_TRUE(shape.setProperty("Tag", 7));
+  EXPECT_EQ(shape.GetTag(), 7);
+  EXPECT_EQ(shape.property("GradientStyle").value<TGradientStyle>(), gsNone);
+  EXPECT_EQ(shape.property("Caption").value<std::string>(), "");
+  EXPECT_GE(shape.metaObject()->indexOfProperty("PenStyleEndCapType"), 0);
+}
+
+// ---------------------------------------------------------------------------
+// Points and coordinate spaces
+
+TEST(TMyShape, GetPointOutOfRangeIsTheOrigin) {
+  TMyShape shape(nullptr);
+  shape.AddPoint({3, 4});
+  EXPECT_EQ(shape.GetPoint(-1), TMyPoint{});
+  EXPECT_EQ(shape.GetPoint(1), TMyPoint{});
+  EXPECT_EQ(shape.GetPoint(0), (TMyPoint{3, 4}));
+  EXPECT_EQ(shape.GetLinkPoint(0), TMyPoint{});
+}
+
+TEST(TMyShape, ZoomedAccessorsScaleAndZoomedWritersDivide) {
+  TFakeOwner owner;
+  owner.zoom = 2.5;
+  TMyShape shape(&owner);
+  shape.AddPoint({4, 8});
+  ExpectNear(shape.GetPointInZoom(0), {10, 20});
+  shape.SetPointInZoom(0, {5, 5});
+  ExpectNear(shape.GetPoint(0), {2, 2});
+  shape.PointAddXY(0, 5, -5);
+  ExpectNear(shape.GetPoint(0), {4, 0});
+  shape.SetPointXInZoom(7, 1);  // out of range: nothing
+  EXPECT_EQ(shape.GetPointsCount(), 1);
+}
+
+struct TModeCase {
+  const char* name;
+  TXYMode mode;
+  TPoint expected;
+};
+
+class GetPointInZoomWithMode : public ::testing::TestWithParam<TModeCase> {};
+
+TEST_P(GetPointInZoomWithMode, MirrorsByTheOwnersAxisMode) {
+  TFakeOwner owner;  // 200 x 100
+  owner.zoom = 2;
+  owner.xyMode = GetParam().mode;
+  TMyShape shape(&owner);
+  shape.AddPoint({10.25f, 5});  // zoomed (20.5, 10): x rounds half to even
+  EXPECT_EQ(shape.GetPointInZoomWithMode(0), GetParam().expected);
+  EXPECT_EQ(shape.GetPointInZoomWithMode(1), TPoint{});
+}
+
+INSTANTIATE_TEST_SUITE_P(Modes, GetPointInZoomWithMode,
+                         ::testing::Values(TModeCase{"Mode0_as_is", Mode0, {20, 10}},
+                                           TModeCase{"Mode1_y_from_bottom", Mode1, {20, 90}},
+                                           TModeCase{"Mode2_both_flipped", Mode2, {180, 90}},
+                                           TModeCase{"Mode3_x_from_right", Mode3, {180, 10}}),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(TMyShape, ComputeCenterPointCornersCentreAndUnknownSelector) {
+  TMyShape shape(nullptr);
+  shape.Points = {{10, 40}, {30, 20}, {20, 60}};
+  ExpectNear(shape.ComputeCenterPoint(0), {10, 20});
+  ExpectNear(shape.ComputeCenterPoint(1), {30, 20});
+  ExpectNear(shape.ComputeCenterPoint(2), {30, 60});
+  ExpectNear(shape.ComputeCenterPoint(3), {10, 60});
+  ExpectNear(shape.ComputeCenterPoint(4), {20, 40});
+  EXPECT_EQ(shape.ComputeCenterPoint(5), TMyPoint{});
+  EXPECT_FLOAT_EQ(shape.GetWidth(), 20);
+  EXPECT_FLOAT_EQ(shape.GetHeight(), 40);
+}
+
+TEST(TMyShape, MyWidthAndHeightAreMeasuredInTheUnrotatedFrame) {
+  TFakeOwner owner;
+  TMyShape& shape = owner.Add(Box(0, 0, 40, 10));
+  shape.RotateChangeValueByAngle(shape.CenterPoint, kPiF / 2);
+  EXPECT_NEAR(shape.GetWidth(), 10, 1e-3);
+  EXPECT_NEAR(shape.GetMyWidth(), 40, 1e-3);
+  EXPECT_NEAR(shape.GetMyHeight(), 10, 1e-3);
+}
+
+// ---------------------------------------------------------------------------
+// Moving, rotating, flipping
+
+TEST(TMyShape, DragMovesEverythingByTheDeviceDistanceOverTheZoom) {
+  TFakeOwner owner;
+  owner.zoom = 2;
+  TMyShape& shape = owner.Add({{0, 0}, {10, 10}});
+  shape.LinkPoints = {{1, 1}};
+  shape.TextoutPoint = {5, 5};
+  shape.DragChangeValue(Point(10, 10), Point(30, 0));
+  ExpectNear(shape.GetPoint(1), {20, 5});
+  ExpectNear(shape.GetLinkPoint(0), {11, -4});
+  ExpectNear(shape.CenterPoint, {15, 0});
+  ExpectNear(shape.TextoutPoint, {15, 0});
+}
+
+TEST(TMyShape, AShapeWithoutPointsIgnoresRotationAndSetAngleOnlyStores) {
+  TFakeOwner owner;
+  TMyShape shape(&owner);
+  shape.TextoutPoint = {3, 3};
+  shape.RotateChangeValueByAngle({0, 0}, 1.0);
+  EXPECT_EQ(shape.GetAngle(), 0);
+  EXPECT_EQ(shape.TextoutPoint, (TMyPoint{3, 3}));
+  shape.SetAngle(1.5f);
+  EXPECT_EQ(shape.GetAngle(), 1.5f);
+  EXPECT_EQ(owner.rotations, 0);
+}
+
+TEST(TMyShape, RotationTurnsPointsClockwiseOnScreenAndAccumulatesTheAngle) {
+  TFakeOwner owner;
+  TMyShape& shape = owner.Add({{10, 0}, {0, 0}});
+  shape.TextoutPoint = {10, 0};
+  shape.RotateChangeValueByAngle({0, 0}, kPi / 2);
+  ExpectNear(shape.GetPoint(0), {0, 10});
+  ExpectNear(shape.TextoutPoint, {0, 10});
+  EXPECT_FLOAT_EQ(shape.GetAngle(), kPiF / 2);
+  shape.RotateChangeValueByAngle({0, 0}, 2 * kPi);
+  EXPECT_NEAR(shape.GetAngle(), kPi / 2, 1e-5);  // normalised back below 2 pi
+}
+
+TEST(TMyShape, SetAngleTurnsAGroupMemberAboutTheRootGroupsCentre) {
+  TFakeOwner owner;
+  TMyShape& group = owner.Add(Box(0, 0, 100, 100));
+  TMyShape& member = owner.Add(Box(0, 0, 10, 10));
+  member.ParentId = group.ShapeNo;
+  member.SetAngle(0.5f);
+  EXPECT_EQ(owner.rotations, 1);
+  EXPECT_EQ(owner.lastPivot, (TMyPoint{50, 50}));
+  EXPECT_FLOAT_EQ(member.GetAngle(), 0.5f);
+}
+
+TEST(TMyShape, FlipHorizTwiceRestoresEveryCoordinateAndTheFlag) {
+  TFakeOwner owner;
+  TMyShape& shape = owner.Add({{1, 2}, {7, 3}, {4, 9}});
+  shape.LinkPoints = {{2, 2}};
+  shape.TextoutPoint = {5, 5};
+  const TArrMyPoint before = shape.Points;
+  shape.FlipHoriz();
+  EXPECT_TRUE(shape.GetIsFlipHorz());
+  ExpectNear(shape.GetPoint(0), {7, 2});
+  ExpectNear(shape.GetLinkPoint(0), {6, 2});
+  shape.FlipHoriz();
+  EXPECT_FALSE(shape.GetIsFlipHorz());
+  EXPECT_EQ(shape.Points, before);
+  EXPECT_EQ(shape.GetAngle(), 0);  // an unturned shape stays unturned
+}
+
+TEST(TMyShape, FlipsMirrorANonZeroAngle) {
+  TFakeOwner owner;
+  TMyShape& shape = owner.Add(Box(0, 0, 10, 10));
+  shape.RotateChangeValueByAngle(shape.CenterPoint, 0.25);
+  shape.FlipHoriz();
+  EXPECT_NEAR(shape.GetAngle(), kPi - 0.25, 1e-6);
+  shape.FlipVert();
+  EXPECT_NEAR(shape.GetAngle(), -(kPi - 0.25), 1e-6);
+  EXPECT_TRUE(shape.GetIsFlipVert());
+}
+
+TEST(TMyShape, AssigningTheFlipFlagFlipsWhateverTheValue) {
+  TFakeOwner owner;
+  TMyShape& shape = owner.Add({{0, 0}, {10, 0}});
+  shape.SetIsFlipHorz(false);
+  EXPECT_TRUE(shape.GetIsFlipHorz());
+  shape.SetIsFlipHorz(true);
+  EXPECT_FALSE(shape.GetIsFlipHorz());
+}
+
+// ---------------------------------------------------------------------------
+// Copies
+
+TEST(TMyShape, AssignCopiesEverythingAndRecomputesTheCentre) {
+  TFakeOwner owner;
+  TMyShape source(&owner);
+  source.SetName("Source");
+  source.SetTag(3);
+  source.SetCaption("cap");
+  source.ShapeId = 9;
+  source.ShapeNo = 4;
+  source.LayerId = 2;
+  source.ParentId = 1;
+  source.ChildShapes = {5, 6};
+  source.LinkLines = {7};
+  source.Points = {{0, 0}, {10, 20}};
+  source.CenterPoint = {99, 99};
+  source.TextoutPoint = {1, 2};
+  source.SetMultiInfo({"a", "b"});
+  source.SetMultiInfoAlignment(taRightJustify);
+  source.UserData().AddKeyandValue("k", "v");
+  source.SpareRelationId = 12;
+  TBitmap pattern(8, 8);
+  source.Brush().SetBitmap(&pattern);
+
+  TMyShape copy(&owner);
+  copy.Assign(source);
+  EXPECT_EQ(copy.GetName(), "Source");
+  EXPECT_EQ(copy.GetTag(), 3);
+  EXPECT_EQ(copy.ShapeNo, 4);
+  EXPECT_EQ(copy.ParentId, 1);
+  EXPECT_EQ(copy.ChildShapes, source.ChildShapes);
+  EXPECT_EQ(copy.LinkLines, source.LinkLines);
+  EXPECT_EQ(copy.CenterPoint, (TMyPoint{5, 10}));
+  EXPECT_EQ(copy.SpareRelationId, -1);
+  EXPECT_EQ(copy.GetMultiInfo(), source.GetMultiInfo());
+  EXPECT_EQ(copy.UserData(), source.UserData());
+  ASSERT_NE(copy.Brush().Bitmap(), nullptr);
+  EXPECT_NE(copy.Brush().Bitmap(), source.Brush().Bitmap());  // duplicated, not shared
+}
+
+TEST(TMyShape, AssignWithoutRelationKeepsTheTargetsRelationsNameAndMultiInfo) {
+  TFakeOwner owner;
+  TMyShape source(&owner);
+  source.SetName("Source");
+  source.ShapeNo = 4;
+  source.ParentId = 1;
+  source.ChildShapes = {5};
+  source.SetMultiInfo({"source"});
+  source.Points = {{0, 0}, {2, 2}};
+  TMyShape target(&owner);
+  target.SetName("Target");
+  target.ShapeNo = 8;
+  target.LinkLines = {3};
+  target.SetMultiInfo({"target"});
+  target.AssignWithoutRelation(source);
+  EXPECT_EQ(target.GetName(), "Target");
+  EXPECT_EQ(target.ShapeNo, 8);
+  EXPECT_EQ(target.ParentId, -1);
+  EXPECT_TRUE(target.ChildShapes.empty());
+  EXPECT_EQ(target.LinkLines, (std::vector<std::uint32_t>{3}));
+  EXPECT_EQ(target.GetMultiInfo(), TStringList{"target"});
+  EXPECT_EQ(target.Points, source.Points);
+}
+
+// ---------------------------------------------------------------------------
+// Group styling, locking
+
+TEST(TMyShape, PenAndBrushChangesReachTheMembersUnlessTheOwnerIsUpdating) {
+  TFakeOwner owner;
+  TMyShape& group = owner.Add();
+  TMyShape& member = owner.Add();
+  group.ChildShapes = {member.ShapeNo};
+  group.Pen().SetColor(clRed);
+  EXPECT_EQ(member.Pen().Color(), clRed);
+  group.Font().SetName("Member Font");
+  EXPECT_EQ(member.Font().Name(), "Member Font");
+  owner.updating = true;
+  group.Brush().SetColor(clYellow);
+  EXPECT_NE(member.Brush().Color(), clYellow);
+}
+
+TEST(TMyShape, LockingGoesThroughTheOwnerToTheWholeGroup) {
+  TFakeOwner owner;
+  TMyShape& group = owner.Add();
+  TMyShape& member = owner.Add();
+  group.ChildShapes = {member.ShapeNo};
+  group.SetLocked(true);
+  EXPECT_TRUE(member.GetLocked());
+  EXPECT_GT(owner.repaints, 0);
+}
+
+// ---------------------------------------------------------------------------
+// Hit tests
+
+TEST(TMyShape, TextPointHotSquareIncludesLeftTopAndExcludesRightBottom) {
+  TFakeOwner owner;  // hot size 4
+  TMyShape shape(&owner);
+  shape.TextoutPoint = {20, 20};
+  EXPECT_TRUE(shape.InTextPointHot(Point(16, 16)));
+  EXPECT_TRUE(shape.InTextPointHot(Point(23, 23)));
+  EXPECT_FALSE(shape.InTextPointHot(Point(24, 20)));
+  EXPECT_FALSE(shape.InTextPointHot(Point(20, 24)));
+  EXPECT_FALSE(shape.InTextPointHot(Point(15, 20)));
+}
+
+TEST(TMyShape, InWhichLinkHotTakesTheLastMatchingLinkPoint) {
+  TFakeOwner owner;
+  TMyShape shape(&owner);
+  shape.LinkPoints = {{10, 10}, {12, 10}, {50, 50}};
+  EXPECT_EQ(shape.InWhichLinkHot({11, 10}), 1);
+  EXPECT_EQ(shape.InWhichLinkHot({50, 50}), 2);
+  EXPECT_EQ(shape.InWhichLinkHot({30, 30}), -1);
+}
+
+// ---------------------------------------------------------------------------
+// Measured lengths
+
+struct TLengthCase {
+  const char* name;
+  TUnits unit;
+  double zoom;
+  double ratio;
+  const char* expected;
+};
+
+class GetLengthByUnit : public ::testing::TestWithParam<TLengthCase> {};
+
+TEST_P(GetLengthByUnit, FormatsOneInchOfDeviceDistance) {
+  TFakeOwner owner;
+  owner.unit = GetParam().unit;
+  owner.zoom = GetParam().zoom;
+  owner.ratio = GetParam().ratio;
+  TMyShape shape(&owner);
+  EXPECT_EQ(shape.GetLengthByUnit(Point(0, 0), Point(96, 0)), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Units, GetLengthByUnit,
+    ::testing::Values(TLengthCase{"pixel", pixel, 1, 1, "       96 pixel(s)"},
+                      TLengthCase{"mm", mm, 1, 1, "    25.40 mm"},
+                      TLengthCase{"cm", cm, 1, 1, "     2.54 cm"},
+                      TLengthCase{"dm", dm, 1, 1, "     0.25 dm"},
+                      TLengthCase{"m", m, 1, 1, "     0.03 m"},
+                      TLengthCase{"inch", inch, 1, 1, "     1.00 in"},
+                      TLengthCase{"mm_at_zoom_2_is_halved", mm, 2, 1, "    12.70 mm"},
+                      TLengthCase{"mm_with_ratio_10", mm, 1, 10, "   254.00 mm"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+}  // namespace
+}  // namespace lumatrex
