@@ -1,16 +1,112 @@
+#include <algorithm>
+#include <ranges>
+
 #include "canvas/tmycad.h"
+#include "platform/hooks.h"
+#include "shapes/shape_factory.h"
 
 namespace lumatrex {
+
+namespace {
+std::string DefaultShapeName(std::int32_t id) { return "Shape" + std::to_string(id); }
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// Adding
+
+bool TMyCAD::AddShape(std::unique_ptr<TMyShape> shape, bool keepLayer, bool noCount) {
+  if (!shape) return false;
+  if (layers_.empty()) {
+    ShowMessage("Error!There is no Layer!");
+    TerminateApplication();
+    return false;
+  }
+  if (!keepLayer) shape->LayerId = currentLayerId_;
+  shape->ShapeNo = GetShapesCount();
+  shapes_.push_back(std::move(shape));
+  if (!noCount) ++nextShapeId_;
+  return true;
+}
+
+std::unique_ptr<TMyShape> TMyCAD::CreateShapeByName(const std::string& className) {
+  return CreateShapeByClassName(className, this);
+}
+
+std::unique_ptr<TMyShape> TMyCAD::CreateShapeBySpTool(TDrawTool tool) { return CreateShapeByDrawTool(tool, this); }
+
+TMyShape* TMyCAD::CreateAddShapeByName(const std::string& className, const TMyShape* templ) {
+  std::unique_ptr<TMyShape> shape = CreateShapeByName(className);
+  if (!shape) return nullptr;
+  if (templ) shape->Assign(*templ);
+  shape->ShapeNo = GetShapesCount();
+  shape->ShapeId = nextShapeId_;
+  shape->SetName(DefaultShapeName(shape->ShapeId));
+  shape->SetCaption(shape->GetName());
+  TMyShape* added = shape.get();
+  return AddShape(std::move(shape), false, false) ? added : nullptr;
+}
+
+TMyShape* TMyCAD::AddShapeFromCode(const std::string& className, const std::string& name,
+                                   const TArrMyPoint& points, float angle) {
+  TMyShape* shape = CreateAddShapeByName(className);
+  if (!shape) return nullptr;
+  if (!name.empty()) shape->SetName(name);
+  shape->Points = points;
+  shape->CenterPoint = shape->ComputeCenterPoint(4);
+  shape->TextoutPoint = shape->CenterPoint;
+  if (angle != 0) shape->RotateChangeValueByAngle(shape->CenterPoint, angle);
+  Invalidate();
+  return shape;
+}
+
+TMyShape* TMyCAD::AddShapeByCode(const std::string& className, const std::string& name, const TArrMyPoint& points,
+                                 float angle) {
+  // The "ACT_ADD" step is recorded by the undo history once it exists.
+  return AddShapeFromCode(className, name, points, angle);
+}
+
+TMyShape* TMyCAD::AddShapeByCode2(const std::string& className, const std::string& name,
+                                  const TArrMyPoint& points, float angle) {
+  return AddShapeFromCode(className, name, points, angle);
+}
+
+// ---------------------------------------------------------------------------
+// Finding
 
 TMyShape* TMyCAD::GetShapeByNo(std::int32_t no) const {
   if (no < 0 || no >= GetShapesCount()) return nullptr;
   return shapes_[static_cast<std::size_t>(no)].get();
 }
 
-TMyShape* TMyCAD::AppendShape(std::unique_ptr<TMyShape> shape) {
-  shape->ShapeNo = GetShapesCount();
-  shapes_.push_back(std::move(shape));
-  return shapes_.back().get();
+TMyShape* TMyCAD::GetShapeByID(std::int32_t id) const { return GetShapeByNo(GetShapeNoById(id)); }
+
+std::int32_t TMyCAD::GetShapeNoById(std::int32_t id) const {
+  const auto it = std::find_if(shapes_.begin(), shapes_.end(), [id](const auto& s) { return s->ShapeId == id; });
+  return it == shapes_.end() ? -1 : static_cast<std::int32_t>(it - shapes_.begin());
+}
+
+TMyShape* TMyCAD::GetShapeByName(const std::string& name) const {
+  const auto it =
+      std::find_if(shapes_.begin(), shapes_.end(), [&](const auto& s) { return s->GetName() == name; });
+  return it == shapes_.end() ? nullptr : it->get();
+}
+
+std::int32_t TMyCAD::GetShapesCountInALayer(std::int32_t layerId) const {
+  return static_cast<std::int32_t>(GetShapesByLayerId(layerId).size());
+}
+
+std::vector<TMyShape*> TMyCAD::GetShapesByLayerId(std::int32_t layerId) const {
+  std::vector<TMyShape*> found;
+  for (const auto& s : shapes_)
+    if (s->LayerId == layerId) found.push_back(s.get());
+  return found;
+}
+
+bool TMyCAD::RenameShapeName(const std::string& oldName, const std::string& newName) {
+  TMyShape* shape = GetShapeByName(oldName);
+  if (!shape) return false;
+  shape->SetName(newName);
+  return true;
 }
 
 TMyShape* TMyCAD::GetRootParentShape(TMyShape* shape) const {
@@ -24,15 +120,97 @@ TMyShape* TMyCAD::GetRootParentShape(TMyShape* shape) const {
   return shape;
 }
 
+TMyShape* TMyCAD::GetNextSingleorRootShape(std::int32_t no) const {
+  for (std::int32_t i = std::max(no + 1, 0); i < GetShapesCount(); ++i)
+    if (!GetShapeByNo(i)->HasParentShape()) return GetShapeByNo(i);
+  return nullptr;
+}
+
+TMyShape* TMyCAD::GetPrevSingleorRootShape(std::int32_t no) const {
+  for (std::int32_t i = std::min(no, GetShapesCount()) - 1; i >= 0; --i)
+    if (!GetShapeByNo(i)->HasParentShape()) return GetShapeByNo(i);
+  return nullptr;
+}
+
+// ---------------------------------------------------------------------------
+// Deleting and renumbering
+
+std::vector<TMyShape*> TMyCAD::SubtreeOf(TMyShape* shape) const {
+  std::vector<TMyShape*> found;
+  std::vector<TMyShape*> pending = {shape};
+  // Bounded by the list size so that a broken child list cannot loop.
+  while (!pending.empty() && static_cast<std::int32_t>(found.size()) <= GetShapesCount()) {
+    TMyShape* s = pending.back();
+    pending.pop_back();
+    if (std::find(found.begin(), found.end(), s) != found.end()) continue;
+    found.push_back(s);
+    for (const std::int32_t no : s->ChildShapes)
+      if (TMyShape* child = GetShapeByNo(no)) pending.push_back(child);
+  }
+  return found;
+}
+
+void TMyCAD::RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map) {
+  for (std::size_t i = 0; i < shapes_.size(); ++i) {
+    shapes_[i]->RemapShapeNumbers(map);
+    shapes_[i]->ShapeNo = static_cast<std::int32_t>(i);
+  }
+}
+
+void TMyCAD::ForgetShape(const TMyShape* shape) {
+  working_.erase(std::remove(working_.begin(), working_.end(), shape), working_.end());
+}
+
+void TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
+  std::vector<std::int32_t> newNo(shapes_.size(), -1);
+  std::vector<std::unique_ptr<TMyShape>> kept;
+  std::vector<std::unique_ptr<TMyShape>> removed;
+  for (std::size_t i = 0; i < shapes_.size(); ++i) {
+    if (std::find(doomed.begin(), doomed.end(), shapes_[i].get()) != doomed.end()) {
+      ForgetShape(shapes_[i].get());
+      removed.push_back(std::move(shapes_[i]));
+    } else {
+      newNo[i] = static_cast<std::int32_t>(kept.size());
+      kept.push_back(std::move(shapes_[i]));
+    }
+  }
+  shapes_ = std::move(kept);
+  RenumberShapes([&newNo](std::int32_t old) {
+    return old >= 0 && old < static_cast<std::int32_t>(newNo.size()) ? newNo[static_cast<std::size_t>(old)] : -1;
+  });
+}
+
+bool TMyCAD::DeleteShapeById(std::int32_t id, bool record) {
+  TMyShape* shape = GetShapeByID(id);
+  if (!shape || shape->GetLocked()) return false;
+  if (OnShapeDeleted) OnShapeDeleted(this, shape);
+  // With Record the "ACT_DELETE" step is taken by the undo history once it exists.
+  (void)record;
+  RemoveShapes(SubtreeOf(shape));
+  Invalidate();
+  return true;
+}
+
+void TMyCAD::DeleteAllShapes() {
+  working_.clear();
+  shapes_.clear();
+  Invalidate();
+}
+
+void TMyCAD::DeleteSelectedShapes(bool record) {
+  const std::vector<TMyShape*> selected = working_;
+  for (TMyShape* shape : selected)
+    if (GetShapeNoById(shape->ShapeId) >= 0) DeleteShapeById(shape->ShapeId, record);
+}
+
+// ---------------------------------------------------------------------------
+// Group-wide operations
+
 // Members first, then the shape itself, as every group-wide edit expects.
 template <typename Fn>
 void TMyCAD::ForShapeAndMembers(TMyShape* shape, Fn fn) {
   if (!shape) return;
-  for (const std::int32_t no : shape->ChildShapes) {
-    TMyShape* child = GetShapeByNo(no);
-    if (child && child != shape) ForShapeAndMembers(child, fn);
-  }
-  fn(*shape);
+  for (TMyShape* s : SubtreeOf(shape) | std::views::reverse) fn(*s);
 }
 
 void TMyCAD::RotateChangeValueforShapes(TMyShape* shape, const TMyPoint& center, double angle) {

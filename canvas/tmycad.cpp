@@ -4,54 +4,46 @@
 
 namespace lumatrex {
 
-TMyCAD::TMyCAD(QWidget* parent) : TCustomControl(parent) {}
+TMyCAD::TMyCAD(QWidget* parent)
+    : TCustomControl(parent),
+      grid_(std::make_unique<TGridObject>([this] { Invalidate(); })),
+      backBuffer_(0, 0, pf32bit) {
+  ApplyPageSize();
+  NewLayer("Layer0", true);
+}
 
-TMyCAD::~TMyCAD() = default;
+TMyCAD::~TMyCAD() {
+  // Shapes call back into the canvas while they go (group styling); drop them
+  // while the canvas is still whole.
+  working_.clear();
+  shapes_.clear();
+}
 
 void TMyCAD::SetZoom(double value) {
   previousZoom_ = zoom_;
-  zoom_ = value;
+  StoreAndRepaint(zoom_, value);
+}
+
+void TMyCAD::SetRatio(double value) { StoreAndRepaint(ratio_, value); }
+void TMyCAD::SetTheUNIT(TUnits value) { StoreAndRepaint(theUnit_, value); }
+void TMyCAD::SetXYMode(TXYMode value) { StoreAndRepaint(xyMode_, value); }
+void TMyCAD::SetColorOfBackGround(TColor value) { StoreAndRepaint(colorOfBackGround_, value); }
+
+void TMyCAD::SetBkBitmap(const TBitmap& value) {
+  bkBitmap_ = value;
   Invalidate();
 }
 
-void TMyCAD::SetRatio(double value) {
-  ratio_ = value;
-  Invalidate();
-}
-
-void TMyCAD::SetTheUNIT(TUnits value) {
-  theUnit_ = value;
-  Invalidate();
-}
-
-void TMyCAD::SetXYMode(TXYMode value) {
-  xyMode_ = value;
-  Invalidate();
-}
-
-void TMyCAD::SetHotShow(bool value) {
-  hotShow_ = value;
-  Invalidate();
-}
-
-void TMyCAD::SetHotSize(std::uint8_t value) {
-  hotSize_ = value;
-  Invalidate();
-}
+void TMyCAD::SetBkBitmapMode(TBkBitmapMode value) { StoreAndRepaint(bkBitmapMode_, value); }
+void TMyCAD::SetCrossLine(bool value) { StoreAndRepaint(crossLine_, value); }
+void TMyCAD::SetHotShow(bool value) { StoreAndRepaint(hotShow_, value); }
+void TMyCAD::SetHotSize(std::uint8_t value) { StoreAndRepaint(hotSize_, value); }
 
 void TMyCAD::SetColorOfHot(TColor value) {
-  colorOfHot_ = value;
   SetHotColor(value);
-  Invalidate();
+  StoreAndRepaint(colorOfHot_, value);
 }
 
-void TMyCAD::SetShowHotLink(bool value) {
-  showHotLink_ = value;
-  Invalidate();
-}
-
-void TMyCAD::EndUpdate() {
-  if (updateDepth_ > 0 && --updateDepth_ == 0) Invalidate();
-}
+void TMyCAD::SetShowHotLink(bool value) { StoreAndRepaint(showHotLink_, value); }
 
 }  // namespace lumatrex

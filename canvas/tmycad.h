@@ -1,18 +1,38 @@
-// TMyCAD: the drawing canvas control. It owns the shapes (a list that is also
-// the z-order), their default pen, brush, font and arrow settings, and the
-// view state every shape reads (zoom, handle size, measuring unit).
+// TMyCAD: the drawing canvas control.
 //
-// The class is split into files by concern: tmycad.cpp (construction and
-// properties), document.cpp (the shape list and group-wide operations).
+// It owns the shapes, kept in a list that is also the paint order (z-order):
+// index 0 is painted first, and every shape's ShapeNo equals its index. Groups
+// and connectors refer to shapes by these list positions, and every operation
+// that reorders or shortens the list renumbers those references. It also owns
+// the layers, the selection (the "working shapes"), the view state every shape
+// reads (zoom, handle size, unit) and the defaults new shapes copy.
+//
+// Coordinates: shapes store model coordinates; the control shows them zoomed
+// (model x Zoom) and rounded half-to-even to device pixels.
+//
+// The class is one class in several files, one per concern:
+//   tmycad.cpp     construction and view properties
+//   document.cpp   the shape list: adding, finding, deleting, renumbering
+//   layers.cpp     layers
+//   zorder.cpp     paint order
+//   selection.cpp  the working shapes
+//   painting.cpp   the paint pipeline, background, grid, border, header, footer
+//   page.cpp       page styles and extents
+//   export.cpp     rendering the drawing to image files
 #pragma once
 
 #include <QObject>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
-#include "platform/control.h"
+#include "canvas/grid.h"
 #include "persistence/file_version.h"
+#include "persistence/user_data.h"
+#include "platform/bitmap.h"
+#include "platform/control.h"
 #include "platform/graphics.h"
 #include "shapes/shape.h"
 #include "shapes/shape_enums.h"
@@ -20,16 +40,57 @@
 
 namespace lumatrex {
 
+// One layer of the drawing.
+struct LayerRec {
+  std::string LayerName;
+  std::int32_t LayerId = 0;
+  bool Visible = true;
+  friend bool operator==(const LayerRec&, const LayerRec&) = default;
+};
+
+// What an image export renders.
+struct TImageExportOptions {
+  double Zoom = 1.0;
+  // Only the selected shapes instead of every shape on a visible layer.
+  bool SelectedOnly = false;
+  // Blank pixels around the extent of the shapes' points, so that wide pens,
+  // arrow heads and labels are not cut.
+  std::int32_t Margin = 16;
+};
+
 class TMyCAD : public TCustomControl, public TMyShapeOwner {
   Q_OBJECT
+  // view
   Q_PROPERTY(double Zoom READ GetZoom WRITE SetZoom)
   Q_PROPERTY(double Ratio READ GetRatio WRITE SetRatio)
   Q_PROPERTY(lumatrex::TUnits TheUNIT READ GetTheUNIT WRITE SetTheUNIT)
   Q_PROPERTY(lumatrex::TXYMode XYMode READ GetXYMode WRITE SetXYMode)
+  Q_PROPERTY(std::int32_t ColorOfBackGround READ GetColorOfBackGround WRITE SetColorOfBackGround)
+  Q_PROPERTY(lumatrex::TBkBitmapMode BkBitmapMode READ GetBkBitmapMode WRITE SetBkBitmapMode)
+  Q_PROPERTY(lumatrex::TGridObject* GridOperation READ GridOperation)
+  Q_PROPERTY(bool CrossLine READ GetCrossLine WRITE SetCrossLine)
   Q_PROPERTY(bool HotShow READ GetHotShow WRITE SetHotShow)
   Q_PROPERTY(std::uint8_t HotSize READ GetHotSize WRITE SetHotSize)
   Q_PROPERTY(std::int32_t ColorOfHot READ GetColorOfHot WRITE SetColorOfHot)
   Q_PROPERTY(bool ShowHotLink READ GetShowHotLink WRITE SetShowHotLink)
+  // page
+  Q_PROPERTY(lumatrex::TPageStyle PageStyle READ GetPageStyle WRITE SetPageStyle)
+  Q_PROPERTY(std::int32_t PageWidth READ GetPageWidth WRITE SetPageWidth)
+  Q_PROPERTY(std::int32_t PageHeight READ GetPageHeight WRITE SetPageHeight)
+  Q_PROPERTY(std::int32_t PageOrientation READ GetPageOrientation WRITE SetPageOrientation)
+  Q_PROPERTY(std::string PageHead READ GetPageHead WRITE SetPageHead)
+  Q_PROPERTY(std::string PageFoot READ GetPageFoot WRITE SetPageFoot)
+  Q_PROPERTY(std::int32_t PageHeadAlignment READ GetPageHeadAlignment WRITE SetPageHeadAlignment)
+  Q_PROPERTY(std::int32_t PageFootAlignment READ GetPageFootAlignment WRITE SetPageFootAlignment)
+  Q_PROPERTY(std::int32_t PageHeadToTop READ GetPageHeadToTop WRITE SetPageHeadToTop)
+  Q_PROPERTY(std::int32_t PageFootToBottom READ GetPageFootToBottom WRITE SetPageFootToBottom)
+  Q_PROPERTY(bool PrintABorder READ GetPrintABorder WRITE SetPrintABorder)
+  Q_PROPERTY(std::uint8_t PrintABordertoLeft READ GetPrintABordertoLeft WRITE SetPrintABordertoLeft)
+  Q_PROPERTY(std::uint8_t PrintABordertoTop READ GetPrintABordertoTop WRITE SetPrintABordertoTop)
+  Q_PROPERTY(std::uint8_t PrintABordertoRight READ GetPrintABordertoRight WRITE SetPrintABordertoRight)
+  Q_PROPERTY(std::uint8_t PrintABordertoBottom READ GetPrintABordertoBottom WRITE SetPrintABordertoBottom)
+  Q_PROPERTY(bool PrintBackground READ GetPrintBackground WRITE SetPrintBackground)
+  // defaults for new shapes
   Q_PROPERTY(std::int32_t ArrowAngle READ GetArrowAngle WRITE SetArrowAngle)
   Q_PROPERTY(std::uint8_t ArrowLength READ GetArrowLength WRITE SetArrowLength)
   Q_PROPERTY(std::uint8_t ArrowOffset READ GetArrowOffset WRITE SetArrowOffset)
@@ -39,14 +100,143 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   Q_PROPERTY(bool RotateEnable READ GetRotateEnable WRITE SetRotateEnable)
   Q_PROPERTY(lumatrex::TPenStyleJoinType PenStyleJoinType READ GetPenStyleJoinType WRITE SetPenStyleJoinType)
   Q_PROPERTY(lumatrex::TPenStyleEndCapType PenStyleEndCapType READ GetPenStyleEndCapType WRITE SetPenStyleEndCapType)
+  // document
+  Q_PROPERTY(bool OperateAllLayer READ GetOperateAllLayer WRITE SetOperateAllLayer)
+  Q_PROPERTY(lumatrex::TUserData* UserData READ UserDataPtr)
+  Q_PROPERTY(std::int32_t Tag READ GetTag WRITE SetTag)
 
  public:
+  // Sets every default, creates the back buffer and the first layer "Layer0".
   explicit TMyCAD(QWidget* parent = nullptr);
   ~TMyCAD() override;
 
-  // ==== view ===================================================================
+  // ==== events (called only when set; the sender is the canvas) ===============
+  std::function<void(QObject* sender, TMyShape*& shape, std::int32_t shapeCount)> OnShapeAdded;
+  // Before the shape is removed.
+  std::function<void(QObject* sender, TMyShape* shape)> OnShapeDeleted;
+  std::function<void(QObject* sender, TMyShape* lastSelected, TMyShape* selected)> OnShapeSelected;
+  std::function<void(QObject* sender, std::int32_t layerId, const std::string& name, bool visible)> OnNewLayer;
+  std::function<void(QObject* sender, std::int32_t layerId, const std::string& name, bool visible)> OnDeleteLayer;
+  // After every paint, outside design time.
+  std::function<void(QObject* sender)> OnPaint;
+
+  // ==== shapes (document.cpp) ==================================================
+  // Appends Shape (front-most) and takes ownership. Without KeepLayer the shape
+  // goes on the current layer; without NoCount the next shape id grows by one.
+  // A canvas without layers shows "Error!There is no Layer!", ends the
+  // application and refuses (false; the shape is destroyed). Null gives false.
+  bool AddShape(std::unique_ptr<TMyShape> shape, bool keepLayer = false, bool noCount = false);
+  // A new shape of the named class ("TMyLine", ...) owned by this canvas;
+  // nullptr for an unknown name.
+  std::unique_ptr<TMyShape> CreateShapeByName(const std::string& className);
+  // CreateShapeByName, a copy of Template when given, then a new identity
+  // (ShapeNo, ShapeId, name "Shape"+id, caption = name) and AddShape.
+  TMyShape* CreateAddShapeByName(const std::string& className, const TMyShape* templ = nullptr);
+  // The shape kind of a drawing tool; nullptr for tools that draw nothing.
+  std::unique_ptr<TMyShape> CreateShapeBySpTool(TDrawTool tool);
+  // Creates a shape of ClassName with the model Points and Angle (radians),
+  // names it (Name, or "Shape"+id when empty) and adds it. AddShapeByCode
+  // records an "ACT_ADD" step; AddShapeByCode2 records nothing (bulk use).
+  TMyShape* AddShapeByCode(const std::string& className, const std::string& name, const TArrMyPoint& points,
+                           float angle);
+  TMyShape* AddShapeByCode2(const std::string& className, const std::string& name, const TArrMyPoint& points,
+                            float angle);
+  // Deletes the shape with ShapeId Id, with its group members, unless it is
+  // locked: raises OnShapeDeleted, records "ACT_DELETE" when Record, and
+  // renumbers every remaining list reference. False when nothing was deleted.
+  bool DeleteShapeById(std::int32_t id, bool record);
+  void DeleteAllShapes();
+  void DeleteSelectedShapes(bool record = true);
+  TMyShape* GetShapeByID(std::int32_t id) const;
+  TMyShape* GetShapeByName(const std::string& name) const;
+  TMyShape* GetShapeByNo(std::int32_t no) const override;
+  std::int32_t GetShapeNoById(std::int32_t id) const;
+  std::int32_t GetShapesCount() const { return static_cast<std::int32_t>(shapes_.size()); }
+  std::int32_t GetShapesCountInALayer(std::int32_t layerId) const;
+  std::vector<TMyShape*> GetShapesByLayerId(std::int32_t layerId) const;
+  // Renames the shape called OldName; false when there is none.
+  bool RenameShapeName(const std::string& oldName, const std::string& newName);
+  TMyShape* GetRootParentShape(TMyShape* shape) const override;
+  // The first top-level shape after (before) list position No, or nullptr.
+  TMyShape* GetNextSingleorRootShape(std::int32_t no) const;
+  TMyShape* GetPrevSingleorRootShape(std::int32_t no) const;
+  std::int32_t GetNextShapeId() const { return nextShapeId_; }
+
+  // ==== group-wide operations (a shape and, recursively, its members) ==========
+  void RotateChangeValueforShapes(TMyShape* shape, const TMyPoint& center, double angle) override;
+  void LockUnLockforShapes(TMyShape* shape, bool locked) override;
+  void FlipHoriz(TMyShape* shape) override;
+  void FlipVert(TMyShape* shape) override;
+
+  // ==== layers (layers.cpp) ========================================================
+  // Appends a layer and makes it current; -1 (and no change) when the name is
+  // taken (case-sensitive). Ids are never reused.
+  std::int32_t NewLayer(const std::string& name, bool visible);
+  // Unlocks and deletes the layer's top-level shapes, then removes the layer
+  // when every deletion succeeded. Empties the selection.
+  bool DeleteLayerByID(std::int32_t id);
+  bool DeleteLayerByName(const std::string& name);
+  void DeleteAllLayers();
+  // Moves Source's shapes to Target, makes Target current and deletes Source.
+  // 0 (nothing done) when they are equal or either is not a layer, else 1.
+  std::int32_t MergeLayers(std::int32_t target, std::int32_t source);
+  // -1 without layers, else the id of the most recently created layer.
+  std::int32_t GetMaxLayerId() const;
+  // The layer count, as the 8-bit value drawing files and the UI use.
+  std::uint8_t GetLayersCount() const { return static_cast<std::uint8_t>(layers_.size()); }
+  const std::vector<LayerRec>& Layers() const { return layers_; }
+  std::int32_t GetLayerIdByName(const std::string& name) const;
+  std::int32_t GetLayerIdByNo(std::int32_t no) const;
+  std::string GetLayerNameByID(std::int32_t id) const;
+  std::int32_t GetLayerNoById(std::int32_t id) const;
+  std::int32_t GetLayerNoByName(const std::string& name) const;
+  bool SetLayerNameByID(std::int32_t id, const std::string& name);
+  bool SetLayerNameByName(const std::string& oldName, const std::string& newName);
+  void VisibleLayerByID(std::int32_t id);
+  void VisibleLayerByName(const std::string& name);
+  void InVisibleLayerByID(std::int32_t id);
+  void InVisibleLayerByName(const std::string& name);
+  void VisibleAllLayer();
+  bool IsVisibleLayerByID(std::int32_t id) const;
+  std::int32_t GetCurrentLayerId() const { return currentLayerId_; }
+  void SetCurrentLayerId(std::int32_t id);
+
+  // ==== paint order (zorder.cpp) =====================================================
+  // Each moves Shape past whole top-level neighbours (groups move as one),
+  // records the named undo step when Record, and repaints.
+  void BringToFront(TMyShape* shape, bool record);
+  void BringToFrontByStep(TMyShape* shape, bool record);
+  void SendToBack(TMyShape* shape, bool record);
+  void SendToBackByStep(TMyShape* shape, bool record);
+  // Exchanges the list places of A and B; every stored list position follows.
+  void SwapShape(TMyShape* a, TMyShape* b);
+
+  // ==== selection (selection.cpp) ======================================================
+  // Adds Shape (a group member: its root group) unless already there.
+  void AddWorkingShapes(TMyShape* shape);
+  void RemoveWorkingShape(TMyShape* shape);
+  void RemoveAllWorkingShapes();
+  // Index of Shape among the working shapes (the last occurrence), or -1.
+  std::int32_t IsInWorkingShape(const TMyShape* shape) const;
+  std::int32_t GetWorkingShapesCount() const { return static_cast<std::int32_t>(working_.size()); }
+  // Shows the handles of the working shapes on the control.
+  void SelectAllWorkingShapes();
+  void SelectAllShapes();
+  void SelectAllShapesByLayerId(std::int32_t layerId);
+  // Selects the shape with ShapeId Id (after emptying the selection when
+  // ClearFirst); raises OnShapeSelected; false when there is no such shape.
+  bool SelectShapeByCode(std::int32_t id, bool clearFirst);
+  // The working shape when there is exactly one, else nullptr.
+  TMyShape* GetSelectedShape() const;
+  const std::vector<TMyShape*>& GetSelectedShapes() const { return working_; }
+  std::int32_t GetSelectedShapesCount() const { return GetWorkingShapesCount(); }
+  void DeSelectedAllShapesByCode();
+  bool GetOperateAllLayer() const { return operateAllLayer_; }
+  void SetOperateAllLayer(bool value) { operateAllLayer_ = value; }
+
+  // ==== view (tmycad.cpp) ===============================================================
   double GetZoom() const override { return zoom_; }
-  // Keeps the previous zoom beside the new one and repaints.
+  // Keeps the previous zoom beside the new one.
   void SetZoom(double value);
   double GetPreviousZoom() const { return previousZoom_; }
   double GetRatio() const override { return ratio_; }
@@ -55,6 +245,16 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void SetTheUNIT(TUnits value);
   TXYMode GetXYMode() const override { return xyMode_; }
   void SetXYMode(TXYMode value);
+  TColor GetColorOfBackGround() const { return colorOfBackGround_; }
+  void SetColorOfBackGround(TColor value);
+  // The background picture; an empty bitmap shows none.
+  const TBitmap& GetBkBitmap() const { return bkBitmap_; }
+  void SetBkBitmap(const TBitmap& value);
+  TBkBitmapMode GetBkBitmapMode() const { return bkBitmapMode_; }
+  void SetBkBitmapMode(TBkBitmapMode value);
+  TGridObject* GridOperation() const { return grid_.get(); }
+  bool GetCrossLine() const { return crossLine_; }
+  void SetCrossLine(bool value);
   bool GetHotShow() const override { return hotShow_; }
   void SetHotShow(bool value);
   std::uint8_t GetHotSize() const override { return hotSize_; }
@@ -71,8 +271,59 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // The version tag shape readers follow while a drawing is read.
   const std::string& GetDiskFileVersion() const override { return diskFileVersion_; }
   void SetDiskFileVersion(const std::string& version) { diskFileVersion_ = version; }
+  TUserData& UserData() { return userData_; }
+  TUserData* UserDataPtr() { return &userData_; }
+  std::int32_t GetTag() const { return tag_; }
+  void SetTag(std::int32_t value) { tag_ = value; }
 
-  // ==== defaults for new shapes ==================================================
+  // ==== page (page.cpp) ===================================================================
+  TPageStyle GetPageStyle() const { return pageStyle_; }
+  // Also sets PageWidth and PageHeight: the paper at the screen's pixels per
+  // inch, in the current orientation (CustomerPage keeps the sizes).
+  void SetPageStyle(TPageStyle value);
+  std::int32_t GetPageWidth() const { return pageWidth_; }
+  void SetPageWidth(std::int32_t value);
+  std::int32_t GetPageHeight() const { return pageHeight_; }
+  void SetPageHeight(std::int32_t value);
+  // 0 portrait, anything else landscape; a paper style is re-measured.
+  std::int32_t GetPageOrientation() const { return pageOrientation_; }
+  void SetPageOrientation(std::int32_t value);
+  // The paper style whose size (either orientation) is Width x Height pixels
+  // at the screen's pixels per inch; CustomerPage when none is.
+  TPageStyle GetPageStyleByWH(std::int32_t width, std::int32_t height) const;
+  const std::string& GetPageHead() const { return pageHead_; }
+  void SetPageHead(const std::string& value);
+  const std::string& GetPageFoot() const { return pageFoot_; }
+  void SetPageFoot(const std::string& value);
+  TFont& PageHeadFont() { return pageHeadFont_; }
+  TFont& PageFootFont() { return pageFootFont_; }
+  // Alignments: 0 left, 1 right, 2 centre.
+  std::int32_t GetPageHeadAlignment() const { return pageHeadAlignment_; }
+  void SetPageHeadAlignment(std::int32_t value);
+  std::int32_t GetPageFootAlignment() const { return pageFootAlignment_; }
+  void SetPageFootAlignment(std::int32_t value);
+  std::int32_t GetPageHeadToTop() const { return pageHeadToTop_; }
+  void SetPageHeadToTop(std::int32_t value);
+  std::int32_t GetPageFootToBottom() const { return pageFootToBottom_; }
+  void SetPageFootToBottom(std::int32_t value);
+  bool GetPrintABorder() const { return printABorder_; }
+  void SetPrintABorder(bool value);
+  std::uint8_t GetPrintABordertoLeft() const { return borderLeft_; }
+  void SetPrintABordertoLeft(std::uint8_t value);
+  std::uint8_t GetPrintABordertoTop() const { return borderTop_; }
+  void SetPrintABordertoTop(std::uint8_t value);
+  std::uint8_t GetPrintABordertoRight() const { return borderRight_; }
+  void SetPrintABordertoRight(std::uint8_t value);
+  std::uint8_t GetPrintABordertoBottom() const { return borderBottom_; }
+  void SetPrintABordertoBottom(std::uint8_t value);
+  bool GetPrintBackground() const { return printBackground_; }
+  void SetPrintBackground(bool value);
+  // Bounding box of the given shapes' points, in model (zoomed) coordinates;
+  // the zero rectangle for none.
+  TMyRect GetShapesLTRB(const std::vector<TMyShape*>& shapes) const;
+  TMyRect GetShapesLTRBinZoom(const std::vector<TMyShape*>& shapes) const;
+
+  // ==== defaults for new shapes ===========================================================
   TPen& Pen() { return pen_; }
   TBrush& Brush() { return brush_; }
   TFont& Font() { return font_; }
@@ -98,31 +349,74 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TPenStyleEndCapType GetPenStyleEndCapType() const override { return penStyleEndCapType_; }
   void SetPenStyleEndCapType(TPenStyleEndCapType value) { penStyleEndCapType_ = value; }
 
-  // ==== document ===================================================================
-  std::int32_t GetShapesCount() const { return static_cast<std::int32_t>(shapes_.size()); }
-  TMyShape* GetShapeByNo(std::int32_t no) const override;
-  // Takes ownership of Shape and appends it (front-most), keeping ShapeNo
-  // equal to its list position. Returns the shape.
-  TMyShape* AppendShape(std::unique_ptr<TMyShape> shape);
-  TMyShape* GetRootParentShape(TMyShape* shape) const override;
-
-  // ==== group-wide operations (a shape and, recursively, its members) ================
-  void RotateChangeValueforShapes(TMyShape* shape, const TMyPoint& center, double angle) override;
-  void LockUnLockforShapes(TMyShape* shape, bool locked) override;
-  void FlipHoriz(TMyShape* shape) override;
-  void FlipVert(TMyShape* shape) override;
-
-  // ==== repainting ===================================================================
-  void Repaint() override { Invalidate(); }
+  // ==== painting (painting.cpp) ==============================================================
+  // Paints the whole control now (shapes call it after a visible change).
+  void Repaint() override { TCustomControl::Repaint(); }
   // A bulk update keeps groups from passing pen, brush and font changes on to
-  // their members; calls nest.
+  // their members; calls nest, and the last EndUpdate repaints.
   void BeginUpdate() { ++updateDepth_; }
   void EndUpdate();
   bool IsUpdating() const override { return updateDepth_ > 0; }
+  // Renders the device rectangle Clip of the drawing into the back buffer.
+  void DrawAll(const TRect& clip);
+  const TBitmap& BackBuffer() const { return backBuffer_; }
+  // Fills Rect of Bitmap with ColorOfBackGround.
+  void FillBackground(TBitmap& bitmap, const TRect& rect);
+  // Fills all of Bitmap for output: ColorOfBackGround with PrintBackground,
+  // white otherwise.
+  void DrawBackground(TBitmap& bitmap);
+  // Draws the background picture with the drawing's origin at (DX, DY) of Bitmap.
+  void DrawBkBitmap(TBitmap& bitmap, std::int32_t dx, std::int32_t dy);
+  // The grid over Rect (device coordinates of the drawing) on Bitmap.
+  void DrawGrid(TBitmap& bitmap, const TRect& rect);
+  void DrawBorder(TBitmap& bitmap);
+  void DrawHeadFoot(TBitmap& bitmap);
+  // Draws the visible top-level shapes meeting Rect (device coordinates of
+  // the drawing) on Canvas, whose origin is Rect's top-left corner.
+  void DrawAllShape(TCanvas& canvas, const TRect& rect);
+  // The shapes DrawAllShape would draw, in paint order.
+  std::vector<TMyShape*> ShapesMeeting(const TRect& rect) const;
+  // Hit helpers of the paint pipeline (device coordinates of the drawing).
+  bool IsPtinRegion(const TRect& r, const TMyShape& shape) const;
+  bool IsShapeBigthanRegion(const TRect& r, const TMyShape& shape) const;
+
+  // ==== export (export.cpp) ===================================================================
+  // Renders the drawing's extent (every shape on a visible layer, or the
+  // selection) at Options.Zoom on the output background. An empty drawing
+  // gives an empty bitmap.
+  TBitmap RenderToBitmap(const TImageExportOptions& options = {});
+  // RenderToBitmap saved by the file's extension: .png, .jpg/.jpeg or .bmp.
+  // False (with nothing written) for another extension or a write error.
+  bool SaveToImageFile(const std::string& fileName, const TImageExportOptions& options = {});
+
+ protected:
+  void Paint() override;
 
  private:
+  template <typename T>
+  void StoreAndRepaint(T& field, T value) {
+    field = value;
+    Invalidate();
+  }
   template <typename Fn>
   void ForShapeAndMembers(TMyShape* shape, Fn fn);
+  // Shape and every shape of its group subtree, each group before its members.
+  std::vector<TMyShape*> SubtreeOf(TMyShape* shape) const;
+  // Gives every stored list position its new value after the list changed:
+  // Map(old position) is the new one, -1 for a removed shape.
+  void RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map);
+  void RemoveShapes(const std::vector<TMyShape*>& doomed);
+  void ForgetShape(const TMyShape* shape);
+  TMyShape* AddShapeFromCode(const std::string& className, const std::string& name, const TArrMyPoint& points,
+                             float angle);
+  void SwapWithNeighbour(TMyShape* shape, bool forward);
+  LayerRec* FindLayer(std::int32_t id);
+  const LayerRec* FindLayer(std::int32_t id) const;
+  void ApplyPageSize();
+  void DrawShapeTree(TCanvas& canvas, TMyShape& shape);
+  // Draws Chosen (top-level shapes, with their members) on Canvas whose origin
+  // is Rect's top-left corner; with LinkHandles also their link crosses.
+  void DrawShapeList(TCanvas& canvas, const TRect& rect, const std::vector<TMyShape*>& chosen, bool linkHandles);
 
   // view
   double zoom_ = 1.0;
@@ -130,12 +424,40 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   double ratio_ = 1.0;
   TUnits theUnit_ = mm;
   TXYMode xyMode_ = Mode0;
+  TColor colorOfBackGround_ = clWhite;
+  TBitmap bkBitmap_;
+  TBkBitmapMode bkBitmapMode_ = Center;
+  std::unique_ptr<TGridObject> grid_;
+  bool crossLine_ = true;
   bool hotShow_ = true;
   std::uint8_t hotSize_ = 4;
   TColor colorOfHot_ = 0x808080;
   bool showHotLink_ = true;
   TActionTools actionTool_ = dtSelecting;
   std::string diskFileVersion_ = kCurrentFileVersion;
+  TUserData userData_;
+  std::int32_t tag_ = 0;
+  // page
+  TPageStyle pageStyle_ = A4;
+  std::int32_t pageWidth_ = 0;
+  std::int32_t pageHeight_ = 0;
+  std::int32_t pageOrientation_ = 0;
+  std::string pageHead_;
+  std::string pageFoot_;
+  TFont pageHeadFont_;
+  TFont pageFootFont_;
+  std::int32_t pageHeadAlignment_ = 2;
+  // Differs from the published default (2) on purpose: a stored 2 is not
+  // written to forms, so a reloaded control shows 1.
+  std::int32_t pageFootAlignment_ = 1;
+  std::int32_t pageHeadToTop_ = 15;
+  std::int32_t pageFootToBottom_ = 15;
+  bool printABorder_ = true;
+  std::uint8_t borderLeft_ = 20;
+  std::uint8_t borderTop_ = 20;
+  std::uint8_t borderRight_ = 20;
+  std::uint8_t borderBottom_ = 20;
+  bool printBackground_ = false;
   // defaults for new shapes
   TPen pen_;
   TBrush brush_;
@@ -151,6 +473,15 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TPenStyleEndCapType penStyleEndCapType_ = psectROUND;
   // document
   std::vector<std::unique_ptr<TMyShape>> shapes_;
+  std::int32_t nextShapeId_ = 0;
+  std::vector<LayerRec> layers_;
+  std::int32_t nextLayerId_ = 0;
+  std::int32_t currentLayerId_ = -1;
+  std::vector<TMyShape*> working_;
+  bool operateAllLayer_ = true;
+  // painting
+  TBitmap backBuffer_;
+  bool painting_ = false;
   int updateDepth_ = 0;
 };
 

@@ -42,6 +42,15 @@ TCustomControl::TCustomControl(QWidget* parent) : QWidget(parent), screen_(0, 0,
 
 TCustomControl::~TCustomControl() = default;
 
+TCanvas& TCustomControl::Canvas() {
+  MatchScreenSize();
+  return screen_.Canvas();
+}
+
+void TCustomControl::MatchScreenSize() {
+  if (screen_.Width() != width() || screen_.Height() != height()) screen_.SetSize(width(), height());
+}
+
 void TCustomControl::Invalidate() {
   dirty_ = ClientRect();
   hasDirty_ = true;
@@ -88,7 +97,7 @@ void TCustomControl::paintEvent(QPaintEvent* event) {
 }
 
 void TCustomControl::resizeEvent(QResizeEvent* event) {
-  screen_.SetSize(width(), height());
+  MatchScreenSize();
   Invalidate();
   QWidget::resizeEvent(event);
 }

@@ -26,7 +26,7 @@ class TCustomControl : public QWidget {
 
   // The surface of the screen bitmap, client coordinates. While Paint runs its
   // clip rectangle is the area being repainted.
-  TCanvas& Canvas() { return screen_.Canvas(); }
+  TCanvas& Canvas();
   const TBitmap& ScreenBitmap() const { return screen_; }
   std::int32_t Width() const { return width(); }
   std::int32_t Height() const { return height(); }
@@ -36,7 +36,7 @@ class TCustomControl : public QWidget {
   void Invalidate();
   // Renders the whole control into the screen bitmap now; the window shows it
   // at its next blit. Works for hidden controls too.
-  void Repaint();
+  virtual void Repaint();
   // Makes drawing done on Canvas() outside Paint visible.
   void Blit() { update(); }
 
@@ -70,6 +70,9 @@ class TCustomControl : public QWidget {
 
  private:
   void PaintArea(const TRect& area);
+  // Keeps the screen bitmap the size of the control (a hidden control gets no
+  // resize events).
+  void MatchScreenSize();
   // Paints what Invalidate marked, if anything.
   void PaintPending();
 

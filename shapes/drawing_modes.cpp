@@ -33,12 +33,6 @@ TColor GreyOf(TColor color) {
 
 std::uint8_t OwnerHotSize(const TMyShape& shape) { return shape.Owner() ? shape.Owner()->GetHotSize() : 4; }
 
-bool OwnerIsRotating(const TMyShape& shape) {
-  if (!shape.Owner()) return false;
-  const TActionTools action = shape.Owner()->GetActionTool();
-  return action == dtRotating || action == dtRotateSelecting;
-}
-
 // Gives the canvas font the face, style and size of Font scaled by Scale,
 // turned by Angle, antialiased.
 void PrepareRotatedFont(TCanvas& canvas, const TFont& font, double scale, double angle) {
@@ -53,6 +47,14 @@ void PrepareRotatedFont(TCanvas& canvas, const TFont& font, double scale, double
 }
 
 }  // namespace
+
+bool OwnerIsRotating(const TMyShape& shape) {
+  if (!shape.Owner()) return false;
+  const TActionTools action = shape.Owner()->GetActionTool();
+  return action == dtRotating || action == dtRotateSelecting;
+}
+
+bool OwnerShowsHandles(const TMyShape& shape) { return !shape.Owner() || shape.Owner()->GetHotShow(); }
 
 TColor GetHotColor() { return g_hotColor; }
 void SetHotColor(TColor color) { g_hotColor = color; }

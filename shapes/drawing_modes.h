@@ -14,6 +14,13 @@ namespace lumatrex {
 
 class TMyShape;
 
+// ---- what the handle painters ask of the owner -------------------------------
+// True while the shape's owner rotates (dtRotating or dtRotateSelecting);
+// false without an owner.
+bool OwnerIsRotating(const TMyShape& shape);
+// The owner's HotShow switch; true without an owner.
+bool OwnerShowsHandles(const TMyShape& shape);
+
 // ---- the process-wide hot colour --------------------------------------------
 // Fill of unlocked handle squares; 0x00FF00 until a canvas sets its ColorOfHot
 // (with several canvases the last one set wins).

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 
 #include "platform/canvas.h"
 #include "platform/screen.h"
@@ -40,6 +41,22 @@ void TMyShape::ConnectChangeNotifications() {
 double TMyShape::Zoom() const { return owner_ ? owner_->GetZoom() : 1.0; }
 
 std::uint8_t TMyShape::HotSize() const { return owner_ ? owner_->GetHotSize() : 4; }
+
+double TMyShape::Ratio() const { return owner_ ? owner_->GetRatio() : 1.0; }
+
+TUnits TMyShape::TheUNIT() const { return owner_ ? owner_->GetTheUNIT() : mm; }
+
+TPoint TMyShape::MirrorByXYMode(const TPoint& p) const {
+  if (!owner_) return p;
+  const std::int32_t w = owner_->GetControlWidth(), h = owner_->GetControlHeight();
+  switch (owner_->GetXYMode()) {
+    case Mode0: break;
+    case Mode1: return TPoint{p.X, h - p.Y};
+    case Mode2: return TPoint{w - p.X, h - p.Y};
+    case Mode3: return TPoint{w - p.X, p.Y};
+  }
+  return p;
+}
 
 void TMyShape::RepaintOwner() const {
   if (owner_) owner_->Repaint();
@@ -191,6 +208,28 @@ void TMyShape::AssignWithoutRelation(const TMyShape& source) {
 }
 
 // ---------------------------------------------------------------------------
+// Relations
+
+namespace {
+// The list with every number mapped; numbers of gone shapes are dropped.
+template <typename T>
+std::vector<T> RemapNumbers(const std::vector<T>& numbers, const std::function<std::int32_t(std::int32_t)>& map) {
+  std::vector<T> kept;
+  for (const T no : numbers) {
+    const std::int32_t mapped = map(static_cast<std::int32_t>(no));
+    if (mapped >= 0) kept.push_back(static_cast<T>(mapped));
+  }
+  return kept;
+}
+}  // namespace
+
+void TMyShape::RemapShapeNumbers(const std::function<std::int32_t(std::int32_t)>& map) {
+  if (ParentId >= 0) ParentId = std::max(map(ParentId), -1);
+  ChildShapes = RemapNumbers(ChildShapes, map);
+  LinkLines = RemapNumbers(LinkLines, map);
+}
+
+// ---------------------------------------------------------------------------
 // Queries
 
 TMyPoint TMyShape::GetCenterPoint() const { return CenterPoint; }
@@ -222,16 +261,7 @@ TMyPoint TMyShape::GetLinkPointInZoom(std::int32_t index) const { return ZoomedV
 
 TPoint TMyShape::GetPointInZoomWithMode(std::int32_t index) const {
   if (index < 0 || index >= GetPointsCount()) return {};
-  TPoint p = MyPtToPt(GetPointInZoom(index));
-  if (!owner_) return p;
-  const std::int32_t w = owner_->GetControlWidth(), h = owner_->GetControlHeight();
-  switch (owner_->GetXYMode()) {
-    case Mode0: break;
-    case Mode1: p.Y = h - p.Y; break;
-    case Mode2: p = TPoint{w - p.X, h - p.Y}; break;
-    case Mode3: p.X = w - p.X; break;
-  }
-  return p;
+  return MirrorByXYMode(MyPtToPt(GetPointInZoom(index)));
 }
 
 // ---------------------------------------------------------------------------
@@ -365,14 +395,13 @@ void TMyShape::DrawHotLinkSquare(TCanvas& canvas, const TMyPoint& p) { DrawLinkS
 // Text
 
 std::string TMyShape::GetLengthByUnit(const TPoint& a, const TPoint& b) const {
-  const double ratio = owner_ ? owner_->GetRatio() : 1.0;
-  const long double factor = ratio / Zoom();
+  const long double factor = Ratio() / Zoom();
   const long double ppi = ScreenPixelsPerInch();
   const long double dx = static_cast<long double>(a.X) - b.X, dy = static_cast<long double>(a.Y) - b.Y;
   const long double inches = std::sqrt(dx * dx + dy * dy) / ppi;
   const long double mmValue = factor * inches * 25.4L;
   char text[64];
-  switch (owner_ ? owner_->GetTheUNIT() : mm) {
+  switch (TheUNIT()) {
     case pixel: std::snprintf(text, sizeof text, "%9.0Lf pixel(s)", factor * inches * ppi); break;
     case mm: std::snprintf(text, sizeof text, "%9.2Lf mm", mmValue); break;
     case cm: std::snprintf(text, sizeof text, "%9.2Lf cm", mmValue / 10); break;
@@ -397,17 +426,23 @@ void TMyShape::DrawInfo(TCanvas& canvas) {
   if (!captionShow_) return;
   const double zoom = Zoom();
   const TPoint anchor = MyPtToPt(ZoomedValuePt(TextoutPoint));
+  // The text is laid out upright around the anchor and the layout is then
+  // turned about the anchor, so a turned caption stays centred on it. At
+  // angle 0 the positions are exactly the upright ones.
+  auto draw = [&](std::int32_t x, std::int32_t y, const std::string& text) {
+    const TPoint at = MyPtToPt(RotateAPoint(PtToMyPt(Point(x, y)), PtToMyPt(anchor), static_cast<float>(textAngle_)));
+    MyLogTextOut(canvas, at.X, at.Y, text, font_, zoom, textAngle_);
+  };
   if (!info_.empty()) {
-    const TSize size = GetTextWidthHeight(canvas, info_, font_, zoom, 0);
-    MyLogTextOut(canvas, Round(anchor.X - size.cx / 2.0L), Round(anchor.Y - size.cy / 2.0L), info_, font_,
-                 zoom, 0);
+    const TSize size = GetTextWidthHeight(canvas, info_, font_, zoom, textAngle_);
+    draw(Round(anchor.X - size.cx / 2.0L), Round(anchor.Y - size.cy / 2.0L), info_);
     return;
   }
   if (multiInfo_.empty()) return;
   std::vector<TSize> sizes;
   std::int32_t widest = 0, total = 0;
   for (const std::string& line : multiInfo_) {
-    sizes.push_back(GetTextWidthHeight(canvas, line, font_, zoom, 0));
+    sizes.push_back(GetTextWidthHeight(canvas, line, font_, zoom, textAngle_));
     widest = std::max(widest, sizes.back().cx);
     total += sizes.back().cy;
   }
@@ -419,7 +454,7 @@ void TMyShape::DrawInfo(TCanvas& canvas) {
     std::int32_t x = x0;
     if (multiInfoAlignment_ == taRightJustify) x = x0 + widest - w;
     if (multiInfoAlignment_ == taCenter) x = x0 + Round((widest - w) / 2.0L);
-    MyLogTextOut(canvas, x, y, multiInfo_[i], font_, zoom, 0);
+    draw(x, y, multiInfo_[i]);
     y += step;
   }
 }
@@ -436,7 +471,10 @@ void TMyShape::SetPS(TCanvas& canvas, TPenStyle style, TColor color, std::int32_
   pen.SetStyle(style);
   pen.SetColor(color);
   pen.SetWidth(width);
-  pen.SetGeometric(kJoins[penStyleJoinType_], kCaps[penStyleEndCapType_]);
+  // Values read from a file are not trusted to be in range.
+  const TPenJoin join = penStyleJoinType_ < std::size(kJoins) ? kJoins[penStyleJoinType_] : pjRound;
+  const TPenEndCap cap = penStyleEndCapType_ < std::size(kCaps) ? kCaps[penStyleEndCapType_] : pecRound;
+  pen.SetGeometric(join, cap);
 }
 
 void TMyShape::PowerDrawShape(TCanvas& canvas, const std::vector<TPoint>& points, bool closed) {

@@ -111,6 +111,11 @@ class TMyShape : public QObject {
   // The same without the name, list position, group and connector relations
   // and the multi-line info, which keep this shape's values.
   virtual void AssignWithoutRelation(const TMyShape& source);
+  // Renumbers the list positions the shape holds after the owner removed or
+  // reordered shapes. Map takes an old position and answers the new one, or
+  // a negative number for a shape that is gone: ParentId then becomes -1 (top
+  // level) and the entry is dropped from ChildShapes and LinkLines.
+  virtual void RemapShapeNumbers(const std::function<std::int32_t(std::int32_t)>& map);
   // Paints the shape; the base draws only the info text.
   virtual void Draw(TCanvas& canvas);
   // Mirror about the pivot's vertical (horizontal) line; the pivot is the
@@ -191,8 +196,12 @@ class TMyShape : public QObject {
   // Rebuilds the gradient bitmap for the current style and colours.
   void DrawGradient();
   const TBitmap& GradientBitmap() const { return gradient_; }
-  // Draws Info, or else the MultiInfo block, centred on the text point.
+  // Draws Info, or else the MultiInfo block, centred on the text point and
+  // turned about it by the text angle.
   void DrawInfo(TCanvas& canvas);
+  // Turn of the info text in radians, clockwise on the screen; 0 unless a
+  // kind lays its caption along its outline (the lines do, when drawn).
+  double GetTextAngle() const { return textAngle_; }
   // Outlines (and for Closed, fills) the device polygon with the shape's pen
   // and brush, or with its gradient stretched over the outline's box and
   // clipped to it.
@@ -303,9 +312,16 @@ class TMyShape : public QObject {
   std::int32_t CurrentHot = -1;
 
  protected:
-  // Owner values with the no-owner fallbacks (zoom 1, handle size 4).
+  // Owner values with the no-owner fallbacks (zoom 1, handle size 4, ratio
+  // 1, millimetres).
   double Zoom() const;
   std::uint8_t HotSize() const;
+  double Ratio() const;
+  TUnits TheUNIT() const;
+  // Device point P mirrored by the owner's XYMode against the control size;
+  // P itself without an owner. Mirroring twice gives P back.
+  TPoint MirrorByXYMode(const TPoint& p) const;
+  void SetTextAngle(double value) { textAngle_ = value; }
   // Centre of the root group, or of this shape when it has no parent.
   TMyPoint PivotPoint() const;
   // Mirrors the gradient bitmap by the flip flags.
@@ -347,6 +363,7 @@ class TMyShape : public QObject {
   TUserData userData_;
   bool visible_ = true;
   TBitmap gradient_;
+  double textAngle_ = 0;
 };
 
 // ---------------------------------------------------------------------------

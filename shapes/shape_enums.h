@@ -146,4 +146,82 @@ enum TActionTools : std::uint8_t {
 };
 Q_ENUM_NS(TActionTools)
 
+// Placement of the canvas's background picture.
+enum TBkBitmapMode : std::uint8_t {
+  Tiled,    // repeated from the drawing's origin
+  Stretch,  // stretched over the control
+  Center,   // centred in the control
+  LeftTop,  // at the drawing's origin
+};
+Q_ENUM_NS(TBkBitmapMode)
+
+// Paper sizes of the page setting (ISO A and B series); CustomerPage for any other size.
+enum TPageStyle : std::uint8_t {
+  A0,
+  A1,
+  A2,
+  A3,
+  A4,
+  A5,
+  B3,
+  B4,
+  B5,
+  CustomerPage,
+};
+Q_ENUM_NS(TPageStyle)
+
+// How the grid is drawn.
+enum TGridType : std::uint8_t {
+  gPixel,  // a dot at every grid point
+  gLine,   // lines through the grid points
+  gNone,
+};
+Q_ENUM_NS(TGridType)
+
+// Axes along which a drag may move shapes.
+enum TDragMode : std::uint8_t {
+  dgHorz,
+  dgVert,
+  dgBoth,
+};
+Q_ENUM_NS(TDragMode)
+
+// The figure an elliptical-arc shape outlines.
+enum TArcStyle : std::uint8_t {
+  asArc,    // the curved piece only
+  asChord,  // the arc closed by its chord
+  asPie,    // the sector: the arc closed through the centre
+};
+Q_ENUM_NS(TArcStyle)
+
+// Whether an elliptical-arc shape keeps equal radii.
+enum TArcMode : std::uint8_t {
+  amCircle,   // radii kept equal (a circular arc)
+  amEllipse,  // independent radii
+};
+Q_ENUM_NS(TArcMode)
+
+// Routing of a connector between the shapes it joins.
+enum TLinkLineDrawStyle : std::uint8_t {
+  lldsLine,  // one straight segment
+  lldsHV,    // horizontal first, then vertical
+  lldsVH,    // vertical first, then horizontal
+};
+Q_ENUM_NS(TLinkLineDrawStyle)
+
+// Vertical placement of a text shape's lines in its frame.
+enum TTextLayout : std::uint8_t {
+  tlTop,
+  tlCenter,
+  tlBottom,
+};
+Q_ENUM_NS(TTextLayout)
+
+// Which colour an image shape leaves out when it is transparent.
+enum TTransparentMode : std::uint8_t {
+  tmAuto,   // the colour of the bitmap's bottom-left pixel
+  tmFixed,  // TransparentColor
+};
+Q_ENUM_NS(TTransparentMode)
+
 }  // namespace lumatrex

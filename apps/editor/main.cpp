@@ -1,13 +1,14 @@
-// The Lumatrex demo. With a display it opens a window showing the sample
-// drawing; without one (or with --output FILE) it renders the drawing to a PNG
-// file and prints where.
+// The Lumatrex demo. With a display it opens a window with the canvas showing
+// the sample drawing; without one (or with --output FILE) it renders what the
+// window would show to a PNG file and prints where.
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFileInfo>
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/control.h"
+#include "canvas/tmycad.h"
 #include "platform/qt_interop.h"
 #include "sample_drawing.h"
 
@@ -15,27 +16,15 @@ namespace {
 
 using namespace lumatrex;
 
-class TSampleView : public TCustomControl {
- public:
-  TSampleView() {
-    setWindowTitle("Lumatrex demo");
-    resize(demo::kSampleWidth, demo::kSampleHeight);
-  }
-
- protected:
-  void Paint() override { demo::PaintSampleDrawing(Canvas()); }
-};
-
 bool HasDisplay() {
   return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
          !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
-int RenderToFile(const QString& path) {
-  TBitmap picture(demo::kSampleWidth, demo::kSampleHeight, pf32bit);
-  demo::PaintSampleDrawing(picture.Canvas());
+int RenderToFile(TMyCAD& cad, const QString& path) {
+  cad.Repaint();
   QDir().mkpath(QFileInfo(path).absolutePath());
-  if (!ToQImage(picture).save(path, "PNG")) {
+  if (!ToQImage(cad.ScreenBitmap()).save(path, "PNG")) {
     std::fprintf(stderr, "lumatrex-editor: cannot write %s\n", qPrintable(path));
     return EXIT_FAILURE;
   }
@@ -57,11 +46,14 @@ int main(int argc, char** argv) {
   parser.addOption(output);
   parser.process(app);
 
-  if (parser.isSet(output)) return RenderToFile(parser.value(output));
-  if (!display || QGuiApplication::platformName() == "offscreen")
-    return RenderToFile(QDir::current().filePath("out/lumatrex-sample.png"));
+  TMyCAD cad;
+  cad.setWindowTitle("Lumatrex demo");
+  cad.resize(demo::kSampleWidth, demo::kSampleHeight);
+  demo::BuildSampleDrawing(cad);
 
-  TSampleView view;
-  view.show();
+  if (parser.isSet(output)) return RenderToFile(cad, parser.value(output));
+  if (!display || QGuiApplication::platformName() == "offscreen")
+    return RenderToFile(cad, QDir::current().filePath("out/lumatrex-sample.png"));
+  cad.show();
   return QApplication::exec();
 }

@@ -1,77 +1,83 @@
 #include "sample_drawing.h"
 
-#include "shapes/drawing_modes.h"
-#include "shapes/shape.h"
+#include "shapes/bspline.h"
+#include "shapes/closed_shapes.h"
+#include "shapes/lines.h"
 
 namespace lumatrex::demo {
 
 namespace {
 
-void PaintGrid(TCanvas& canvas) {
-  canvas.Pen().SetColor(RGB(225, 230, 240));
-  canvas.Pen().SetStyle(psSolid);
-  for (int x = 0; x <= kSampleWidth; x += 20) {
-    canvas.MoveTo(x, 0);
-    canvas.LineTo(x, kSampleHeight);
-  }
-  for (int y = 0; y <= kSampleHeight; y += 20) {
-    canvas.MoveTo(0, y);
-    canvas.LineTo(kSampleWidth, y);
+TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
+
+template <typename T>
+T* Add(TMyCAD& cad, const char* className, const TArrMyPoint& points, float angle = 0) {
+  return static_cast<T*>(cad.AddShapeByCode2(className, "", points, angle));
+}
+
+void AddArrows(TMyCAD& cad) {
+  const TArrowStyle styles[] = {ANone, ALeft, ARight, ADouble};
+  for (int i = 0; i < 4; ++i) {
+    const float y = 40.0f + 30.0f * i;
+    auto* line = Add<TMyLine>(cad, "TMyLine", {{40, y}, {220, y}});
+    line->Pen().SetColor(RGB(40, 40, 90));
+    line->Pen().SetWidth(2);
+    line->SetArrowStyle(styles[i]);
+    line->SetArrowAngle(25);
+    line->SetArrowLength(12);
   }
 }
 
-// A figure filled with one of the gradient styles, its handles shown.
-void PaintGradientFigure(TCanvas& canvas, TGradientStyle style, TRect box, TColor from, TColor to) {
-  TMyShape figure(nullptr);
-  figure.SetColorBegin(from);
-  figure.SetColorEnd(to);
-  figure.SetGradientStyle(style);
-  figure.Pen().SetColor(RGB(40, 40, 60));
-  figure.Pen().SetWidth(2);
-  const std::vector<TPoint> outline = {Point(box.Left, box.Top), Point(box.Right, box.Top),
-                                       Point(box.Right, box.Bottom), Point(box.Left, box.Bottom)};
-  figure.PowerDrawShape(canvas, outline, true);
-  for (const TPoint& corner : outline) DrawSquare(figure, canvas, PtToMyPt(corner));
+void AddMeasuring(TMyCAD& cad) {
+  auto* rule = Add<TMyRuleLine>(cad, "TMyRuleLine", {{40, 190}, {220, 230}});
+  rule->Pen().SetColor(RGB(170, 40, 40));
+  auto* poly = Add<TMyPolyLine>(cad, "TMyPolyLine", {{40, 270}, {90, 320}, {140, 270}, {190, 320}, {220, 290}});
+  poly->Pen().SetColor(RGB(30, 120, 60));
+  poly->Pen().SetWidth(3);
+  auto* free = Add<TMyFreeLine>(cad, "TMyFreeLine", {{40, 380}, {60, 360}, {85, 372}, {110, 350}, {140, 380}, {170, 360}});
+  free->Pen().SetColor(RGB(120, 60, 160));
+  auto* spline = Add<TMyBLine>(cad, "TMyBLine", {{40, 440}, {100, 400}, {150, 450}, {150, 450}, {150, 450}, {210, 410}});
+  spline->Pen().SetColor(RGB(20, 20, 20));
+  spline->Pen().SetWidth(2);
 }
 
-void PaintCaption(TCanvas& canvas, int x, int y, const std::string& text, double angle = 0) {
-  TFont font;
-  font.SetSize(11);
-  font.SetColor(RGB(30, 30, 30));
-  MyLogTextOut(canvas, x, y, text, font, 1.0, angle);
+void AddFigures(TMyCAD& cad) {
+  cad.Brush().SetColor(RGB(225, 235, 250));
+  auto* frame = Add<TMyRectangle>(cad, "TMyRectangle", Box(300, 50, 470, 160), 0.3f);
+  frame->SetColorBegin(clWhite);
+  frame->SetColorEnd(RGB(40, 100, 200));
+  frame->SetGradientStyle(gsRadialC);
+  frame->SetInfo("rotated");
+  cad.Brush().SetColor(RGB(250, 230, 200));
+  auto* ellipse = Add<TMyEllipse>(cad, "TMyEllipse", Box(520, 60, 680, 170));
+  ellipse->Pen().SetColor(RGB(200, 90, 20));
+  ellipse->Pen().SetWidth(3);
+  cad.Brush().SetColor(RGB(220, 245, 220));
+  Add<TMyPolygon>(cad, "TMyPolygon", {{330, 260}, {460, 230}, {500, 340}, {380, 400}, {330, 260}});
+  cad.Brush().SetColor(RGB(255, 250, 220));
+  auto* square = Add<TMyRectangle>(cad, "TMyRectangle", Box(540, 250, 660, 370));
+  square->SetGradientStyle(gsDiamond);
+  square->SetColorBegin(RGB(255, 250, 200));
+  square->SetColorEnd(RGB(230, 160, 30));
+  cad.SelectShapeByCode(frame->ShapeId, true);
 }
 
 }  // namespace
 
-void PaintSampleDrawing(TCanvas& canvas) {
-  canvas.Brush().SetColor(clWhite);
-  canvas.FillRect(Rect(0, 0, kSampleWidth, kSampleHeight));
-  PaintGrid(canvas);
-
-  PaintGradientFigure(canvas, gsRadialC, Rect(40, 40, 200, 160), clWhite, RGB(30, 90, 200));
-  PaintGradientFigure(canvas, gsLinearV, Rect(240, 40, 400, 160), RGB(250, 220, 90), RGB(220, 60, 40));
-  PaintGradientFigure(canvas, gsDiamond, Rect(440, 40, 600, 160), RGB(200, 250, 200), RGB(20, 120, 60));
-
-  canvas.Pen().SetColor(RGB(90, 40, 140));
-  canvas.Pen().SetWidth(3);
-  canvas.Brush().SetColor(RGB(230, 215, 245));
-  canvas.Brush().SetStyle(bsSolid);
-  canvas.Ellipse(40, 210, 200, 330);
-  canvas.Brush().SetStyle(bsDiagCross);
-  canvas.Brush().SetColor(RGB(90, 40, 140));
-  canvas.Polygon({Point(320, 200), Point(400, 330), Point(240, 330)});
-
-  canvas.Pen().SetWidth(1);
-  canvas.Pen().SetColor(RGB(20, 20, 20));
-  canvas.Brush().SetStyle(bsClear);
-  canvas.PolyBezier({Point(440, 320), Point(480, 180), Point(560, 360), Point(600, 220)});
-  DrawLinkSquare(canvas, {440, 320});
-  DrawLinkSquare(canvas, {600, 220});
-
-  PaintCaption(canvas, 40, 170, "gsRadialC");
-  PaintCaption(canvas, 240, 170, "gsLinearV");
-  PaintCaption(canvas, 440, 170, "gsDiamond");
-  PaintCaption(canvas, 40, 360, "Lumatrex", -0.2);
+void BuildSampleDrawing(TMyCAD& cad) {
+  cad.DeleteAllShapes();
+  cad.GridOperation()->SetGridColor(RGB(228, 232, 240));
+  cad.GridOperation()->SetGridType(gLine);
+  cad.GridOperation()->SetGridWidth(20);
+  cad.GridOperation()->SetGridHeight(20);
+  cad.SetLayerNameByID(0, "Figures");
+  cad.SetRotateEnable(true);
+  cad.SetResizeEnable(true);
+  cad.SetDragEnable(true);
+  AddFigures(cad);
+  cad.NewLayer("Lines", true);
+  AddArrows(cad);
+  AddMeasuring(cad);
 }
 
 }  // namespace lumatrex::demo

@@ -1,15 +1,15 @@
-// The sample drawing the demo shows: every drawing facility of the library on
-// one sheet.
+// The sample drawing the demo opens with: every shape kind on two layers over
+// a line grid, one rotated rectangle selected so its handles show.
 #pragma once
 
-#include "platform/canvas.h"
+#include "canvas/tmycad.h"
 
 namespace lumatrex::demo {
 
-inline constexpr int kSampleWidth = 640;
-inline constexpr int kSampleHeight = 420;
+inline constexpr int kSampleWidth = 720;
+inline constexpr int kSampleHeight = 480;
 
-// Paints the sample on Canvas (device pixels from the top-left corner).
-void PaintSampleDrawing(TCanvas& canvas);
+// Replaces Cad's drawing with the sample.
+void BuildSampleDrawing(TMyCAD& cad);
 
 }  // namespace lumatrex::demo

@@ -25,7 +25,9 @@ struct TGroupedCanvas {
     auto shape = std::make_unique<TMyShape>(&cad);
     shape->Points = std::move(points);
     shape->CenterPoint = shape->ComputeCenterPoint(4);
-    return cad.AppendShape(std::move(shape));
+    TMyShape* raw = shape.get();
+    cad.AddShape(std::move(shape));
+    return raw;
   }
 };
 

@@ -25,10 +25,10 @@ class TFakeOwner : public TMyShapeOwner {
   const TPen& GetPen() const override { return pen; }
   const TBrush& GetBrush() const override { return brush; }
   const TFont& GetFont() const override { return font; }
-  std::int32_t GetArrowAngle() const override { return 30; }
-  std::uint8_t GetArrowLength() const override { return 10; }
-  std::uint8_t GetArrowOffset() const override { return 0; }
-  TArrowStyle GetArrowStyle() const override { return ALeft; }
+  std::int32_t GetArrowAngle() const override { return arrowAngle; }
+  std::uint8_t GetArrowLength() const override { return arrowLength; }
+  std::uint8_t GetArrowOffset() const override { return arrowOffset; }
+  TArrowStyle GetArrowStyle() const override { return arrowStyle; }
   bool GetDragEnable() const override { return false; }
   bool GetResizeEnable() const override { return false; }
   bool GetRotateEnable() const override { return rotateEnable; }
@@ -79,6 +79,10 @@ class TFakeOwner : public TMyShapeOwner {
   bool showHotLink = true;
   bool rotateEnable = true;
   bool updating = false;
+  std::int32_t arrowAngle = 30;
+  std::uint8_t arrowLength = 10;
+  std::uint8_t arrowOffset = 0;
+  TArrowStyle arrowStyle = ALeft;
   TPen pen;
   TBrush brush;
   TFont font;

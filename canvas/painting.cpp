@@ -1,0 +1,246 @@
+#include <algorithm>
+#include <cmath>
+
+#include "canvas/tmycad.h"
+#include "platform/canvas.h"
+#include "shapes/drawing_modes.h"
+
+namespace lumatrex {
+
+namespace {
+
+// A shape's point lists as they were before the paint pipeline shifted them.
+struct TSavedPoints {
+  TMyShape* shape;
+  TArrMyPoint points;
+  TArrMyPoint linkPoints;
+  TMyPoint center;
+  TMyPoint textout;
+};
+
+void ShiftShape(TMyShape& shape, long double dx, long double dy) {
+  OffsetAllPoints(shape, dx, dy);
+  // Kinds that keep their centre in a field draw about it too, so it moves
+  // with the points.
+  shape.CenterPoint.X = static_cast<float>(shape.CenterPoint.X + dx);
+  shape.CenterPoint.Y = static_cast<float>(shape.CenterPoint.Y + dy);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// The paint pipeline
+
+void TMyCAD::Paint() {
+  TCanvas& screen = Canvas();
+  if (IsDesigning()) {
+    backBuffer_.Canvas().Pen().SetStyle(psDash);
+    backBuffer_.Canvas().Brush().SetStyle(bsClear);
+    backBuffer_.Canvas().Rectangle(0, 0, backBuffer_.Width(), backBuffer_.Height());
+    backBuffer_.Canvas().Brush().SetColor(colorOfBackGround_);
+    backBuffer_.Canvas().FillRect(backBuffer_.Canvas().ClipRect());
+  }
+  if (painting_) return;
+  painting_ = true;
+  const TRect clip = screen.ClipRect();
+  DrawAll(clip);
+  screen.CopyRect(clip, backBuffer_.Canvas(), Rect(0, 0, backBuffer_.Width(), backBuffer_.Height()));
+  SelectAllWorkingShapes();
+  if (!IsDesigning() && OnPaint) OnPaint(this);
+  painting_ = false;
+}
+
+void TMyCAD::DrawAll(const TRect& clip) {
+  backBuffer_.SetSize(clip.Width(), clip.Height());
+  const TRect whole = Rect(0, 0, clip.Width(), clip.Height());
+  FillBackground(backBuffer_, whole);
+  DrawBkBitmap(backBuffer_, -clip.Left, -clip.Top);
+  DrawGrid(backBuffer_, clip);
+  DrawAllShape(backBuffer_.Canvas(), clip);
+}
+
+std::vector<TMyShape*> TMyCAD::ShapesMeeting(const TRect& rect) const {
+  std::vector<TMyShape*> chosen;
+  for (const auto& shape : shapes_)
+    if (!shape->HasParentShape() && IsVisibleLayerByID(shape->LayerId) &&
+        (IsShapeBigthanRegion(rect, *shape) || IsPtinRegion(rect, *shape)))
+      chosen.push_back(shape.get());
+  return chosen;
+}
+
+void TMyCAD::DrawShapeTree(TCanvas& canvas, TMyShape& shape) {
+  if (!shape.GetVisible()) return;
+  for (const std::int32_t no : shape.ChildShapes)
+    if (TMyShape* child = GetShapeByNo(no); child && child != &shape) DrawShapeTree(canvas, *child);
+  shape.Draw(canvas);
+}
+
+void TMyCAD::DrawAllShape(TCanvas& canvas, const TRect& rect) { DrawShapeList(canvas, rect, ShapesMeeting(rect), true); }
+
+void TMyCAD::DrawShapeList(TCanvas& canvas, const TRect& rect, const std::vector<TMyShape*>& chosen,
+                           bool linkHandles) {
+  // Shapes draw from their own points, so they are moved into the target's
+  // space for the time of drawing and given their exact old values back
+  // afterwards (moving them back by the same amount would drift in floats).
+  std::vector<TSavedPoints> saved;
+  if (rect.Left != 0 || rect.Top != 0) {
+    const long double dx = -rect.Left / static_cast<long double>(zoom_);
+    const long double dy = -rect.Top / static_cast<long double>(zoom_);
+    for (TMyShape* top : chosen)
+      for (TMyShape* s : SubtreeOf(top)) {
+        saved.push_back({s, s->Points, s->LinkPoints, s->CenterPoint, s->TextoutPoint});
+        ShiftShape(*s, dx, dy);
+      }
+  }
+  for (TMyShape* top : chosen) DrawShapeTree(canvas, *top);
+  if (linkHandles)
+    for (TMyShape* top : chosen)
+      for (TMyShape* s : SubtreeOf(top)) DrawLinkHot(*s, canvas);
+  for (TSavedPoints& s : saved) {
+    s.shape->Points = std::move(s.points);
+    s.shape->LinkPoints = std::move(s.linkPoints);
+    s.shape->CenterPoint = s.center;
+    s.shape->TextoutPoint = s.textout;
+  }
+}
+
+bool TMyCAD::IsPtinRegion(const TRect& r, const TMyShape& shape) const {
+  const TRect n = PtToARect(Point(r.Left, r.Top), Point(r.Right, r.Bottom));
+  for (std::int32_t i = 0; i < shape.GetPointsCount(); ++i) {
+    const TMyPoint p = shape.GetPointInZoom(i);
+    if (p.X >= n.Left && p.X <= n.Right && p.Y >= n.Top && p.Y <= n.Bottom) return true;
+  }
+  return false;
+}
+
+bool TMyCAD::IsShapeBigthanRegion(const TRect& r, const TMyShape& shape) const {
+  return std::abs(r.Right - r.Left) < shape.GetWidth() * zoom_ || std::abs(r.Top - r.Bottom) < shape.GetHeight() * zoom_;
+}
+
+void TMyCAD::EndUpdate() {
+  if (updateDepth_ > 0 && --updateDepth_ == 0) Invalidate();
+}
+
+// ---------------------------------------------------------------------------
+// Background
+
+void TMyCAD::FillBackground(TBitmap& bitmap, const TRect& rect) {
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetColor(colorOfBackGround_);
+  canvas.Brush().SetStyle(bsSolid);
+  canvas.FillRect(rect);
+}
+
+void TMyCAD::DrawBackground(TBitmap& bitmap) {
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Brush().SetColor(printBackground_ ? colorOfBackGround_ : clWhite);
+  canvas.Brush().SetStyle(bsSolid);
+  canvas.FillRect(Rect(0, 0, bitmap.Width(), bitmap.Height()));
+}
+
+void TMyCAD::DrawBkBitmap(TBitmap& bitmap, std::int32_t dx, std::int32_t dy) {
+  if (bkBitmap_.Empty()) return;
+  TCanvas& canvas = bitmap.Canvas();
+  const std::int32_t w = bkBitmap_.Width(), h = bkBitmap_.Height();
+  switch (bkBitmapMode_) {
+    case Tiled: {
+      // Tiles stay fixed to the drawing's origin whatever part is repainted.
+      std::int32_t startX = dx % w, startY = dy % h;
+      if (startX > 0) startX -= w;
+      if (startY > 0) startY -= h;
+      for (std::int32_t y = startY; y < bitmap.Height(); y += h)
+        for (std::int32_t x = startX; x < bitmap.Width(); x += w) canvas.Draw(x, y, bkBitmap_);
+      break;
+    }
+    case Stretch: canvas.StretchDraw(Rect(dx, dy, dx + Width(), dy + Height()), bkBitmap_); break;
+    case Center: canvas.Draw(dx + (Width() - w) / 2, dy + (Height() - h) / 2, bkBitmap_); break;
+    case LeftTop: canvas.Draw(dx, dy, bkBitmap_); break;
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Grid, border, header and footer
+
+void TMyCAD::DrawGrid(TBitmap& bitmap, const TRect& rect) {
+  const TGridObject& grid = *grid_;
+  if (grid.GetGridType() == gNone) return;
+  const double scale = grid.GetGridInZoom() ? zoom_ : 1.0;
+  const long double sx = grid.GetGridWidth() * scale, sy = grid.GetGridHeight() * scale;
+  if (!(sx > 0 && sy > 0)) return;
+  // Lines stay at multiples of the step in drawing coordinates when only a
+  // part of the control is repainted.
+  const long double phaseX = -(rect.Left - Round(rect.Left / sx) * sx);
+  const long double phaseY = -(rect.Top - Round(rect.Top / sy) * sy);
+  if (!grid.GetGridShow()) return;
+  TCanvas& canvas = bitmap.Canvas();
+  const std::int32_t size = grid.GetGridPenSize();
+  canvas.Pen().SetColor(grid.GetGridColor());
+  canvas.Pen().SetStyle(psSolid);
+  canvas.Pen().SetMode(pmCopy);
+  canvas.Pen().SetWidth(size);
+  const long double w = bitmap.Width(), h = bitmap.Height();
+  if (grid.GetGridType() == gPixel) {
+    canvas.Brush().SetColor(grid.GetGridColor());
+    canvas.Brush().SetStyle(bsSolid);
+    // Dots start at the bitmap's origin and take no phase, unlike lines.
+    for (long double x = 0; x <= w; x += sx)
+      for (long double y = 0; y <= h; y += sy)
+        canvas.Rectangle(Round(x - size), Round(y - size), Round(x + size), Round(y + size));
+    return;
+  }
+  for (long double x = phaseX; x <= w; x += sx) {
+    canvas.MoveTo(Round(x), 0);
+    canvas.LineTo(Round(x), bitmap.Height());
+  }
+  for (long double y = phaseY; y <= h; y += sy) {
+    canvas.MoveTo(0, Round(y));
+    canvas.LineTo(bitmap.Width(), Round(y));
+  }
+}
+
+void TMyCAD::DrawBorder(TBitmap& bitmap) {
+  if (!printABorder_) return;
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.Pen().SetColor(clBlack);
+  canvas.Pen().SetStyle(psSolid);
+  canvas.Pen().SetMode(pmCopy);
+  canvas.Pen().SetWidth(1);
+  canvas.Brush().SetStyle(bsClear);
+  const long double z = zoom_;
+  canvas.Rectangle(Round(borderLeft_ * z), Round(borderTop_ * z), Round(bitmap.Width() - borderRight_ * z),
+                   Round(bitmap.Height() - borderBottom_ * z));
+}
+
+namespace {
+
+// X of a text of width W aligned (0 left, 1 right, 2 centre) between Left and Right.
+std::int32_t AlignedX(std::int32_t alignment, std::int32_t left, std::int32_t right, std::int32_t w) {
+  if (alignment == 1) return right - w;
+  if (alignment == 2) return left + (right - left - w) / 2;
+  return left;
+}
+
+}  // namespace
+
+// The header's top lies PageHeadToTop zoomed pixels below the top edge, the
+// footer's bottom PageFootToBottom above the bottom edge; both are aligned
+// between the border margins.
+void TMyCAD::DrawHeadFoot(TBitmap& bitmap) {
+  TCanvas& canvas = bitmap.Canvas();
+  canvas.SetBkMode(bkTransparent);
+  const std::int32_t left = Round(borderLeft_ * static_cast<long double>(zoom_));
+  const std::int32_t right = bitmap.Width() - Round(borderRight_ * static_cast<long double>(zoom_));
+  if (!pageHead_.empty()) {
+    canvas.Font().Assign(pageHeadFont_);
+    const TSize size = canvas.TextExtent(pageHead_);
+    canvas.TextOut(AlignedX(pageHeadAlignment_, left, right, size.cx), Round(pageHeadToTop_ * zoom_), pageHead_);
+  }
+  if (!pageFoot_.empty()) {
+    canvas.Font().Assign(pageFootFont_);
+    const TSize size = canvas.TextExtent(pageFoot_);
+    canvas.TextOut(AlignedX(pageFootAlignment_, left, right, size.cx),
+                   bitmap.Height() - Round(pageFootToBottom_ * zoom_) - size.cy, pageFoot_);
+  }
+}
+
+}  // namespace lumatrex

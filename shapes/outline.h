@@ -1,0 +1,42 @@
+// Device outlines shared by the point-list kinds (lines, rectangles,
+// ellipses, polygons): rounding their zoomed points, stroking previews and
+// hit tests. Zoomed points are model x zoom as floats; device points are the
+// zoomed ones rounded half-to-even.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "geometry/geometry.h"
+
+namespace lumatrex {
+
+class TCanvas;
+class TMyShape;
+
+// Shape's points (through its GetPoint) multiplied by the owner's zoom.
+TArrMyPoint ZoomedPoints(const TMyShape& shape);
+// Each zoomed point rounded to a device point.
+std::vector<TPoint> RoundPoints(const TArrMyPoint& zoomed);
+// Each zoomed point moved by the device offset (DX, DY), then rounded. (The
+// shift comes first: rounding half to even does not commute with it.)
+TPoint ShiftAndRound(const TMyPoint& zoomed, std::int32_t dx, std::int32_t dy);
+std::vector<TPoint> ShiftAndRound(const TArrMyPoint& zoomed, std::int32_t dx, std::int32_t dy);
+// Each zoomed point turned about the zoomed Centre by Angle (radians,
+// clockwise on the screen), then rounded.
+std::vector<TPoint> RotatePoints(const TArrMyPoint& zoomed, const TMyPoint& centre, long double angle);
+// MoveTo the first point and LineTo every following one, in the canvas's
+// current pen; nothing for an empty list.
+void StrokeChain(TCanvas& canvas, const std::vector<TPoint>& points);
+// The same, then back to the first point.
+void StrokeClosedChain(TCanvas& canvas, const std::vector<TPoint>& points);
+// Whether device point P lies in the hit square of a handle: the rounded
+// zoomed handle grown by Hot on each side, left and top edges inside, right
+// and bottom edges outside.
+bool InHotSquare(const TMyPoint& zoomed, const TPoint& p, std::uint8_t hot);
+// Whether P lies inside the device polygon under the alternate fill rule,
+// exactly the pixels a fill would paint (no outline tolerance); false for
+// fewer than three points.
+bool PtInPolygon(const std::vector<TPoint>& points, const TPoint& p);
+
+}  // namespace lumatrex

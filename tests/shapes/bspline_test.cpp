@@ -1,0 +1,342 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "platform/bitmap.h"
+#include "platform/canvas.h"
+#include "shapes/bspline.h"
+#include "shapes/bspline_system.h"
+#include "shapes/fake_owner.h"
+
+namespace lumatrex {
+namespace {
+
+using test::TFakeOwner;
+
+// A white picture to draw curves on.
+struct TSheet {
+  TBitmap bitmap{200, 150, pf32bit};
+  TSheet() {
+    bitmap.Canvas().Brush().SetColor(clWhite);
+    bitmap.Canvas().FillRect(Rect(0, 0, 200, 150));
+  }
+  TCanvas& canvas() { return bitmap.Canvas(); }
+  TColor at(int x, int y) { return canvas().GetPixel(x, y); }
+  int painted() {
+    int n = 0;
+    for (int y = 0; y < 150; ++y)
+      for (int x = 0; x < 200; ++x) n += at(x, y) != clWhite;
+    return n;
+  }
+};
+
+// The curve's vertices solved for the given knot points.
+void Solve(TMyBLine& curve, const TArrMyPoint& knots) {
+  for (const TMyPoint& p : knots) curve.AddVertex(p);
+  curve.Interpolate();
+}
+
+std::vector<TMyPoint> Samples(const TMyBLine& curve) {
+  std::vector<TMyPoint> samples;
+  for (int i = 0; i <= 600; ++i) samples.push_back(curve.GetVPoint(static_cast<float>(i) / 600));
+  return samples;
+}
+
+// Distance from P to the segment A-B.
+double Distance(const TMyPoint& p, const TMyPoint& a, const TMyPoint& b) {
+  const double dx = b.X - a.X, dy = b.Y - a.Y;
+  const double s = std::clamp(((p.X - a.X) * dx + (p.Y - a.Y) * dy) / (dx * dx + dy * dy), 0.0, 1.0);
+  return std::hypot(p.X - a.X - s * dx, p.Y - a.Y - s * dy);
+}
+
+// ---------------------------------------------------------------------------
+// The curve
+
+TEST(TMyBLineCurve, TwoPointsGiveTheStraightSegmentRunAtEvenSpeed) {
+  TMyBLine curve(nullptr);
+  Solve(curve, {{10, 20}, {110, 70}});
+  for (float t : {0.0f, 0.25f, 0.5f, 0.75f, 1.0f}) {
+    const TMyPoint p = curve.GetVPoint(t);
+    EXPECT_NEAR(p.X, 10 + 100 * t, 1e-4) << "t=" << t;
+    EXPECT_NEAR(p.Y, 20 + 50 * t, 1e-4) << "t=" << t;
+  }
+}
+
+TEST(TMyBLineCurve, PassesThroughEveryKnotAtItsParameter) {
+  TMyBLine curve(nullptr);
+  const TArrMyPoint knots = {{20, 100}, {60, 30}, {120, 110}, {180, 40}};
+  Solve(curve, knots);
+  for (int k = 0; k < 4; ++k) {
+    const TMyPoint p = curve.GetVPoint(static_cast<float>(k) / 3);
+    EXPECT_NEAR(p.X, knots[k].X, 1e-3) << "knot " << k;
+    EXPECT_NEAR(p.Y, knots[k].Y, 1e-3) << "knot " << k;
+  }
+  // The phantoms mirror the end vertices' neighbours.
+  EXPECT_EQ(curve.Vertex(0).X, 2 * curve.Vertex(1).X - curve.Vertex(2).X);
+  EXPECT_EQ(curve.Vertex(5).Y, 2 * curve.Vertex(4).Y - curve.Vertex(3).Y);
+}
+
+TEST(TMyBLineCurve, ATripledPointIsASharpCornerAndADoubledOneIsNot) {
+  const TMyPoint a{0, 0}, b{100, 0}, c{100, 100};
+  auto offLegs = [&](const TMyBLine& curve) {
+    double worst = 0;
+    for (const TMyPoint& p : Samples(curve)) worst = std::max(worst, std::min(Distance(p, a, b), Distance(p, b, c)));
+    return worst;
+  };
+  TMyBLine tripled(nullptr);
+  Solve(tripled, {a, b, b, b, c});
+  for (int i = 2; i <= 4; ++i) EXPECT_EQ(tripled.Vertex(i), b) << "vertex " << i;
+  EXPECT_LT(offLegs(tripled), 1e-3);  // straight into the corner and out of it
+
+  TMyBLine doubled(nullptr);
+  Solve(doubled, {a, b, b, c});
+  EXPECT_GT(offLegs(doubled), 1.0);  // the curve swings round the point
+}
+
+TEST(TMyBLineCurve, PointsEqualWithinTheToleranceStillMakeACorner) {
+  TMyBLine curve(nullptr);
+  Solve(curve, {{0, 0}, {100, 0}, {100.000005f, 0}, {100, 0.000005f}, {100, 100}});
+  EXPECT_EQ(curve.Vertex(3), (TMyPoint{100.000005f, 0}));
+}
+
+// The elimination refuses a diagonal element whose magnitude is not above 1e-6.
+TEST(SolveWithoutPivoting, RefusesADegenerateDiagonalAndChangesNothing) {
+  struct Row {
+    const char* edge;
+    float diagonal;
+    bool solved;
+  };
+  for (const Row& row : {Row{"diagonal exactly 1e-6", 1e-6f, false}, Row{"diagonal -1e-6", -1e-6f, false},
+                         Row{"zero diagonal", 0.0f, false}, Row{"NaN diagonal", std::nanf(""), false},
+                         Row{"diagonal just above 1e-6", 1.5e-6f, true}}) {
+    TSplineSystem system;
+    for (int i = 1; i <= 3; ++i) system.SetIdentityRow(i);
+    system.A(1, 2) = 0.5f;
+    system.A(3, 3) = row.diagonal;
+    system.X = std::vector<float>(TSplineSystem::kSize, 3.0f);
+    system.Y = system.X;
+    EXPECT_EQ(SolveWithoutPivoting(system, 1, 3), row.solved) << row.edge;
+    if (!row.solved) {
+      EXPECT_EQ(system.X[1], 3.0f) << row.edge;
+      EXPECT_EQ(system.A(1, 2), 0.5f) << row.edge;
+    }
+  }
+}
+
+TEST(SolveWithoutPivoting, SolvesATridiagonalSystem) {
+  // [1 0 0; 1/6 2/3 1/6; 0 0 1] v = (0, 1, 0): v = (0, 1.5, 0).
+  TSplineSystem system;
+  system.SetIdentityRow(1);
+  system.SetIdentityRow(3);
+  system.A(2, 1) = 1.0f / 6;
+  system.A(2, 2) = 2.0f / 3;
+  system.A(2, 3) = 1.0f / 6;
+  system.X[2] = 1;
+  system.Y[2] = -2;
+  ASSERT_TRUE(SolveWithoutPivoting(system, 1, 3));
+  EXPECT_FLOAT_EQ(system.X[2], 1.5f);
+  EXPECT_FLOAT_EQ(system.Y[2], -3.0f);
+  EXPECT_EQ(system.X[1], 0.0f);
+}
+
+// ---------------------------------------------------------------------------
+// Drawing
+
+TEST(TMyBLineDraw, SamplesStartAndEndOnTheClickedEndsInZoomedSpace) {
+  TFakeOwner owner;
+  owner.zoom = 2;
+  TMyBLine curve(&owner);
+  curve.Points = {{10.25f, 60}, {30, 15}, {60, 55}, {90.5f, 20}};
+  TSheet sheet;
+  std::vector<TPoint> path;
+  std::vector<std::uint8_t> types;
+  for (const TPoint& offset : {TPoint{0, 0}, TPoint{4, -3}}) {
+    sheet.canvas().BeginPath();
+    curve.Draging(sheet.canvas(), {0, 0}, offset);
+    sheet.canvas().EndPath();
+    sheet.canvas().GetPath(path, types);
+    sheet.canvas().AbortPath();
+    ASSERT_EQ(path.size(), 601u);
+    EXPECT_EQ(types.front(), ptMoveTo);
+    EXPECT_EQ(types.back(), ptLineTo);
+    EXPECT_EQ(path.front(), (TPoint{20 + offset.X, 120 + offset.Y}));  // 20.5 rounds to even
+    EXPECT_EQ(path.back(), (TPoint{181 + offset.X, 40 + offset.Y}));
+  }
+}
+
+TEST(TMyBLineDraw, TheOnePixelCurveCoversEveryClickedPoint) {
+  TFakeOwner owner;
+  TMyBLine curve(&owner);
+  curve.Points = {{20, 100}, {60, 30}, {100, 30}, {100, 30}, {100, 30}, {120, 110}, {180, 40}};
+  TSheet sheet;
+  curve.Draw(sheet.canvas());
+  // The stroke leaves out the pixel of its end point, as every open line does.
+  for (std::size_t i = 0; i + 1 < curve.Points.size(); ++i) {
+    const TMyPoint p = curve.Points[i];
+    EXPECT_EQ(sheet.at(static_cast<int>(p.X), static_cast<int>(p.Y)), clBlack) << p.X << "," << p.Y;
+  }
+  EXPECT_EQ(sheet.at(179, 41), clBlack);
+  EXPECT_FALSE(sheet.canvas().Pen().Geometric());  // the shape's pen is not left behind
+}
+
+TEST(TMyBLineDraw, TheStrokeUsesTheShapesEndCaps) {
+  struct Row {
+    const char* edge;
+    TPenStyleEndCapType cap;
+    TColor beyondTheEnd;
+  };
+  for (const Row& row : {Row{"flat cap stops at the end point", psectFLAT, clWhite},
+                         Row{"round cap reaches past it", psectROUND, clBlack},
+                         Row{"square cap reaches past it", psectSQUARE, clBlack}}) {
+    TFakeOwner owner;
+    TMyBLine curve(&owner);
+    curve.Points = {{50, 50}, {150, 50}};
+    curve.Pen().SetWidth(9);
+    curve.SetPenStyleEndCapType(row.cap);
+    TSheet sheet;
+    curve.Draw(sheet.canvas());
+    EXPECT_EQ(sheet.at(100, 54), clBlack) << row.edge;
+    EXPECT_EQ(sheet.at(153, 50), row.beyondTheEnd) << row.edge;
+  }
+}
+
+TEST(TMyBLineDraw, FewerThanTwoPointsDrawNoCurve) {
+  TFakeOwner owner;
+  TMyBLine curve(&owner);
+  curve.Points = {{50, 50}};
+  TSheet sheet;
+  curve.Draw(sheet.canvas());
+  EXPECT_EQ(sheet.painted(), 0);
+}
+
+TEST(TMyBLineDraw, TheDrawingPreviewAfterAClickErasesThePreviewBeforeIt) {
+  TFakeOwner owner;
+  TMyBLine curve(&owner);
+  curve.Points = {{20, 100}, {60, 30}};
+  TSheet sheet;
+  const TPoint mouse{120, 110};
+  curve.Drawing(sheet.canvas(), {60, 30}, mouse);
+  EXPECT_GT(sheet.painted(), 100);
+  curve.AddPointByMouse(mouse);
+  curve.Drawing(sheet.canvas(), mouse, mouse);
+  EXPECT_EQ(sheet.painted(), 0);
+}
+
+// ---------------------------------------------------------------------------
+// Hit tests and handles
+
+TEST(TMyBLineHit, IsClickedMeWithinHotSizeOrHalfThePenWidth) {
+  struct Row {
+    const char* edge;
+    std::int32_t penWidth;
+    TPoint p;
+    bool hit;
+  };
+  for (const Row& row : {Row{"on the curve", 1, {50, 50}, true}, Row{"HotSize below it", 1, {50, 54}, true},
+                         Row{"one pixel further", 1, {50, 55}, false},
+                         Row{"HotSize beyond the end", 1, {104, 50}, true},
+                         Row{"half a wide pen away", 20, {50, 60}, true},
+                         Row{"beyond half a wide pen", 20, {50, 61}, false}}) {
+    TFakeOwner owner;
+    TMyBLine curve(&owner);
+    curve.Points = {{0, 50}, {100, 50}};
+    curve.Pen().SetWidth(row.penWidth);
+    TSheet sheet;
+    EXPECT_EQ(curve.IsClickedMe(sheet.canvas(), row.p), row.hit) << row.edge;
+  }
+}
+
+TEST(TMyBLineHit, NodeInsertionGoesBeforeTheFollowingClickedPoint) {
+  struct Row {
+    const char* edge;
+    TPoint p;
+    std::int32_t index;
+  };
+  for (const Row& row : {Row{"first piece", {50, 50}, 1}, Row{"second piece of uneven spacing", {250, 50}, 2},
+                         Row{"just after the middle point", {102, 50}, 2}, Row{"off the curve", {50, 70}, -1}}) {
+    TFakeOwner owner;
+    TMyBLine curve(&owner);
+    curve.Points = {{0, 50}, {100, 50}, {300, 50}};
+    std::int32_t index = 99;
+    EXPECT_EQ(curve.IsClickedMeBeforeWhichPoint(index, row.p), row.index >= 0) << row.edge;
+    EXPECT_EQ(index, row.index) << row.edge;
+  }
+}
+
+TEST(TMyBLineHit, InWhichHotTakesTheLastSquareAndLeavesOutItsRightEdge) {
+  TFakeOwner owner;
+  TMyBLine curve(&owner);
+  curve.Points = {{10, 10}, {14, 10}};
+  EXPECT_EQ(curve.InWhichHot({12, 10}), 1);
+  EXPECT_EQ(curve.CurrentHot, 1);
+  EXPECT_EQ(curve.InWhichHot({6, 6}), 0);
+  EXPECT_EQ(curve.InWhichHot({18, 10}), -1);
+  EXPECT_EQ(curve.CurrentHot, -1);
+}
+
+// ---------------------------------------------------------------------------
+// Creation and editing
+
+TEST(TMyBLineEntry, ARepeatedLastClickEndsEntryAndDropsTheDuplicate) {
+  struct Row {
+    const char* edge;
+    std::vector<TPoint> clicks;
+    bool finished;
+    std::size_t points;
+  };
+  for (const Row& row : {Row{"double-click on the first point", {{5, 5}, {5, 5}}, false, 2},
+                         Row{"distinct clicks go on", {{5, 5}, {9, 9}, {20, 5}}, false, 3},
+                         Row{"double-click on the second point", {{5, 5}, {9, 9}, {9, 9}}, true, 2}}) {
+    TFakeOwner owner;
+    TMyBLine curve(&owner);
+    bool finished = false;
+    for (const TPoint& p : row.clicks) {
+      curve.AddPointByMouse(p);
+      finished = curve.IsDrawingFinished(mbLeft, p);
+    }
+    EXPECT_EQ(finished, row.finished) << row.edge;
+    EXPECT_EQ(curve.Points.size(), row.points) << row.edge;
+  }
+}
+
+TEST(TMyBLineEntry, TheHundredthPointEndsEntryAndNoFurtherPointIsTaken) {
+  TFakeOwner owner;
+  TMyBLine curve(&owner);
+  for (int i = 0; i < TMyBLine::kMaxPoints; ++i) {
+    curve.AddPointByMouse({i, i % 2 * 10});
+    EXPECT_EQ(curve.IsDrawingFinished(mbLeft, {i, 0}), i == TMyBLine::kMaxPoints - 1) << "point " << i;
+  }
+  curve.AddPointByMouse({500, 500});
+  EXPECT_EQ(curve.GetPointsCount(), TMyBLine::kMaxPoints);
+  std::int32_t index = 0;
+  EXPECT_FALSE(curve.IsClickedMeBeforeWhichPoint(index, {0, 0}));  // no node insertion on a full curve
+  EXPECT_EQ(index, -1);
+}
+
+TEST(TMyBLineEntry, ALongerListFromCodeIsDrawnOverItsFirstHundredPoints) {
+  TFakeOwner owner;
+  TMyBLine curve(&owner);
+  for (int i = 0; i < 150; ++i) curve.AddPoint({static_cast<float>(i), 20});
+  TSheet sheet;
+  curve.Draw(sheet.canvas());
+  EXPECT_EQ(curve.VertexCount(), TMyBLine::kMaxPoints);
+  EXPECT_EQ(sheet.at(98, 20), clBlack);
+  EXPECT_EQ(sheet.at(100, 20), clWhite);
+}
+
+TEST(TMyBLineEntry, SizeChangeValueMovesTheCurrentHotPointByTheUnzoomedOffset) {
+  TFakeOwner owner;
+  owner.zoom = 2;
+  TMyBLine curve(&owner);
+  curve.Points = {{10, 10}, {30, 10}, {50, 30}};
+  ASSERT_EQ(curve.InWhichHot({60, 20}), 1);
+  curve.SizeChangeValue({60, 20}, {70, 16});
+  EXPECT_EQ(curve.Points[1], (TMyPoint{35, 8}));
+  EXPECT_EQ(curve.Points[0], (TMyPoint{10, 10}));
+  EXPECT_EQ(curve.CenterPoint, (TMyPoint{30, 19}));
+}
+
+}  // namespace
+}  // namespace lumatrex

@@ -1,0 +1,427 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "persistence/stream_io.h"
+#include "platform/canvas.h"
+#include "shapes/arc.h"
+#include "shapes/bezier.h"
+#include "shapes/bspline.h"
+#include "shapes/connectors.h"
+#include "shapes/fake_owner.h"
+#include "shapes/groups.h"
+#include "shapes/image.h"
+#include "shapes/record_bytes.h"
+#include "shapes/shape_factory.h"
+#include "shapes/text.h"
+
+namespace lumatrex {
+namespace {
+
+using test::BaseRecord;
+using test::TBytes;
+using test::TFakeOwner;
+using test::TRecordBytes;
+
+TBytes Saved(const TMyShape& shape) {
+  TMemoryStream stream;
+  shape.SaveToStream(stream);
+  return stream.Bytes();
+}
+
+// What Shape writes after the record of its parent class, which must come
+// first unchanged.
+TBytes TailAfter(const TBytes& whole, const TBytes& parent) {
+  EXPECT_GE(whole.size(), parent.size());
+  EXPECT_TRUE(std::equal(parent.begin(), parent.end(), whole.begin())) << "the parent record comes first";
+  return TBytes(whole.begin() + static_cast<std::ptrdiff_t>(std::min(parent.size(), whole.size())), whole.end());
+}
+
+// Loads Bytes into Shape as a record of Version; the bytes left over.
+std::int64_t Load(TMyShape& shape, TFakeOwner& owner, const std::string& version, const TBytes& bytes) {
+  owner.version = version;
+  TMemoryStream stream(bytes);
+  shape.LoadFromStream(stream);
+  return stream.Remaining();
+}
+
+TBitmap Picture() {
+  TBitmap picture(3, 2, pf24bit);
+  picture.Canvas().Brush().SetColor(0x102030);
+  picture.Canvas().FillRect(Rect(0, 0, 2, 2));
+  return picture;
+}
+
+bool SamePixels(TBitmap& a, TBitmap& b) {
+  if (a.Width() != b.Width() || a.Height() != b.Height()) return false;
+  for (int y = 0; y < a.Height(); ++y)
+    for (int x = 0; x < a.Width(); ++x)
+      if (a.Canvas().GetPixel(x, y) != b.Canvas().GetPixel(x, y)) return false;
+  return true;
+}
+
+// Gives the kind-specific fields of Shape values other than their defaults.
+void Customize(TMyShape& shape) {
+  if (auto* arc = dynamic_cast<TMyElliArc*>(&shape)) {
+    arc->SetArcMode(amCircle);
+    arc->SetArcStyle(asPie);
+  }
+  if (auto* text = dynamic_cast<TMyText*>(&shape)) {
+    text->SetIsBorder(true);
+    text->SetIsSolid(true);
+    text->SetLines({"first", "", "third"});
+    text->SetVAlignment(tlCenter);
+    text->SetHAlignment(taRightJustify);
+    text->SetWordWrap(false);
+    text->SetCharacterSpace(3);
+  }
+  if (auto* image = dynamic_cast<TMyImage*>(&shape)) {
+    image->Bitmap() = Picture();
+    image->SetBrightness(-20);
+    image->SetContrast(35);
+    image->SetTransparent(true);
+    image->SetBorder(true);
+    image->SetGrayScale(true);
+    image->SetTransparentColor(0x00ABCDEF);
+    image->SetTransparentMode(tmFixed);
+  }
+  if (auto* point = dynamic_cast<TMyLinkPoint*>(&shape)) point->SetSize(13);
+  if (auto* link = dynamic_cast<TMyLinkLine*>(&shape)) {
+    link->SetStartSpNo(4);
+    link->SetStartSpPtId(2);
+    link->SetEndSpNo(7);
+    link->SetEndSpPtId(0);
+    link->SetLinkLineDrawStyle(lldsVH);
+  }
+}
+
+const char* const kClassNames[] = {
+    "TMyRectangle", "TMyEllipse",  "TMyPolygon",  "TMyPolyLine", "TMyPolyBezier",   "TMyBLine",
+    "TMyFreeLine",  "TMyGroup",    "TMyCombine",  "TMyLine",     "TMyRuleLine",     "TMyLinkLine",
+    "TMyLineLinkLine", "TMyElliArc", "TMyText",   "TMyImage",    "TMyLinkPoint",
+};
+
+// ---------------------------------------------------------------------------
+// Records as written
+
+TEST(ShapeKindRecord, KindsWithoutATailWriteTheShapeBaseRecord) {
+  TFakeOwner owner;
+  for (const char* name : {"TMyBLine", "TMyPolyBezier", "TMyGroup", "TMyCombine"}) {
+    const std::unique_ptr<TMyShape> shape = CreateShapeByClassName(name, &owner);
+    shape->Points = {{1, 2}, {3, 4}};
+    TMemoryStream base;
+    shape->TMyShape::SaveToStream(base);
+    EXPECT_EQ(Saved(*shape), base.Bytes()) << name;
+  }
+}
+
+TEST(ShapeKindRecord, TheTailsAreWrittenByteForByte) {
+  TFakeOwner owner;
+  struct Row {
+    const char* edge;
+    std::function<std::unique_ptr<TMyShape>()> make;
+    TBytes tail;
+  };
+  const Row rows[] = {
+      {"arc: mode and style ordinals",
+       [&] {
+         auto arc = std::make_unique<TMyElliArc>(&owner);
+         arc->SetArcMode(amCircle);
+         arc->SetArcStyle(asPie);
+         return arc;
+       },
+       TRecordBytes().u8(0).u8(2).bytes},
+      {"text: flags, lines, alignments, word wrap; no character space",
+       [&] {
+         auto text = std::make_unique<TMyText>(&owner);
+         text->SetIsBorder(true);
+         text->SetLines({"ab", ""});
+         text->SetVAlignment(tlBottom);
+         text->SetHAlignment(taCenter);
+         text->SetWordWrap(false);
+         text->SetCharacterSpace(9);
+         return text;
+       },
+       TRecordBytes().u8(1).u8(0).i32(2).str("ab").str("").u8(2).u8(2).u8(0).bytes},
+      {"image without a bitmap: zero count, then the settings",
+       [&] {
+         auto image = std::make_unique<TMyImage>(&owner);
+         image->SetBrightness(-5);
+         image->SetContrast(7);
+         image->SetTransparent(true);
+         image->SetGrayScale(true);
+         image->SetTransparentColor(0x123456);
+         image->SetTransparentMode(tmFixed);
+         return image;
+       },
+       TRecordBytes().i64(0).i32(-5).i32(7).u8(1).u8(0).u8(1).i32(0x123456).i32(1).bytes},
+      {"link point: the size byte",
+       [&] {
+         auto point = std::make_unique<TMyLinkPoint>(&owner);
+         point->SetSize(200);
+         return point;
+       },
+       TRecordBytes().u8(200).bytes},
+  };
+  for (const Row& row : rows) {
+    const std::unique_ptr<TMyShape> shape = row.make();
+    shape->Points = {{5, 6}};
+    TMemoryStream base;
+    shape->TMyShape::SaveToStream(base);
+    EXPECT_EQ(TailAfter(Saved(*shape), base.Bytes()), row.tail) << row.edge;
+  }
+}
+
+TEST(ShapeKindRecord, ConnectorsWriteTheLineRecordThenTheirEnds) {
+  TFakeOwner owner;
+  for (bool lineLink : {false, true}) {
+    std::unique_ptr<TMyLinkLine> link = lineLink ? std::make_unique<TMyLineLinkLine>(&owner)
+                                                 : std::make_unique<TMyLinkLine>(&owner);
+    link->Points = {{0, 0}, {10, 0}};
+    link->SetStartSpNo(3);
+    link->SetStartSpPtId(1);
+    link->SetLinkLineDrawStyle(lldsVH);
+    TMemoryStream line;
+    link->TMyLine::SaveToStream(line);
+    EXPECT_EQ(TailAfter(Saved(*link), line.Bytes()), TRecordBytes().i32(3).i32(1).i32(-1).i32(-1).u8(2).bytes)
+        << link->ClassName();
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Records as read, by version
+
+TEST(ShapeKindRecord, ImageTailGrowsInXP9AndXPi) {
+  struct Row {
+    const char* version;
+    TBytes tail;
+    std::int32_t brightness;
+    TColor transparentColor;
+    TTransparentMode mode;
+  };
+  const Row rows[] = {
+      {"XP.8", TRecordBytes().i64(0).bytes, 0, clWhite, tmAuto},
+      {"XP.9", TRecordBytes().i64(0).i32(-7).i32(4).u8(1).u8(1).u8(1).bytes, -7, clWhite, tmAuto},
+      {"XP.h", TRecordBytes().i64(0).i32(-7).i32(4).u8(1).u8(1).u8(1).bytes, -7, clWhite, tmAuto},
+      // Only the low byte of the mode counts.
+      {"XP.i", TRecordBytes().i64(0).i32(-7).i32(4).u8(1).u8(1).u8(1).i32(0x654321).i32(0x7F01).bytes, -7,
+       0x654321, tmFixed},
+  };
+  for (const Row& row : rows) {
+    TFakeOwner owner;
+    TMyImage image(&owner);
+    image.Bitmap() = Picture();  // a record without a bitmap empties it
+    const TBytes record = TRecordBytes(BaseRecord(row.version)).append(row.tail).bytes;
+    EXPECT_EQ(Load(image, owner, row.version, record), 0) << row.version;
+    EXPECT_TRUE(image.Bitmap().Empty()) << row.version;
+    EXPECT_EQ(image.GetBrightness(), row.brightness) << row.version;
+    EXPECT_EQ(image.GetContrast(), row.brightness ? 4 : 0) << row.version;
+    EXPECT_EQ(image.GetGrayScale(), row.brightness != 0) << row.version;
+    EXPECT_EQ(image.GetTransparentColor(), row.transparentColor) << row.version;
+    EXPECT_EQ(image.GetTransparentMode(), row.mode) << row.version;
+  }
+}
+
+TEST(ShapeKindRecord, TextTailHasNoLinesBeforeXPa) {
+  struct Row {
+    const char* version;
+    TBytes tail;
+    TStringList lines;
+    TAlignment hAlignment;
+    bool wordWrap;
+  };
+  const Row rows[] = {
+      {"XP.9", TRecordBytes().u8(1).u8(1).bytes, {"kept"}, taLeftJustify, true},
+      {"XP.a", TRecordBytes().u8(1).u8(1).i32(2).str("one").str("two").u8(1).u8(2).u8(0).bytes, {"one", "two"},
+       taCenter, false},
+  };
+  for (const Row& row : rows) {
+    TFakeOwner owner;
+    TMyText text(&owner);
+    text.SetLines({"kept"});
+    const TBytes record = TRecordBytes(BaseRecord(row.version)).append(row.tail).bytes;
+    EXPECT_EQ(Load(text, owner, row.version, record), 0) << row.version;
+    EXPECT_TRUE(text.GetIsBorder() && text.GetIsSolid()) << row.version;
+    EXPECT_EQ(text.GetLines(), row.lines) << row.version;
+    EXPECT_EQ(text.GetHAlignment(), row.hAlignment) << row.version;
+    EXPECT_EQ(text.GetWordWrap(), row.wordWrap) << row.version;
+  }
+}
+
+TEST(ShapeKindRecord, LinkLineRoutingIsStoredFromXP5On) {
+  struct Row {
+    const char* version;
+    TBytes tail;
+    TLinkLineDrawStyle style;
+  };
+  const TBytes ends = TRecordBytes().i32(2).i32(0).i32(-1).i32(-1).bytes;
+  const Row rows[] = {
+      {"XP.4", ends, lldsHV},
+      {"XP.5", TRecordBytes().append(ends).u8(lldsLine).bytes, lldsLine},
+      {"XP.j", TRecordBytes().append(ends).u8(lldsVH).bytes, lldsVH},
+  };
+  for (const Row& row : rows) {
+    TFakeOwner owner;
+    TMyLinkLine link(&owner);
+    TRecordBytes record = BaseRecord(row.version);
+    record.i32(30).u8(12).u8(0).u8(ADouble);  // the line's arrow fields
+    EXPECT_EQ(Load(link, owner, row.version, record.append(row.tail).bytes), 0) << row.version;
+    EXPECT_EQ(link.GetArrowStyle(), ADouble) << row.version;
+    EXPECT_EQ(link.GetStartSpNo(), 2) << row.version;
+    EXPECT_EQ(link.GetEndSpNo(), -1) << row.version;
+    EXPECT_EQ(link.GetLinkLineDrawStyle(), row.style) << row.version;
+  }
+}
+
+TEST(ShapeKindRecord, ArcAndLinkPointTailsAreInTheOldestVersion) {
+  TFakeOwner owner;
+  TMyElliArc arc(&owner);
+  EXPECT_EQ(Load(arc, owner, "XP.2", TRecordBytes(BaseRecord("XP.2")).u8(amCircle).u8(asChord).bytes), 0);
+  EXPECT_EQ(arc.GetArcMode(), amCircle);
+  EXPECT_EQ(arc.GetArcStyle(), asChord);
+  TMyLinkPoint point(&owner);
+  EXPECT_EQ(Load(point, owner, "XP.2", TRecordBytes(BaseRecord("XP.2")).u8(21).bytes), 0);
+  EXPECT_EQ(point.GetSize(), 21);
+}
+
+TEST(ShapeKindRecord, EveryTruncationOfATailIsAReadError) {
+  TFakeOwner owner;
+  for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine"}) {
+    const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
+    Customize(*source);
+    TMemoryStream base;
+    source->TMyShape::SaveToStream(base);
+    const TBytes whole = Saved(*source);
+    for (std::size_t n = static_cast<std::size_t>(base.Size()); n < whole.size(); ++n) {
+      TMemoryStream cut(TBytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)));
+      const std::unique_ptr<TMyShape> target = CreateShapeByClassName(name, &owner);
+      EXPECT_THROW(target->LoadFromStream(cut), EReadError) << name << " cut at " << n;
+    }
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Round trips and copies
+
+TEST(ShapeKindRecord, EveryClassReadsBackWhatItWrote) {
+  TFakeOwner owner;
+  for (const char* name : kClassNames) {
+    const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
+    source->SetName("Shape9");
+    source->Points = {{1.5f, 2}, {40, 30}, {12, 50}, {1.5f, 50}};
+    source->SetInfo("info");
+    Customize(*source);
+    const TBytes bytes = Saved(*source);
+    const std::unique_ptr<TMyShape> copy = CreateShapeByClassName(name, &owner);
+    EXPECT_EQ(Load(*copy, owner, "XP.j", bytes), 0) << name;
+    EXPECT_EQ(Saved(*copy), bytes) << name;
+  }
+}
+
+TEST(ShapeKindRecord, AnImageBitmapSurvivesTheRoundTrip) {
+  TFakeOwner owner;
+  TMyImage source(&owner);
+  source.Bitmap() = Picture();
+  TMyImage copy(&owner);
+  EXPECT_EQ(Load(copy, owner, "XP.j", Saved(source)), 0);
+  EXPECT_TRUE(SamePixels(copy.Bitmap(), source.Bitmap()));
+}
+
+TEST(ShapeKindAssign, CopiesTheKindsOwnFieldsAfterTheBase) {
+  TFakeOwner owner;
+  for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine", "TMyLineLinkLine"}) {
+    const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
+    source->Points = {{1, 2}, {3, 4}};
+    source->CenterPoint = source->ComputeCenterPoint(4);  // Assign recomputes it
+    Customize(*source);
+    const std::unique_ptr<TMyShape> target = CreateShapeByClassName(name, &owner);
+    target->Assign(*source);
+    EXPECT_EQ(Saved(*target), Saved(*source)) << name;
+  }
+}
+
+TEST(ShapeKindAssign, TextCopiesTheUnstoredCharacterSpaceAndImageADeepBitmap) {
+  TFakeOwner owner;
+  TMyText text(&owner), textCopy(&owner);
+  Customize(text);
+  textCopy.Assign(text);
+  EXPECT_EQ(textCopy.GetCharacterSpace(), 3);
+
+  TMyImage image(&owner), imageCopy(&owner);
+  Customize(image);
+  imageCopy.Assign(image);
+  image.Bitmap().Canvas().SetPixel(2, 1, clRed);
+  EXPECT_EQ(imageCopy.Bitmap().Canvas().GetPixel(2, 1), clWhite);
+}
+
+TEST(ShapeKindAssign, ASourceOfAnotherKindLeavesTheKindsFieldsAlone) {
+  TFakeOwner owner;
+  TMyText text(&owner);
+  Customize(text);
+  TMyRectangle frame(&owner);
+  frame.Points = {{0, 0}, {9, 0}, {9, 9}, {0, 9}};
+  text.Assign(frame);
+  EXPECT_EQ(text.Points, frame.Points);
+  EXPECT_EQ(text.GetLines(), (TStringList{"first", "", "third"}));
+  EXPECT_TRUE(text.GetIsBorder());
+}
+
+// ---------------------------------------------------------------------------
+// Renumbering after the owner removes or reorders shapes
+
+// Position 2 of the list was deleted: later positions move down by one. A
+// negative number (no shape) would map to 99, to show it is never asked.
+std::int32_t AfterDeletingTwo(std::int32_t no) { return no < 0 ? 99 : no < 2 ? no : no == 2 ? -1 : no - 1; }
+
+TEST(RemapShapeNumbers, MapsTheParentAndDropsGoneMembersAndConnectors) {
+  struct Row {
+    const char* edge;
+    std::int32_t parent;
+    std::int32_t mappedParent;
+  };
+  for (const Row& row : {Row{"parent below the gap keeps its number", 1, 1},
+                         Row{"parent above the gap moves down", 4, 3}, Row{"gone parent: top level", 2, -1},
+                         Row{"top level stays top level", -1, -1}}) {
+    TFakeOwner owner;
+    TMyShape shape(&owner);
+    shape.ParentId = row.parent;
+    shape.ChildShapes = {0, 2, 3, 5};
+    shape.LinkLines = {2, 6, 1};
+    shape.RemapShapeNumbers(AfterDeletingTwo);
+    EXPECT_EQ(shape.ParentId, row.mappedParent) << row.edge;
+    EXPECT_EQ(shape.ChildShapes, (std::vector<std::int32_t>{0, 2, 4})) << row.edge;
+    EXPECT_EQ(shape.LinkLines, (std::vector<std::uint32_t>{5, 1})) << row.edge;
+  }
+}
+
+TEST(RemapShapeNumbers, ConnectorEndsFollowTheirShapesAndAGoneShapeFreesTheEnd) {
+  struct Row {
+    const char* edge;
+    std::int32_t shapeNo;
+    std::int32_t pointId;
+    std::int32_t mappedNo;
+    std::int32_t mappedPointId;
+  };
+  for (const Row& row : {Row{"end below the gap", 0, 3, 0, 3}, Row{"end above the gap", 5, 1, 4, 1},
+                         Row{"end on the deleted shape", 2, 1, -1, -1}, Row{"free end stays free", -1, -1, -1, -1}}) {
+    TFakeOwner owner;
+    TMyLineLinkLine link(&owner);
+    link.SetStartSpNo(row.shapeNo);
+    link.SetStartSpPtId(row.pointId);
+    link.SetEndSpNo(row.shapeNo);
+    link.SetEndSpPtId(row.pointId);
+    link.ParentId = 3;
+    link.RemapShapeNumbers(AfterDeletingTwo);
+    EXPECT_EQ(link.GetStartSpNo(), row.mappedNo) << row.edge;
+    EXPECT_EQ(link.GetStartSpPtId(), row.mappedPointId) << row.edge;
+    EXPECT_EQ(link.GetEndSpNo(), row.mappedNo) << row.edge;
+    EXPECT_EQ(link.GetEndSpPtId(), row.mappedPointId) << row.edge;
+    EXPECT_EQ(link.ParentId, 2) << row.edge;  // the base renumbering runs too
+  }
+}
+
+}  // namespace
+}  // namespace lumatrex
