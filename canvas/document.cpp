@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <ranges>
 
 #include "canvas/tmycad.h"
 #include "platform/hooks.h"
@@ -205,13 +204,6 @@ void TMyCAD::DeleteSelectedShapes(bool record) {
 
 // ---------------------------------------------------------------------------
 // Group-wide operations
-
-// Members first, then the shape itself, as every group-wide edit expects.
-template <typename Fn>
-void TMyCAD::ForShapeAndMembers(TMyShape* shape, Fn fn) {
-  if (!shape) return;
-  for (TMyShape* s : SubtreeOf(shape) | std::views::reverse) fn(*s);
-}
 
 void TMyCAD::RotateChangeValueforShapes(TMyShape* shape, const TMyPoint& center, double angle) {
   ForShapeAndMembers(shape, [&](TMyShape& s) {

@@ -25,6 +25,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <ranges>
 #include <string>
 #include <vector>
 
@@ -167,6 +168,15 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void LockUnLockforShapes(TMyShape* shape, bool locked) override;
   void FlipHoriz(TMyShape* shape) override;
   void FlipVert(TMyShape* shape) override;
+
+  // ==== moving shapes and their connectors (connections.cpp) ===================
+  // Moves Shape by the device distance (DX, DY) (divided by the zoom): first
+  // every member of a group, then the shape itself unless it is locked.
+  void DragChangeValueDxDyforShapes(TMyShape* shape, double dx, double dy);
+  // Puts the ends of every connector attached to Shape (or to one of its
+  // members) back on the link points they are bound to, after Shape moved,
+  // was resized or turned.
+  void ChangeLinkShapes(TMyShape* shape);
 
   // ==== layers (layers.cpp) ========================================================
   // Appends a layer and makes it current; -1 (and no change) when the name is
@@ -398,8 +408,13 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
     field = value;
     Invalidate();
   }
+  // Calls Fn on Shape's members first, then on Shape, as every group-wide
+  // edit expects.
   template <typename Fn>
-  void ForShapeAndMembers(TMyShape* shape, Fn fn);
+  void ForShapeAndMembers(TMyShape* shape, Fn fn) {
+    if (!shape) return;
+    for (TMyShape* s : SubtreeOf(shape) | std::views::reverse) fn(*s);
+  }
   // Shape and every shape of its group subtree, each group before its members.
   std::vector<TMyShape*> SubtreeOf(TMyShape* shape) const;
   // Gives every stored list position its new value after the list changed:
