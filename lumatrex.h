@@ -32,6 +32,10 @@
 #include "shapes/groups.h"
 #include "shapes/shape_factory.h"
 
+#include "library/lib_format.h"
+#include "library/cmb_shape.h"
+#include "library/lib_manager.h"
+
 #include "canvas/tmycad.h"
 
 #include "ruler/base_ruler.h"

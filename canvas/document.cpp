@@ -24,6 +24,7 @@ bool TMyCAD::AddShape(std::unique_ptr<TMyShape> shape, bool keepLayer, bool noCo
   shape->ShapeNo = GetShapesCount();
   shapes_.push_back(std::move(shape));
   if (!noCount) ++nextShapeId_;
+  modified_ = true;
   return true;
 }
 
@@ -60,8 +61,9 @@ TMyShape* TMyCAD::AddShapeFromCode(const std::string& className, const std::stri
 
 TMyShape* TMyCAD::AddShapeByCode(const std::string& className, const std::string& name, const TArrMyPoint& points,
                                  float angle) {
-  // The "ACT_ADD" step is recorded by the undo history once it exists.
-  return AddShapeFromCode(className, name, points, angle);
+  TMyShape* shape = AddShapeFromCode(className, name, points, angle);
+  if (shape) PushtoUndoRedoShapeList({shape}, ACT_ADD);
+  return shape;
 }
 
 TMyShape* TMyCAD::AddShapeByCode2(const std::string& className, const std::string& name,
@@ -158,6 +160,9 @@ void TMyCAD::RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map
 
 void TMyCAD::ForgetShape(const TMyShape* shape) {
   working_.erase(std::remove(working_.begin(), working_.end(), shape), working_.end());
+  // A gesture or a hover must not keep pointing at a shape that is gone.
+  for (TMyShape** held : {&currentShape_, &shapeBeneath_, &clickedChildShape_, &hoverShape_})
+    if (*held == shape) *held = nullptr;
 }
 
 void TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
@@ -183,23 +188,33 @@ bool TMyCAD::DeleteShapeById(std::int32_t id, bool record) {
   TMyShape* shape = GetShapeByID(id);
   if (!shape || shape->GetLocked()) return false;
   if (OnShapeDeleted) OnShapeDeleted(this, shape);
-  // With Record the "ACT_DELETE" step is taken by the undo history once it exists.
-  (void)record;
+  if (record) PushtoUndoRedoShapeList({shape}, ACT_DELETE);
   RemoveShapes(SubtreeOf(shape));
+  modified_ = true;
   Invalidate();
   return true;
 }
 
 void TMyCAD::DeleteAllShapes() {
   working_.clear();
+  for (const auto& shape : shapes_) ForgetShape(shape.get());
   shapes_.clear();
+  modified_ = true;
   Invalidate();
 }
 
 void TMyCAD::DeleteSelectedShapes(bool record) {
-  const std::vector<TMyShape*> selected = working_;
-  for (TMyShape* shape : selected)
-    if (GetShapeNoById(shape->ShapeId) >= 0) DeleteShapeById(shape->ShapeId, record);
+  std::vector<TMyShape*> doomed;
+  std::vector<std::int32_t> ids;
+  for (TMyShape* shape : working_)
+    if (!shape->GetLocked()) {
+      doomed.push_back(shape);
+      ids.push_back(shape->ShapeId);
+    }
+  // One step for the whole selection, so that one undo brings it all back.
+  if (record) PushtoUndoRedoShapeList(doomed, ACT_DELETE);
+  // By id: a deletion frees shapes, and an id that is gone is simply refused.
+  for (const std::int32_t id : ids) DeleteShapeById(id, false);
 }
 
 // ---------------------------------------------------------------------------

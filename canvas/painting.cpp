@@ -47,6 +47,8 @@ void TMyCAD::Paint() {
   screen.CopyRect(clip, backBuffer_.Canvas(), Rect(0, 0, backBuffer_.Width(), backBuffer_.Height()));
   SelectAllWorkingShapes();
   if (!IsDesigning() && OnPaint) OnPaint(this);
+  // The screen was drawn afresh: no gesture preview is on it any more.
+  previewShown_ = false;
   painting_ = false;
 }
 

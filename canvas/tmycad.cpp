@@ -17,6 +17,7 @@ TMyCAD::~TMyCAD() {
   // while the canvas is still whole.
   working_.clear();
   shapes_.clear();
+  ClearAllUndoStuff();
 }
 
 void TMyCAD::SetZoom(double value) {

@@ -19,8 +19,14 @@
 //   painting.cpp   the paint pipeline, background, grid, border, header, footer
 //   page.cpp       page styles and extents
 //   export.cpp     rendering the drawing to image files
+//   undo.cpp       the undo history
+//   grouping.cpp   grouping and ungrouping
+//   align.cpp      lining up and equal sizes of the selection
+//   drawing_file.cpp  saving and loading drawings and blocks
+//   library_shapes.cpp  placing entries of shape libraries
 #pragma once
 
+#include <QLabel>
 #include <QObject>
 #include <cstdint>
 #include <functional>
@@ -30,6 +36,8 @@
 #include <vector>
 
 #include "canvas/grid.h"
+#include "canvas/undo.h"
+#include "library/lib_manager.h"
 #include "persistence/file_version.h"
 #include "persistence/user_data.h"
 #include "platform/bitmap.h"
@@ -101,10 +109,24 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   Q_PROPERTY(bool RotateEnable READ GetRotateEnable WRITE SetRotateEnable)
   Q_PROPERTY(lumatrex::TPenStyleJoinType PenStyleJoinType READ GetPenStyleJoinType WRITE SetPenStyleJoinType)
   Q_PROPERTY(lumatrex::TPenStyleEndCapType PenStyleEndCapType READ GetPenStyleEndCapType WRITE SetPenStyleEndCapType)
+  // interaction
+  Q_PROPERTY(lumatrex::TDrawTool ShapeTool READ GetShapeTool WRITE SetShapeTool)
+  Q_PROPERTY(bool ReturnToSelecting READ GetReturnToSelecting WRITE SetReturnToSelecting)
+  Q_PROPERTY(std::int32_t RotateConstraintDegree READ GetRotateConstraintDegree WRITE SetRotateConstraintDegree)
+  Q_PROPERTY(lumatrex::TDragMode DragMode READ GetDragMode WRITE SetDragMode)
+  Q_PROPERTY(bool DragTrace READ GetDragTrace WRITE SetDragTrace)
+  Q_PROPERTY(bool Snap READ GetSnap WRITE SetSnap)
+  Q_PROPERTY(std::uint8_t SnapPixels READ GetSnapPixels WRITE SetSnapPixels)
+  Q_PROPERTY(bool SnapShape READ GetSnapShape WRITE SetSnapShape)
+  Q_PROPERTY(bool MouseEffect READ GetMouseEffect WRITE SetMouseEffect)
+  Q_PROPERTY(bool LockBound READ GetLockBound WRITE SetLockBound)
+  Q_PROPERTY(bool DisableTextInput READ GetDisableTextInput WRITE SetDisableTextInput)
+  Q_PROPERTY(bool ShowHint READ GetShowHint WRITE SetShowHint)
   // document
   Q_PROPERTY(bool OperateAllLayer READ GetOperateAllLayer WRITE SetOperateAllLayer)
   Q_PROPERTY(lumatrex::TUserData* UserData READ UserDataPtr)
   Q_PROPERTY(std::int32_t Tag READ GetTag WRITE SetTag)
+  Q_PROPERTY(std::uint8_t UndoRedoSize READ GetUndoRedoSize WRITE SetUndoRedoSize)
 
  public:
   // Sets every default, creates the back buffer and the first layer "Layer0".
@@ -147,6 +169,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // renumbers every remaining list reference. False when nothing was deleted.
   bool DeleteShapeById(std::int32_t id, bool record);
   void DeleteAllShapes();
+  // Deletes the unlocked selected shapes; with Record as one "ACT_DELETE"
+  // step, so that one undo brings them all back.
   void DeleteSelectedShapes(bool record = true);
   TMyShape* GetShapeByID(std::int32_t id) const;
   TMyShape* GetShapeByName(const std::string& name) const;
@@ -177,6 +201,99 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // members) back on the link points they are bound to, after Shape moved,
   // was resized or turned.
   void ChangeLinkShapes(TMyShape* shape);
+
+  // ==== mouse interaction (interaction.cpp, snapping.cpp) ========================
+  // Events of gestures. Points are passed through GetPointByMode; a handler
+  // may change ToPoint.
+  using TShapePointEvent = std::function<void(QObject* sender, TMyShape* shape, const TPoint& from, TPoint& to)>;
+  TShapePointEvent OnShapeMouseDragging;
+  TShapePointEvent OnShapeMouseDragged;
+  TShapePointEvent OnShapeMouseResizing;
+  TShapePointEvent OnShapeMouseResized;
+  TShapePointEvent OnShapeMouseResizeFinished;
+  TShapePointEvent OnShapeMouseRotating;
+  TShapePointEvent OnShapeMouseRotated;
+  std::function<void(QObject* sender, TMyShape* child, bool& acceptSelect)> OnChildShapeSelected;
+  std::function<void(QObject* sender, TMyShape* shape, float dx, float dy)> OnShapeCodeDragging;
+  std::function<void(QObject* sender, TMyShape* shape, float angle)> OnShapeCodeRotating;
+  std::function<void(QObject* sender, TMyShape* shape)> OnMouseEnterShape;
+  std::function<void(QObject* sender, TMyShape* shape)> OnMouseLeaveShape;
+  std::function<void(QObject* sender)> OnActionToolToSelecting;
+  std::function<void(QObject* sender)> OnWholeDragged;
+  std::function<void(QObject* sender, TMyShape*& shape, std::int32_t pointIndex)> OnNodeAdded;
+  std::function<void(QObject* sender, TMyShape*& shape, std::int32_t result)> OnNodeDeleted;
+
+  TDrawTool GetShapeTool() const { return shapeTool_; }
+  // Stores the tool and sets the action it stands for; a drawing tool drops
+  // an unfinished shape.
+  void SetShapeTool(TDrawTool value);
+  bool GetReturnToSelecting() const { return returnToSelecting_; }
+  void SetReturnToSelecting(bool value) { returnToSelecting_ = value; }
+  // Rotation step in degrees; 0 rotates freely, negative values are ignored.
+  std::int32_t GetRotateConstraintDegree() const { return rotateConstraintDegree_; }
+  void SetRotateConstraintDegree(std::int32_t value);
+  TDragMode GetDragMode() const { return dragMode_; }
+  void SetDragMode(TDragMode value) { dragMode_ = value; }
+  // Show the XOR outline of dragged shapes while they move.
+  bool GetDragTrace() const { return dragTrace_; }
+  void SetDragTrace(bool value) { dragTrace_ = value; }
+  bool GetSnap() const { return snap_; }
+  void SetSnap(bool value) { snap_ = value; }
+  std::uint8_t GetSnapPixels() const { return snapPixels_; }
+  void SetSnapPixels(std::uint8_t value) { snapPixels_ = value; }
+  bool GetSnapShape() const { return snapShape_; }
+  void SetSnapShape(bool value) { snapShape_ = value; }
+  bool GetMouseEffect() const { return mouseEffect_; }
+  void SetMouseEffect(bool value) { mouseEffect_ = value; }
+  // Keep a dragged selection inside the control. Qt cannot confine the system
+  // cursor everywhere, so the moved position is clamped instead.
+  bool GetLockBound() const { return lockBound_; }
+  void SetLockBound(bool value) { lockBound_ = value; }
+  bool GetDisableTextInput() const { return disableTextInput_; }
+  void SetDisableTextInput(bool value) { disableTextInput_ = value; }
+  bool GetShowHint() const { return showHint_; }
+  void SetShowHint(bool value) { showHint_ = value; }
+  // Optional host labels: the mouse position (in XYMode) and the measured
+  // value of the shape being drawn.
+  QLabel* LabelXY = nullptr;
+  QLabel* LabelValue = nullptr;
+  void UpdateLabelXY(std::int32_t x, std::int32_t y);
+  void UpdateLabelValue(const std::string& text);
+  // The interaction state.
+  bool IsMouseDown() const { return mouseIsDown_; }
+  TActionTools GetSavedActionTool() const { return savedActionTool_; }
+  TMyShape* GetCurrentShape() const { return currentShape_; }
+
+  // Rubber-band pen: dotted XOR in the half-way colour of the canvas pen.
+  void SetSelectShapeMode();
+  // Grid and shape snapping of a device point; true when anything snapped.
+  bool SnapXY(std::int32_t& x, std::int32_t& y);
+  // Shifts (X, Y) so that the box R, moved with it, lands on the grid or on
+  // another shape's edge.
+  void SnapRect(const TRect& r, std::int32_t& x, std::int32_t& y);
+  // dgHorz keeps only the horizontal part of a drag, dgVert the vertical.
+  void GetMousePointbyDragMode(const TPoint& p, TPoint& q) const;
+  // Device point P in the XYMode system.
+  TPoint GetPointByMode(const TPoint& p) const;
+  TMyPoint GetMyPointByMode(const TMyPoint& p) const;
+  // Whether the zoomed box of Shape's root group lies inside the rectangle
+  // spanned by P1 and P2, borders included.
+  bool IsInRegion(const TPoint& p1, const TPoint& p2, TMyShape* shape) const;
+  bool IsClickedMeforShape(TCanvas& canvas, TMyShape* shape, const TPoint& p);
+  void DraggingforShapes(TCanvas& canvas, TMyShape* shape, const TPoint& from, const TPoint& to);
+  void SizeChangeValueforShapes(TMyShape* shape, const TPoint& from, const TPoint& to);
+  void RotatingforShapes(TCanvas& canvas, TMyShape* shape, const TMyPoint& center, long double angle);
+  // With Shift: a box becomes square, a line horizontal or vertical, measured
+  // from From.
+  void DrawMakeSquareorHV(TShiftState shift, TMyShape* shape, const TPoint& from, TPoint& to) const;
+  void ResizeMakeSquareorHV(TShiftState shift, TMyShape* shape, const TPoint& from, TPoint& to) const;
+  // Angle (radians) from From to To about the zoomed Center, in steps of
+  // RotateConstraintDegree when that is positive.
+  double GetRotatedAngle(const TMyPoint& center, const TPoint& from, const TPoint& to) const;
+  void ShowHintEnterLeaveShape(TMyShape* shape, bool entered, const TPoint& p);
+  // Moves or turns a shape by code, raising the code events.
+  void Move(TMyShape* shape, float dx, float dy);
+  void Rotate(TMyShape* shape, float angle);
 
   // ==== layers (layers.cpp) ========================================================
   // Appends a layer and makes it current; -1 (and no change) when the name is
@@ -243,6 +360,63 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void DeSelectedAllShapesByCode();
   bool GetOperateAllLayer() const { return operateAllLayer_; }
   void SetOperateAllLayer(bool value) { operateAllLayer_ = value; }
+
+  // ==== undo history (undo.cpp) ==================================================
+  // Records one step of Action (one of the ACT_ names of canvas/undo.h) for
+  // Shapes, before the action changes them (an add or group step: after).
+  // A change or delete step also records every group member; an ungroup step
+  // the members of a top-level group. When the history holds exactly
+  // UndoRedoSize steps the oldest is dropped first. Nothing is recorded when
+  // the history is off, for no shapes, or for shapes of no known kind.
+  void PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action);
+  // Empties the selection, reverts the newest step and repaints. Answers the
+  // number of the step that is newest afterwards; -1, with nothing done and
+  // no repaint, when there was no step. Reverting records nothing and there
+  // is no redo. Deleted shapes come back at the front, with their connectors
+  // detached; a changed shape gets its saved state but keeps its current
+  // list positions (place, group, connector ends).
+  std::int32_t PopFromUndoRedoShapeList();
+  void ClearAllUndoStuff();
+  // The records, oldest first.
+  const std::vector<TSavedShape>& GetUndoRedoShapeList() const { return undoList_; }
+  // Steps kept, 10 in a new canvas. 0 switches the history off and empties
+  // it. Lowering the value does not trim a longer history, which then keeps
+  // growing.
+  std::uint8_t GetUndoRedoSize() const { return undoRedoSize_; }
+  void SetUndoRedoSize(std::uint8_t value);
+
+  // ==== grouping (grouping.cpp) ==================================================
+  // Makes the top-level shapes of this canvas among Shapes (each once) the
+  // members of a new TMyGroup, added after them as "Shape"+id on the first
+  // member's layer: its four points are the members' joint box and it draws
+  // nothing itself. Selected members give way to the group in the selection.
+  // Records "ACT_GROUP" when Record. nullptr when no shape qualifies.
+  TMyShape* GroupShapes(const std::vector<TMyShape*>& shapes, bool record);
+  // Makes the members of Group top-level shapes and deletes Group, recording
+  // "ACT_UNGROUP" first when Record. Nothing for anything but an unlocked
+  // top-level TMyGroup of this canvas.
+  void UnGroupShape(TMyShape* group, bool record);
+
+  // ==== alignment (align.cpp) ====================================================
+  // Each lines up the selected shapes (with their group members) on an edge
+  // or centre line of their joint box, in model coordinates at any zoom, as
+  // one "ACT_CHANGE" step, then re-routes their connectors and repaints.
+  // Nothing, and no step, with exactly one selected shape.
+  void AlignLeft();
+  void AlignRight();
+  void AlignTop();
+  void AlignBottom();
+  // On the joint box's centre line, measured by each shape's centre point.
+  void AlignHorizontalCenter();
+  void AlignVerticalCenter();
+  // Give every selected shape the average width (height) of the selection by
+  // scaling its points, and its members', along x (y) about the left (top)
+  // of its own box, so each keeps its left-top corner. Shapes without width
+  // (height), such as a vertical line, take no part. A turned shape is scaled
+  // along the canvas axes, so its frame may shear. Locked shapes stay as
+  // they are. Same step and exceptions as the alignments.
+  void AverageWidth();
+  void AverageHeight();
 
   // ==== view (tmycad.cpp) ===============================================================
   double GetZoom() const override { return zoom_; }
@@ -399,8 +573,92 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // False (with nothing written) for another extension or a write error.
   bool SaveToImageFile(const std::string& fileName, const TImageExportOptions& options = {});
 
+  // ==== drawing files (drawing_file.cpp) ====
+  // A drawing file holds a header (the creator "Ambrel Component", a version
+  // tag, the canvas settings, user data and layers), then each shape as its
+  // class name padded to 16 bytes and its record, in paint order. Writers
+  // always write "XP.j"; readers take every tag from "XP.2" to "XP.j", and
+  // the shape records follow the tag of the file being read.
+  //
+  // A load never leaves the drawing half replaced: the stream is read into a
+  // fresh hidden canvas, and only a drawing read to its end moves here.
+  // Truncated data throws EReadError; malformed data (an unknown version or
+  // class tag, a negative or oversized count or size, an ordinal out of
+  // range, an unreadable bitmap) throws EStreamFormatError (both carry the
+  // byte offset and the field, persistence/stream_io.h). This canvas is then
+  // untouched.
+
+  // Writes the drawing at Stream's position. The stored size is the
+  // control's size divided by Zoom, rounded half to even; the layer count is
+  // stored modulo 256, followed by that many layers. Returns true.
+  bool SaveToStream(TStream& stream) const;
+  // Replaces the drawing by the one at the start of Stream: settings, control
+  // size (as stored), user data, layers, current layer and shapes, each
+  // shape's centre set to the centre of its points' box. The next shape
+  // (layer) id becomes the highest id read + 1, and 1 when none is above 0.
+  // Empties the selection and the undo history, clears Modified, repaints.
+  // A drawing with shapes but no layer shows "Error!There is no Layer!",
+  // calls the terminate hook and returns false, leaving the canvas as it was.
+  bool LoadFromStream(TStream& stream);
+  // Writes a temporary file beside FileName and renames it over FileName, so
+  // that a failed save leaves an existing file as it was: throws EFOpenError
+  // when the temporary file cannot be created, EWriteError when writing or
+  // renaming fails. Clears Modified; returns true.
+  bool SaveToFile(const std::string& fileName);
+  // False, with the drawing untouched, when the file is not a drawing
+  // (IsZOLTFile); otherwise LoadFromStream on the file.
+  bool LoadFromFile(const std::string& fileName);
+  // Whether the file's first 64 bytes, trimmed of spaces, are "Ambrel
+  // Component". Throws EFOpenError when the file cannot be opened and
+  // EReadError when it is shorter than 64 bytes.
+  static bool IsZOLTFile(const std::string& fileName);
+  // Adds the drawing at the start of Stream to this one as a block. Its
+  // shapes are appended in their order, with new ids (the next shape id plus
+  // their position in the block) and their group and connector references
+  // moved along, and become the selection, so that a drag places them. Merge
+  // puts them on the current layer. Import first adds a visible layer
+  // "Block"+name for each block layer past this canvas's layer count (modulo
+  // 256), then puts each shape on the layer at the position its layer has in
+  // the block (on the current layer when there is none). The control grows
+  // to the block's size; BkBitmap (cleared when the block has none),
+  // BkBitmapMode and Ratio are the block's; its other settings are dropped.
+  // Empties the undo history and sets Modified. Errors as LoadFromStream.
+  bool LoadFromStreamforBlock(TStream& stream, TBlockLayerMode mode);
+  // LoadFromStreamforBlock on the file; false, with nothing changed, when it
+  // is not a drawing (IsZOLTFile).
+  bool AddBlockfromZOLTFile(const std::string& fileName, TBlockLayerMode mode);
+  // Inserts Shape, just read from a stream, at list position Position
+  // (clamped to the list) keeping its layer and its list references as read:
+  // a stream's records hold final positions. Unless Loading, the next shape
+  // id grows by one. Without layers: as AddShape (message, terminate, false).
+  bool AddShapeforLoadfromStream(std::int32_t position, std::unique_ptr<TMyShape> shape, bool loading);
+  // Whether the drawing changed since it was created, loaded or saved. Set by
+  // AddShape, DeleteShapeById, DeleteAllShapes and block loads; other edits
+  // report themselves through SetModified.
+  bool GetModified() const { return modified_; }
+  void SetModified(bool value) { modified_ = value; }
+
+  // ==== library shapes (library_shapes.cpp) ====
+  // Places the entry Name of Lib on the drawing, in front of every shape and
+  // on the current layer: its unit coordinates mapped by At (the stored size
+  // at (0, 0) by default; link points keep their stored places). Each shape
+  // gets a new identity: ShapeId from the next shape id, the name "Shape"+id
+  // and its list position; group members, parents and connector ends move to
+  // the new positions, and references to shapes outside the entry are
+  // dropped. Records one "ACT_ADD" step for the placed top-level shapes,
+  // raises OnShapeAdded for each placed shape and repaints. Returns the
+  // placed shapes in list order; none when Lib has no such entry. A damaged
+  // entry throws (EReadError, EStreamFormatError) with the drawing untouched.
+  // Without layers: as AddShape (message, terminate hook, nothing placed).
+  std::vector<TMyShape*> AddUserDefineShapefromLib(const TLibManager& lib, const std::string& name,
+                                                   const TCmbShapePlacement& at = {});
+
  protected:
   void Paint() override;
+  void MouseDown(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y) override;
+  void MouseMove(TShiftState shift, std::int32_t x, std::int32_t y) override;
+  void MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   template <typename T>
@@ -498,6 +756,89 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TBitmap backBuffer_;
   bool painting_ = false;
   int updateDepth_ = 0;
+
+  // ---- interaction (interaction.cpp) ----
+  void PressWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y);
+  bool PressOnHotPoint(std::int32_t x, std::int32_t y);
+  bool PressOnSelectedBody(TShiftState shift, std::int32_t x, std::int32_t y);
+  void PressOnUnselected(TShiftState shift, std::int32_t x, std::int32_t y);
+  void MoveWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y);
+  void HoverWhileSelecting(std::int32_t x, std::int32_t y);
+  void MoveWithButton(TShiftState shift, std::int32_t x, std::int32_t y);
+  bool ReleaseOnChild(const TPoint& p);
+  bool ReleaseClickThrough(const TPoint& p);
+  void ReleaseDrawing(TMouseButton button, TShiftState shift, TPoint p);
+  void FinishDrawnShape();
+  void ReleaseResizing(TShiftState shift, TPoint p);
+  void ReleaseDragging(TPoint p);
+  void ReleaseRotating(const TPoint& p);
+  void ReleaseNodeRemoving();
+  void ReleaseNodeAdding(const TPoint& p);
+  void ReleaseDragWhole(TPoint p);
+  void ReleaseRubberBand();
+  void EndGesture();
+  void CancelGesture();
+  void NudgeSelection(std::int32_t dx, std::int32_t dy);
+  // XOR previews of the running gesture, drawn and erased in pairs.
+  void TogglePreview();
+  void DrawPreview();
+  void ErasePreview();
+  void ToggleRubberBand();
+  TMyPoint RotationCenterOf(TMyShape* shape) const;
+  TPoint DrawingAnchor() const;
+  std::vector<TMyShape*> WholeDragShapes() const;
+  TRect SelectionBoxInZoom() const;
+  TPoint ClampToBounds(const TPoint& p) const;
+  void FireShapePoint(const TShapePointEvent& event, TMyShape* shape, TPoint& to);
+  // ---- snapping (snapping.cpp) ----
+  bool SnapToGrid(std::int32_t& x, std::int32_t& y) const;
+  void SnapToShapes(std::int32_t& x, std::int32_t& y) const;
+
+  TDrawTool shapeTool_ = SpSelecting;
+  bool returnToSelecting_ = false;
+  std::int32_t rotateConstraintDegree_ = 0;
+  TDragMode dragMode_ = dgHorz;
+  bool dragTrace_ = false;
+  bool snap_ = false;
+  std::uint8_t snapPixels_ = 0;
+  bool snapShape_ = false;
+  bool mouseEffect_ = false;
+  bool lockBound_ = false;
+  bool disableTextInput_ = false;
+  bool showHint_ = false;
+  bool mouseIsDown_ = false;
+  TActionTools savedActionTool_ = dtClose;
+  TPoint startPoint_;
+  TPoint currentPoint_;
+  // The shape being drawn is owned here until it is added.
+  std::unique_ptr<TMyShape> pendingShape_;
+  TMyShape* currentShape_ = nullptr;
+  TMyShape* shapeBeneath_ = nullptr;
+  TMyShape* clickedChildShape_ = nullptr;
+  TMyShape* hoverShape_ = nullptr;
+  bool gestureChanged_ = false;
+  // Whether the gesture's XOR preview is on the screen now.
+  bool previewShown_ = false;
+
+  // ---- undo history (undo.cpp) ----
+  std::vector<TSavedShape> undoList_;
+  std::uint8_t undoRedoSize_ = 10;
+  // ---- alignment (align.cpp) ----
+  void ResizeToAverage(bool horizontal);
+
+  // ---- drawing files (drawing_file.cpp) ----
+  // Reads the drawing at the start of Stream into a fresh hidden canvas that
+  // makes shapes as this one would (same zoom and shape defaults); nullptr
+  // for a drawing with shapes but no layer.
+  std::unique_ptr<TMyCAD> ParseDrawing(TStream& stream) const;
+  void TakeShapeDefaultsFrom(const TMyCAD& source);
+  void ReadLayers(TStream& stream);
+  bool ReadShapes(TStream& stream);
+  // Moves Loaded's drawing here in one step; its shapes become this canvas's.
+  void TakeDrawing(TMyCAD& loaded);
+  void TakeBlock(TMyCAD& block, TBlockLayerMode mode);
+  std::vector<std::int32_t> BlockLayerIds(const std::vector<LayerRec>& blockLayers, TBlockLayerMode mode);
+  bool modified_ = false;
 };
 
 }  // namespace lumatrex

@@ -18,30 +18,30 @@ void TMyCAD::SwapWithNeighbour(TMyShape* shape, bool forward) {
   if (neighbour) SwapShape(shape, neighbour);
 }
 
-// The undo steps ("ACT_BRINGTOFRONT" and the others) are recorded here by the
-// undo history once it exists; Record says whether to.
+// Each records its step before the move, also when the shape is already in
+// place, so that every command is one undo step.
 void TMyCAD::BringToFront(TMyShape* shape, bool record) {
-  (void)record;
+  if (record) PushtoUndoRedoShapeList({shape}, ACT_BRINGTOFRONT);
   if (shape)
     while (TMyShape* next = GetNextSingleorRootShape(shape->ShapeNo)) SwapShape(shape, next);
   Invalidate();
 }
 
 void TMyCAD::BringToFrontByStep(TMyShape* shape, bool record) {
-  (void)record;
+  if (record) PushtoUndoRedoShapeList({shape}, ACT_BRINGTOFRONTBYSTEP);
   if (shape) SwapWithNeighbour(shape, true);
   Invalidate();
 }
 
 void TMyCAD::SendToBack(TMyShape* shape, bool record) {
-  (void)record;
+  if (record) PushtoUndoRedoShapeList({shape}, ACT_SENDTOBACK);
   if (shape)
     while (TMyShape* previous = GetPrevSingleorRootShape(shape->ShapeNo)) SwapShape(shape, previous);
   Invalidate();
 }
 
 void TMyCAD::SendToBackByStep(TMyShape* shape, bool record) {
-  (void)record;
+  if (record) PushtoUndoRedoShapeList({shape}, ACT_SENDTOBACKBYSTEP);
   if (shape) SwapWithNeighbour(shape, false);
   Invalidate();
 }

@@ -40,6 +40,19 @@ T ReadValue(TStream& stream, const char* what) {
   return value;
 }
 
+// An enumeration ordinal stored as Stored (a byte, or an int32 whose low byte
+// holds it). Values past Last are malformed: an ordinal from a file must never
+// reach code that indexes a table with it.
+template <typename E, typename Stored = std::uint8_t>
+  requires std::is_enum_v<E> && std::is_integral_v<Stored>
+E ReadOrdinal(TStream& stream, E last, const char* what) {
+  const std::int64_t offset = stream.Position();
+  const auto ordinal = static_cast<std::uint8_t>(ReadValue<Stored>(stream, what) & 0xFF);
+  if (ordinal > static_cast<std::uint8_t>(last))
+    throw EStreamFormatError(offset, "ordinal " + std::to_string(ordinal) + " out of range for " + what);
+  return static_cast<E>(ordinal);
+}
+
 inline void WriteBool(TStream& stream, bool value) { WriteValue<std::uint8_t>(stream, value ? 1 : 0); }
 // Any non-zero byte reads as true.
 inline bool ReadBool(TStream& stream, const char* what) { return ReadValue<std::uint8_t>(stream, what) != 0; }

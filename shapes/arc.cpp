@@ -22,8 +22,8 @@ void TMyElliArc::SaveToStream(TStream& stream) const {
 
 void TMyElliArc::LoadFromStream(TStream& stream) {
   TMyShape::LoadFromStream(stream);
-  arcMode_ = static_cast<TArcMode>(ReadValue<std::uint8_t>(stream, "arc mode"));
-  arcStyle_ = static_cast<TArcStyle>(ReadValue<std::uint8_t>(stream, "arc style"));
+  arcMode_ = ReadOrdinal(stream, amEllipse, "arc mode");
+  arcStyle_ = ReadOrdinal(stream, asPie, "arc style");
 }
 
 }  // namespace lumatrex

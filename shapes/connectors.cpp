@@ -74,7 +74,7 @@ void TMyLinkLine::LoadFromStream(TStream& stream) {
   endSpNo_ = ReadValue<std::int32_t>(stream, "link end shape");
   endSpPtId_ = ReadValue<std::int32_t>(stream, "link end point");
   if (FileVersionAtLeast(RecordVersion(*this), "XP.5"))
-    linkLineDrawStyle_ = static_cast<TLinkLineDrawStyle>(ReadValue<std::uint8_t>(stream, "link draw style"));
+    linkLineDrawStyle_ = ReadOrdinal(stream, lldsVH, "link draw style");
 }
 
 }  // namespace lumatrex

@@ -47,7 +47,7 @@ void TMyImage::LoadFromStream(TStream& stream) {
   if (!FileVersionAtLeast(version, "XP.i")) return;
   transparentColor_ = ReadValue<TColor>(stream, "image transparent colour");
   // Only the low byte holds the ordinal; the other three are not meaningful.
-  transparentMode_ = static_cast<TTransparentMode>(ReadValue<std::int32_t>(stream, "image transparent mode") & 0xFF);
+  transparentMode_ = ReadOrdinal<TTransparentMode, std::int32_t>(stream, tmFixed, "image transparent mode");
 }
 
 }  // namespace lumatrex

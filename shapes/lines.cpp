@@ -207,7 +207,7 @@ void TMyLine::LoadFromStream(TStream& stream) {
   arrowAngle_ = ReadValue<std::int32_t>(stream, "arrow angle");
   arrowLength_ = ReadValue<std::uint8_t>(stream, "arrow length");
   arrowOffset_ = ReadValue<std::uint8_t>(stream, "arrow offset");
-  arrowStyle_ = ReadValue<TArrowStyle>(stream, "arrow style");
+  arrowStyle_ = ReadOrdinal(stream, ADouble, "arrow style");
 }
 
 // ===========================================================================
@@ -320,7 +320,7 @@ void TMyRuleLine::SaveToStream(TStream& stream) const {
 void TMyRuleLine::LoadFromStream(TStream& stream) {
   TMyLine::LoadFromStream(stream);
   showUserInfo_ = ReadBool(stream, "show user info");
-  tickStyle_ = ReadValue<TTickStyle>(stream, "tick style");
+  tickStyle_ = ReadOrdinal(stream, tsNone, "tick style");
   userInfo_ = ReadLString(stream, "user info");
 }
 

@@ -71,6 +71,10 @@ class TMyShape : public QObject {
   // The class name drawing files and libraries use ("TMyLine", ...).
   virtual const char* ClassName() const { return "TMyShape"; }
   TMyShapeOwner* Owner() const { return owner_; }
+  // Hands the shape to another owner, whose zoom, version and shape list it
+  // consults from then on; the caller moves the ownership with it. The
+  // defaults taken at construction stay.
+  void SetOwner(TMyShapeOwner* owner) { owner_ = owner; }
   std::string GetName() const { return objectName().toStdString(); }
   void SetName(const std::string& name) { setObjectName(QString::fromStdString(name)); }
 

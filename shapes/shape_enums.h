@@ -224,4 +224,11 @@ enum TTransparentMode : std::uint8_t {
 };
 Q_ENUM_NS(TTransparentMode)
 
+// Which layers the shapes of a block read into a drawing go on.
+enum TBlockLayerMode : std::uint8_t {
+  Merge,   // all on the drawing's current layer
+  Import,  // on the drawing's layer at the position of their layer in the block
+};
+Q_ENUM_NS(TBlockLayerMode)
+
 }  // namespace lumatrex

@@ -69,7 +69,7 @@ void ReadFont(TStream& stream, TFont& font) {
   font.SetColor(ReadValue<TColor>(stream, "font colour"));
   font.SetHeight(ReadValue<std::int32_t>(stream, "font height"));
   font.SetSize(ReadValue<std::int32_t>(stream, "font size"));
-  font.SetPitch(static_cast<TFontPitch>(ReadValue<std::uint8_t>(stream, "font pitch")));
+  font.SetPitch(ReadOrdinal(stream, fpFixed, "font pitch"));
   ReadValue<std::int32_t>(stream, "font pixels per inch");
   font.SetStyle(ReadValue<std::uint8_t>(stream, "font style"));
 }
@@ -147,7 +147,7 @@ void TMyShape::LoadFromStream(TStream& stream) {
   }
   const std::unique_ptr<TBitmap> brushBitmap = ReadBitmapBuffer(stream, "brush bitmap");
   const auto brushColor = ReadValue<TColor>(stream, "brush colour");
-  const auto brushStyle = static_cast<TBrushStyle>(ReadValue<std::uint8_t>(stream, "brush style"));
+  const TBrushStyle brushStyle = ReadOrdinal(stream, bsDiagCross, "brush style");
   if (brushBitmap) {
     brush_.SetBitmap(brushBitmap.get());
   } else {
@@ -159,12 +159,12 @@ void TMyShape::LoadFromStream(TStream& stream) {
   colorEnd_ = ReadValue<TColor>(stream, "gradient end colour");
   ReadFont(stream, font_);
   if (version != "XP.7") ReadValue<std::int64_t>(stream, "reserved");
-  gradientStyle_ = static_cast<TGradientStyle>(ReadValue<std::uint8_t>(stream, "gradient style"));
+  gradientStyle_ = ReadOrdinal(stream, gsNone, "gradient style");
   if (extended) ReadValue<std::uint16_t>(stream, "legacy bytes");
   info_ = ReadLString(stream, "info");
   pen_.SetColor(ReadValue<TColor>(stream, "pen colour"));
-  pen_.SetMode(static_cast<TPenMode>(ReadValue<std::uint8_t>(stream, "pen mode")));
-  pen_.SetStyle(static_cast<TPenStyle>(ReadValue<std::uint8_t>(stream, "pen style")));
+  pen_.SetMode(ReadOrdinal(stream, pmNotXor, "pen mode"));
+  pen_.SetStyle(ReadOrdinal(stream, psAlternate, "pen style"));
   pen_.SetWidth(ReadValue<std::int32_t>(stream, "pen width"));
   if (since("XP.8")) {
     const std::int32_t count = ReadCount(stream, 8, "user data");
@@ -181,7 +181,7 @@ void TMyShape::LoadFromStream(TStream& stream) {
   if (since("XP.e")) {
     multiInfo_.assign(static_cast<std::size_t>(ReadCount(stream, 4, "info lines")), std::string());
     for (std::string& line : multiInfo_) line = ReadLString(stream, "info line");
-    multiInfoAlignment_ = static_cast<TAlignment>(ReadValue<std::uint8_t>(stream, "info alignment"));
+    multiInfoAlignment_ = ReadOrdinal(stream, taCenter, "info alignment");
   }
   if (since("XP.h")) {
     logHeight_ = ReadValue<std::int32_t>(stream, "log height");
@@ -190,12 +190,16 @@ void TMyShape::LoadFromStream(TStream& stream) {
     locked_ = ReadBool(stream, "locked");
   }
   if (since("XP.j")) {
-    penStyleEndCapType_ = static_cast<TPenStyleEndCapType>(ReadValue<std::uint8_t>(stream, "pen end cap"));
-    penStyleJoinType_ = static_cast<TPenStyleJoinType>(ReadValue<std::uint8_t>(stream, "pen join"));
+    penStyleEndCapType_ = ReadOrdinal(stream, psectMASK, "pen end cap");
+    penStyleJoinType_ = ReadOrdinal(stream, psjtMASK, "pen join");
     hotShow_ = ReadBool(stream, "hot show");
     resizeEnable_ = ReadBool(stream, "resize enable");
     rotateEnable_ = ReadBool(stream, "rotate enable");
   }
+  // The gradient bitmap is not stored: rebuild it for the style, colours and
+  // flips just read, so that the shape paints as it was saved.
+  DrawGradient();
+  FlipGradientByFlags();
 }
 
 }  // namespace lumatrex

@@ -38,8 +38,8 @@ void TMyText::LoadFromStream(TStream& stream) {
   if (!FileVersionAtLeast(RecordVersion(*this), "XP.a")) return;
   lines_.assign(static_cast<std::size_t>(ReadCount(stream, 4, "text lines")), std::string());
   for (std::string& line : lines_) line = ReadLString(stream, "text line");
-  vAlignment_ = static_cast<TTextLayout>(ReadValue<std::uint8_t>(stream, "text vertical alignment"));
-  hAlignment_ = static_cast<TAlignment>(ReadValue<std::uint8_t>(stream, "text horizontal alignment"));
+  vAlignment_ = ReadOrdinal(stream, tlBottom, "text vertical alignment");
+  hAlignment_ = ReadOrdinal(stream, taCenter, "text horizontal alignment");
   wordWrap_ = ReadBool(stream, "text word wrap");
 }
 

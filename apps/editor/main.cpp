@@ -1,6 +1,7 @@
-// The Lumatrex demo. With a display it opens a window with the canvas showing
-// the sample drawing; without one (or with --output FILE) it renders what the
-// window would show to a PNG file and prints where.
+// The Lumatrex demo editor. With a display it opens the editor window on the
+// sample drawing; without one (or with --output FILE) it renders the sample
+// drawing, and a picture of the whole editor window beside it, to PNG files
+// and prints where.
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -9,6 +10,7 @@
 #include <cstdlib>
 
 #include "canvas/tmycad.h"
+#include "main_window.h"
 #include "platform/qt_interop.h"
 #include "sample_drawing.h"
 
@@ -21,14 +23,25 @@ bool HasDisplay() {
          !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
-int RenderToFile(TMyCAD& cad, const QString& path) {
-  cad.Repaint();
+bool Save(const QImage& image, const QString& path) {
   QDir().mkpath(QFileInfo(path).absolutePath());
-  if (!ToQImage(cad.ScreenBitmap()).save(path, "PNG")) {
-    std::fprintf(stderr, "lumatrex-editor: cannot write %s\n", qPrintable(path));
-    return EXIT_FAILURE;
-  }
+  if (image.save(path, "PNG")) return true;
+  std::fprintf(stderr, "lumatrex-editor: cannot write %s\n", qPrintable(path));
+  return false;
+}
+
+int RenderToFiles(editor::TMainWindow& window, const QString& path) {
+  TMyCAD& cad = window.Canvas();
+  TMyCAD sheet;  // the drawing alone, at the sample's size
+  sheet.resize(demo::kSampleWidth, demo::kSampleHeight);
+  demo::BuildSampleDrawing(sheet);
+  sheet.Repaint();
+  window.show();
+  cad.Repaint();
+  const QString windowPath = QFileInfo(path).absolutePath() + "/" + QFileInfo(path).completeBaseName() + "-window.png";
+  if (!Save(ToQImage(sheet.ScreenBitmap()), path) || !Save(window.grab().toImage(), windowPath)) return EXIT_FAILURE;
   std::printf("No display: the sample drawing was written to %s\n", qPrintable(QFileInfo(path).absoluteFilePath()));
+  std::printf("and the editor window to %s\n", qPrintable(QFileInfo(windowPath).absoluteFilePath()));
   return EXIT_SUCCESS;
 }
 
@@ -40,20 +53,19 @@ int main(int argc, char** argv) {
   QApplication app(argc, argv);
   QApplication::setApplicationName("lumatrex-editor");
   QCommandLineParser parser;
-  parser.setApplicationDescription("Lumatrex demo: shows the sample drawing, or renders it to a PNG file.");
+  parser.setApplicationDescription("Lumatrex demo editor: draw, select, move, size, rotate, align and layer shapes.");
   parser.addHelpOption();
   const QCommandLineOption output("output", "Render the sample drawing to FILE (PNG) and exit.", "FILE");
   parser.addOption(output);
   parser.process(app);
 
-  TMyCAD cad;
-  cad.setWindowTitle("Lumatrex demo");
-  cad.resize(demo::kSampleWidth, demo::kSampleHeight);
-  demo::BuildSampleDrawing(cad);
+  editor::TMainWindow window;
+  demo::BuildSampleDrawing(window.Canvas());
+  window.DocumentChanged();
 
-  if (parser.isSet(output)) return RenderToFile(cad, parser.value(output));
+  if (parser.isSet(output)) return RenderToFiles(window, parser.value(output));
   if (!display || QGuiApplication::platformName() == "offscreen")
-    return RenderToFile(cad, QDir::current().filePath("out/lumatrex-sample.png"));
-  cad.show();
+    return RenderToFiles(window, QDir::current().filePath("out/lumatrex-sample.png"));
+  window.show();
   return QApplication::exec();
 }

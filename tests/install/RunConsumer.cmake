@@ -1,10 +1,11 @@
 # Installs the built library into a scratch prefix, then configures, builds
 # and runs a consumer project that finds it with find_package(Lumatrex).
 file(REMOVE_RECURSE "${WORK_DIR}")
+file(MAKE_DIRECTORY "${WORK_DIR}")
 set(prefix "${WORK_DIR}/prefix")
 
 function(run step)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  execute_process(COMMAND ${ARGN} WORKING_DIRECTORY "${WORK_DIR}" RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE err)
   if(NOT result EQUAL 0)
     message(FATAL_ERROR "${step} failed (${result}):\n${out}\n${err}")
   endif()

@@ -96,6 +96,26 @@ TEST(ReadCount, ItemsWithoutBytesAreBoundedBySaneLimit) {
   EXPECT_THROW(ReadCount(tooMany, 0, "points"), EStreamFormatError);
 }
 
+enum TThree : std::uint8_t { kFirst, kSecond, kLast };
+
+TEST(ReadOrdinal, TheLastValueReadsAndOnePastItIsMalformedAtItsOffset) {
+  TMemoryStream stream(TBytes{2, 3});
+  EXPECT_EQ(ReadOrdinal(stream, kLast, "three"), kLast);
+  try {
+    ReadOrdinal(stream, kLast, "three");
+    FAIL() << "no error";
+  } catch (const EStreamFormatError& e) {
+    EXPECT_EQ(e.Offset(), 1);
+    EXPECT_NE(std::string(e.what()).find("three"), std::string::npos);
+  }
+}
+
+TEST(ReadOrdinal, AnInt32OrdinalIsItsLowByte) {
+  TMemoryStream stream(TBytes{1, 0xAA, 0xBB, 0xCC, 3, 0, 0, 0});
+  EXPECT_EQ((ReadOrdinal<TThree, std::int32_t>(stream, kLast, "three")), kSecond);
+  EXPECT_THROW((ReadOrdinal<TThree, std::int32_t>(stream, kLast, "three")), EStreamFormatError);
+}
+
 TEST(BitmapBuffer, AbsentAndEmptyBitmapsWriteAZeroCount) {
   EXPECT_EQ(Written([](TStream& s) { WriteBitmapBuffer(s, nullptr); }), TBytes(8, 0));
   TBitmap empty;

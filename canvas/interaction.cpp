@@ -1,0 +1,720 @@
+// The mouse state machine of the canvas: a press decides what the gesture is
+// (drawing, resizing, rotating, dragging, moving a text point, rubber band),
+// moves preview it with XOR drawing on the control, and the release commits
+// the change as one undo step and repaints.
+#include <QKeyEvent>
+#include <QToolTip>
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "canvas/tmycad.h"
+#include "platform/hooks.h"
+#include "shapes/bspline.h"
+#include "shapes/closed_shapes.h"
+#include "shapes/connectors.h"
+#include "shapes/drawing_modes.h"
+#include "shapes/lines.h"
+#include "shapes/text.h"
+
+namespace lumatrex {
+
+namespace {
+
+bool IsClass(const TMyShape* shape, const char* name) { return shape && std::strcmp(shape->ClassName(), name) == 0; }
+
+bool IsDrawingTool(TDrawTool tool) {
+  switch (tool) {
+    case SpSelecting:
+    case SpRotateSelecting:
+    case SpClose:
+    case SpPolylinePolygonPointRemoving:
+    case SpPolylinePolygonPointAdding:
+    case SpDragWhole:
+    case SpBrowse: return false;
+    default: return true;
+  }
+}
+
+TActionTools ActionOfTool(TDrawTool tool) {
+  switch (tool) {
+    case SpSelecting: return dtSelecting;
+    case SpRotateSelecting: return dtRotateSelecting;
+    case SpPolylinePolygonPointRemoving: return dtPolylinePolygonPointRemoving;
+    case SpPolylinePolygonPointAdding: return dtPolylinePolygonPointAdding;
+    case SpDragWhole: return dtDragWhole;
+    case SpClose: return dtClose;
+    case SpBrowse: return dtBrowse;
+    default: return dtDrawing;
+  }
+}
+
+TPoint Rounded(const TMyPoint& p) { return MyPtToPt(p); }
+
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// Tools
+
+void TMyCAD::SetShapeTool(TDrawTool value) {
+  shapeTool_ = value;
+  actionTool_ = ActionOfTool(value);
+  if (IsDrawingTool(value)) {
+    pendingShape_.reset();
+    currentShape_ = nullptr;
+  }
+  Invalidate();
+}
+
+void TMyCAD::SetRotateConstraintDegree(std::int32_t value) {
+  if (value >= 0) rotateConstraintDegree_ = value;
+}
+
+// ---------------------------------------------------------------------------
+// Press
+
+void TMyCAD::MouseDown(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y) {
+  TCustomControl::MouseDown(button, shift, x, y);
+  setFocus();
+  if (actionTool_ == dtClose) return;
+  if (actionTool_ != dtDrawing && (shift & ssDouble)) return;
+  if (button != mbLeft) return;
+  ErasePreview();
+  startPoint_ = currentPoint_ = Point(x, y);
+  mouseIsDown_ = true;
+  clickedChildShape_ = shapeBeneath_ = nullptr;
+  if (actionTool_ == dtDrawing) return PressWhileDrawing(shift, x, y);
+  if (actionTool_ != dtSelecting && actionTool_ != dtRotateSelecting && actionTool_ != dtBrowse) return;
+  SetSelectShapeMode();
+  savedActionTool_ = actionTool_;
+  if (PressOnHotPoint(x, y)) return;
+  if (PressOnSelectedBody(shift, x, y)) return;
+  PressOnUnselected(shift, x, y);
+}
+
+TPoint TMyCAD::DrawingAnchor() const {
+  const std::int32_t count = currentShape_->GetPointsCount();
+  if (count == 0) return startPoint_;
+  const bool fromLast = dynamic_cast<const TMyPolyLine*>(currentShape_) != nullptr ||
+                        dynamic_cast<const TMyBLine*>(currentShape_) != nullptr;
+  return Rounded(currentShape_->GetPointInZoom(fromLast ? count - 1 : 0));
+}
+
+void TMyCAD::PressWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y) {
+  SetDragResizeRotateShapeMode(Canvas());
+  RemoveAllWorkingShapes();
+  savedActionTool_ = returnToSelecting_ ? dtSelecting : dtDrawing;
+  SnapXY(x, y);
+  startPoint_ = currentPoint_ = Point(x, y);
+  if (!currentShape_) {
+    pendingShape_ = CreateShapeBySpTool(shapeTool_);
+    if (!pendingShape_) return;
+    pendingShape_->ShapeNo = GetShapesCount();
+    currentShape_ = pendingShape_.get();
+  }
+  TPoint p = Point(x, y);
+  if (currentShape_->GetPointsCount() > 0) DrawMakeSquareorHV(shift, currentShape_, DrawingAnchor(), p);
+  currentShape_->AddPointByMouse(p);
+  startPoint_ = p;
+  currentPoint_ = p;
+}
+
+bool TMyCAD::PressOnHotPoint(std::int32_t x, std::int32_t y) {
+  const TPoint p = Point(x, y);
+  for (TMyShape* shape : working_) {
+    currentShape_ = shape;
+    if (IsClass(shape, "TMyFreeLine")) break;
+    for (const std::int32_t no : shape->ChildShapes)
+      if (TMyShape* child = GetShapeByNo(no); child && child->IsClickedMe(Canvas(), p)) clickedChildShape_ = child;
+    const std::int32_t hot = shape->InWhichHot(p);
+    if (hot >= 0) {
+      if (!dynamic_cast<TMyLinkLine*>(shape) && hot < 4) startPoint_ = Rounded(shape->GetPointInZoom(hot));
+      if (actionTool_ == dtSelecting && resizeEnable_) actionTool_ = dtResizing;
+      if (actionTool_ == dtRotateSelecting && rotateEnable_ && shape->GetRotateEnable()) actionTool_ = dtRotating;
+      return true;
+    }
+    const bool hasText = !shape->GetInfoText().empty() || !shape->GetCaption().empty();
+    if (hasText && shape->InTextPointHot(p) && !shape->GetLocked()) {
+      startPoint_ = Rounded(shape->ZoomedValuePt(shape->TextoutPoint));
+      if (actionTool_ == dtSelecting) actionTool_ = dtDraggingTextoutPoint;
+      return true;
+    }
+  }
+  currentShape_ = nullptr;
+  return false;
+}
+
+bool TMyCAD::PressOnSelectedBody(TShiftState shift, std::int32_t x, std::int32_t y) {
+  const TPoint p = Point(x, y);
+  const auto hit = std::find_if(working_.begin(), working_.end(),
+                                [&](TMyShape* s) { return IsClickedMeforShape(Canvas(), s, p); });
+  if (hit == working_.end()) return false;
+  TMyShape* pressed = *hit;
+  currentShape_ = pressed;
+  if (shift & ssShift) {
+    RemoveWorkingShape(pressed);
+    currentShape_ = nullptr;
+    Invalidate();
+    return true;
+  }
+  const TMyRect box = GetShapesLTRBinZoom({pressed});
+  const TPoint boxA = Point(static_cast<std::int32_t>(std::floor(box.Left)), static_cast<std::int32_t>(std::floor(box.Top)));
+  const TPoint boxB = Point(static_cast<std::int32_t>(std::ceil(box.Right)), static_cast<std::int32_t>(std::ceil(box.Bottom)));
+  const std::vector<TMyShape*> family = SubtreeOf(pressed);
+  for (const auto& candidate : shapes_) {
+    TMyShape* s = candidate.get();
+    if (s == pressed || std::find(family.begin(), family.end(), s) != family.end()) continue;
+    if (!IsClickedMeforShape(Canvas(), s, p) || !IsInRegion(boxA, boxB, s)) continue;
+    if (s->LayerId != currentLayerId_ && !operateAllLayer_) continue;
+    shapeBeneath_ = GetRootParentShape(s);
+    break;
+  }
+  if (actionTool_ != dtBrowse) actionTool_ = dtDragging;
+  if (OnShapeSelected) OnShapeSelected(this, pressed, pressed);
+  if (pressed->OnClick) pressed->OnClick(this);
+  return true;
+}
+
+void TMyCAD::PressOnUnselected(TShiftState shift, std::int32_t x, std::int32_t y) {
+  const TPoint p = Point(x, y);
+  TMyShape* previous = working_.empty() ? nullptr : working_.front();
+  if (previous && OnShapeSelected) OnShapeSelected(this, previous, nullptr);
+  TMyShape* winner = nullptr;
+  TMyShape* fallback = nullptr;
+  for (auto it = shapes_.rbegin(); it != shapes_.rend(); ++it) {
+    TMyShape* s = it->get();
+    if (IsInWorkingShape(s) != -1 || !IsVisibleLayerByID(s->LayerId)) continue;
+    if (!operateAllLayer_ && s->LayerId != currentLayerId_) continue;
+    if (!IsClickedMeforShape(Canvas(), s, p)) continue;
+    const bool connector = IsClass(s, "TMyLineLinkLine");
+    if (connector && !s->HasParentShape() && !winner) winner = s;
+    if (!connector && !s->HasParentShape() && !fallback) fallback = s;
+  }
+  if (!winner) winner = fallback;
+  if (!winner) {
+    RemoveAllWorkingShapes();
+    Invalidate();
+    return;
+  }
+  if (shift & ssShift) {
+    AddWorkingShapes(winner);
+    if (OnShapeSelected) OnShapeSelected(this, nullptr, winner);
+    Invalidate();
+    return;
+  }
+  RemoveAllWorkingShapes();
+  AddWorkingShapes(winner);
+  currentShape_ = winner;
+  if (OnShapeSelected) OnShapeSelected(this, previous, winner);
+  if (winner->OnClick) winner->OnClick(this);
+  Repaint();
+  if (actionTool_ != dtBrowse) actionTool_ = dtDragging;
+}
+
+// ---------------------------------------------------------------------------
+// Move
+
+void TMyCAD::MouseMove(TShiftState shift, std::int32_t x, std::int32_t y) {
+  TCustomControl::MouseMove(shift, x, y);
+  if (actionTool_ == dtDrawing) MoveWhileDrawing(shift, x, y);
+  if ((actionTool_ == dtSelecting || actionTool_ == dtRotateSelecting) && !mouseIsDown_) HoverWhileSelecting(x, y);
+  UpdateLabelXY(x, y);
+  if (mouseIsDown_) MoveWithButton(shift, x, y);
+}
+
+void TMyCAD::MoveWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y) {
+  if (!currentShape_ || !mouseIsDown_ && currentShape_->GetPointsCount() == 0) return;
+  if (shapeTool_ != SpLinkLine) SnapXY(x, y);
+  TPoint p = Point(x, y);
+  if (auto* free = dynamic_cast<TMyFreeLine*>(currentShape_); free && mouseIsDown_) {
+    // A free-hand stroke keeps every point the mouse passes.
+    free->Drawing(Canvas(), currentPoint_, p);
+    free->AddPointByMouse(p);
+    currentPoint_ = p;
+    return;
+  }
+  ErasePreview();
+  DrawMakeSquareorHV(shift, currentShape_, DrawingAnchor(), p);
+  currentPoint_ = p;
+  DrawPreview();
+  UpdateLabelValue(currentShape_->GetLengthByUnit(DrawingAnchor(), currentPoint_));
+}
+
+void TMyCAD::HoverWhileSelecting(std::int32_t x, std::int32_t y) {
+  const TPoint p = Point(x, y);
+  if (mouseEffect_) {
+    for (TMyShape* s : working_) {
+      const TCursor cursor = s->GetMouseCursor(x, y);
+      SetCursor(cursor);
+      if (cursor != crCross) break;
+    }
+  }
+  TMyShape* over = nullptr;
+  for (auto it = shapes_.rbegin(); it != shapes_.rend() && !over; ++it)
+    if (!(*it)->HasParentShape() && IsVisibleLayerByID((*it)->LayerId) && IsClickedMeforShape(Canvas(), it->get(), p))
+      over = it->get();
+  ShowHintEnterLeaveShape(over, over != nullptr, p);
+}
+
+void TMyCAD::MoveWithButton(TShiftState shift, std::int32_t x, std::int32_t y) {
+  TPoint p = Point(x, y);
+  switch (actionTool_) {
+    case dtSelecting:
+    case dtRotateSelecting:
+      ToggleRubberBand();
+      currentPoint_ = p;
+      ToggleRubberBand();
+      return;
+    case dtResizing:
+      SnapXY(p.X, p.Y);
+      ResizeMakeSquareorHV(shift, currentShape_, startPoint_, p);
+      break;
+    case dtDragging:
+      if (snap_ || snapShape_) {
+        const TRect box = SelectionBoxInZoom();
+        SnapRect(Rect(box.Left + p.X - startPoint_.X, box.Top + p.Y - startPoint_.Y, box.Right + p.X - startPoint_.X,
+                      box.Bottom + p.Y - startPoint_.Y),
+                 p.X, p.Y);
+      }
+      if (lockBound_) p = ClampToBounds(p);
+      GetMousePointbyDragMode(startPoint_, p);
+      break;
+    case dtRotating:
+    case dtDraggingTextoutPoint:
+    case dtDragWhole: break;
+    default: return;
+  }
+  ErasePreview();
+  if (actionTool_ == dtResizing) FireShapePoint(OnShapeMouseResizing, currentShape_, p);
+  if (actionTool_ == dtDragging)
+    for (TMyShape* s : working_) FireShapePoint(OnShapeMouseDragging, s, p);
+  if (actionTool_ == dtRotating) FireShapePoint(OnShapeMouseRotating, currentShape_, p);
+  currentPoint_ = p;
+  DrawPreview();
+}
+
+// ---------------------------------------------------------------------------
+// XOR previews
+
+void TMyCAD::ErasePreview() {
+  if (previewShown_) TogglePreview();
+}
+
+void TMyCAD::DrawPreview() {
+  if (!previewShown_) TogglePreview();
+}
+
+// Draws the preview of the running gesture in XOR, so a second call with the
+// same state erases it.
+void TMyCAD::TogglePreview() {
+  TCanvas& canvas = Canvas();
+  SetDragResizeRotateShapeMode(canvas);
+  previewShown_ = !previewShown_;
+  switch (actionTool_) {
+    case dtDrawing:
+      if (currentShape_ && currentShape_->GetPointsCount() > 0)
+        currentShape_->Drawing(canvas, DrawingAnchor(), currentPoint_);
+      break;
+    case dtResizing: currentShape_->Sizing(canvas, startPoint_, currentPoint_); break;
+    case dtDragging:
+      if (dragTrace_)
+        for (TMyShape* s : working_) DraggingforShapes(canvas, s, startPoint_, currentPoint_);
+      break;
+    case dtRotating: {
+      const TMyPoint center = currentShape_->ZoomedValuePt(RotationCenterOf(currentShape_));
+      RotatingforShapes(canvas, currentShape_, center, GetRotatedAngle(center, startPoint_, currentPoint_));
+      break;
+    }
+    case dtDraggingTextoutPoint: {
+      const std::int32_t h = hotSize_;
+      canvas.Polygon({Point(currentPoint_.X - h, currentPoint_.Y), Point(currentPoint_.X, currentPoint_.Y - h),
+                      Point(currentPoint_.X + h, currentPoint_.Y), Point(currentPoint_.X, currentPoint_.Y + h)});
+      break;
+    }
+    case dtDragWhole:
+      for (TMyShape* s : WholeDragShapes()) DraggingforShapes(canvas, s, startPoint_, currentPoint_);
+      break;
+    default: break;
+  }
+}
+
+void TMyCAD::ToggleRubberBand() {
+  if (currentPoint_ == startPoint_) return;
+  SetSelectShapeMode();
+  Canvas().Rectangle(PtToARect(startPoint_, currentPoint_));
+}
+
+// ---------------------------------------------------------------------------
+// Release
+
+void TMyCAD::MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y) {
+  if (!mouseIsDown_) return TCustomControl::MouseUp(button, shift, x, y);
+  const TPoint p = Point(x, y);
+  ErasePreview();
+  if (ReleaseOnChild(p) || ReleaseClickThrough(p)) return TCustomControl::MouseUp(button, shift, x, y);
+  switch (actionTool_) {
+    case dtDrawing: ReleaseDrawing(button, shift, p); break;
+    case dtResizing: ReleaseResizing(shift, p); break;
+    case dtDragging: ReleaseDragging(p); break;
+    case dtDraggingTextoutPoint:
+      gestureChanged_ = true;
+      if (currentShape_) currentShape_->TextoutPoint = MyPoint(static_cast<float>(x / zoom_), static_cast<float>(y / zoom_));
+      actionTool_ = savedActionTool_;
+      Invalidate();
+      break;
+    case dtRotating: ReleaseRotating(p); break;
+    case dtPolylinePolygonPointRemoving: ReleaseNodeRemoving(); break;
+    case dtPolylinePolygonPointAdding: ReleaseNodeAdding(p); break;
+    case dtDragWhole: ReleaseDragWhole(p); break;
+    case dtSelecting:
+    case dtRotateSelecting:
+      currentPoint_ = p;
+      ReleaseRubberBand();
+      break;
+    default: break;
+  }
+  EndGesture();
+  TCustomControl::MouseUp(button, shift, x, y);
+}
+
+void TMyCAD::EndGesture() {
+  mouseIsDown_ = false;
+  SelectAllWorkingShapes();
+}
+
+bool TMyCAD::ReleaseOnChild(const TPoint& p) {
+  if (p != startPoint_ || !clickedChildShape_) return false;
+  bool accept = true;
+  if (OnChildShapeSelected) OnChildShapeSelected(this, clickedChildShape_, accept);
+  // An accepted member is selected on its own, past the root-group rule.
+  if (accept) working_ = {clickedChildShape_};
+  clickedChildShape_ = nullptr;
+  mouseIsDown_ = false;
+  actionTool_ = savedActionTool_;
+  Repaint();
+  return true;
+}
+
+bool TMyCAD::ReleaseClickThrough(const TPoint& p) {
+  if (!shapeBeneath_ || p != startPoint_) return false;
+  TMyShape* pressed = currentShape_;
+  RemoveAllWorkingShapes();
+  AddWorkingShapes(shapeBeneath_);
+  mouseIsDown_ = false;
+  actionTool_ = dtSelecting;
+  Repaint();
+  if (OnShapeSelected) OnShapeSelected(this, pressed, shapeBeneath_);
+  if (shapeBeneath_->OnClick) shapeBeneath_->OnClick(this);
+  currentShape_ = shapeBeneath_;
+  return true;
+}
+
+void TMyCAD::ReleaseDrawing(TMouseButton button, TShiftState shift, TPoint p) {
+  if (button != mbLeft || !currentShape_) return;
+  gestureChanged_ = true;
+  if (shapeTool_ != SpLinkLine) SnapXY(p.X, p.Y);
+  DrawMakeSquareorHV(shift, currentShape_, DrawingAnchor(), p);
+  // A press-drag-release draws the second point where the button comes up;
+  // a click leaves it to the next press.
+  if (p != startPoint_ && !dynamic_cast<TMyFreeLine*>(currentShape_)) currentShape_->AddPointByMouse(p);
+  currentPoint_ = p;
+  if (!currentShape_->IsDrawingFinished(button, startPoint_)) return;
+  FinishDrawnShape();
+}
+
+void TMyCAD::FinishDrawnShape() {
+  std::unique_ptr<TMyShape> shape = std::move(pendingShape_);
+  TMyShape* added = shape.get();
+  currentShape_ = nullptr;
+  added->ShapeNo = GetShapesCount();
+  added->ShapeId = nextShapeId_;
+  added->SetName("Shape" + std::to_string(added->ShapeId));
+  added->SetCaption(added->GetName());
+  added->CenterPoint = added->ComputeCenterPoint(4);
+  added->TextoutPoint = added->CenterPoint;
+  if (auto* text = dynamic_cast<TMyText*>(added)) {
+    std::string lines;
+    if (!disableTextInput_ && EditTextDialog("Text", lines)) {
+      TStringList split;
+      std::size_t from = 0;
+      for (std::size_t at; (at = lines.find('\n', from)) != std::string::npos; from = at + 1)
+        split.push_back(lines.substr(from, at - from));
+      split.push_back(lines.substr(from));
+      text->SetLines(split);
+    }
+    const TMyRect box = GetPointsLTRB(text->Points);
+    text->Points = {{box.Left, box.Top}, {box.Right, box.Top}, {box.Right, box.Bottom}, {box.Left, box.Bottom}};
+  }
+  if (!AddShape(std::move(shape), false, false)) return;
+  RemoveAllWorkingShapes();
+  AddWorkingShapes(added);
+  TPoint end = currentPoint_;
+  added->Drawed(startPoint_, end);
+  std::int32_t count = GetShapesCount();
+  TMyShape* reported = added;
+  if (OnShapeAdded) OnShapeAdded(this, reported, count);
+  PushtoUndoRedoShapeList({added}, "ACT_ADD");
+  if (returnToSelecting_) {
+    if (OnActionToolToSelecting) OnActionToolToSelecting(this);
+    actionTool_ = savedActionTool_;
+    shapeTool_ = SpSelecting;
+  }
+  Invalidate();
+}
+
+void TMyCAD::ReleaseResizing(TShiftState shift, TPoint p) {
+  gestureChanged_ = true;
+  if (shapeTool_ != SpLinkLine) SnapXY(p.X, p.Y);
+  PushtoUndoRedoShapeList({currentShape_}, "ACT_CHANGE");
+  ResizeMakeSquareorHV(shift, currentShape_, startPoint_, p);
+  SizeChangeValueforShapes(currentShape_, startPoint_, p);
+  TPoint to = p;
+  FireShapePoint(OnShapeMouseResized, currentShape_, to);
+  if (to != p && dynamic_cast<TMyRectangle*>(currentShape_)) SizeChangeValueforShapes(currentShape_, p, to);
+  ChangeLinkShapes(currentShape_);
+  FireShapePoint(OnShapeMouseResizeFinished, currentShape_, to);
+  actionTool_ = savedActionTool_;
+  Invalidate();
+}
+
+void TMyCAD::ReleaseDragging(TPoint p) {
+  gestureChanged_ = true;
+  if (lockBound_) p = ClampToBounds(p);
+  GetMousePointbyDragMode(startPoint_, p);
+  double dx = p.X - startPoint_.X, dy = p.Y - startPoint_.Y;
+  if (dx == 0 && dy == 0) {
+    actionTool_ = savedActionTool_;
+    Invalidate();
+    return;
+  }
+  if (snap_ || snapShape_) {
+    const TRect box = SelectionBoxInZoom();
+    TPoint snapped = p;
+    SnapRect(Rect(box.Left + p.X - startPoint_.X, box.Top + p.Y - startPoint_.Y, box.Right + p.X - startPoint_.X,
+                  box.Bottom + p.Y - startPoint_.Y),
+             snapped.X, snapped.Y);
+    dx = snapped.X - startPoint_.X;
+    dy = snapped.Y - startPoint_.Y;
+  }
+  PushtoUndoRedoShapeList(working_, "ACT_CHANGE");
+  for (TMyShape* s : working_) DragChangeValueDxDyforShapes(s, dx, dy);
+  for (TMyShape* s : working_) ChangeLinkShapes(s);
+  TPoint to = Point(startPoint_.X + static_cast<std::int32_t>(dx), startPoint_.Y + static_cast<std::int32_t>(dy));
+  for (TMyShape* s : working_) FireShapePoint(OnShapeMouseDragged, s, to);
+  actionTool_ = savedActionTool_;
+  Invalidate();
+}
+
+void TMyCAD::ReleaseRotating(const TPoint& p) {
+  gestureChanged_ = true;
+  PushtoUndoRedoShapeList({currentShape_}, "ACT_CHANGE");
+  const TMyPoint center = RotationCenterOf(currentShape_);
+  const double angle = GetRotatedAngle(currentShape_->ZoomedValuePt(center), startPoint_, p);
+  RotateChangeValueforShapes(currentShape_, center, angle);
+  ChangeLinkShapes(currentShape_);
+  TPoint to = p;
+  FireShapePoint(OnShapeMouseRotated, currentShape_, to);
+  actionTool_ = savedActionTool_;
+  Invalidate();
+}
+
+void TMyCAD::ReleaseNodeRemoving() {
+  if (working_.size() != 1) return;
+  TMyShape* shape = working_.front();
+  const bool polygon = dynamic_cast<TMyPolygon*>(shape) != nullptr;
+  const bool chain = !polygon && (dynamic_cast<TMyPolyLine*>(shape) || dynamic_cast<TMyBLine*>(shape));
+  if (!polygon && !chain) return;
+  const std::int32_t hot = shape->InWhichHot(startPoint_);
+  if (hot < 0) return;  // no node hit: nothing to report
+  const std::int32_t count = shape->GetPointsCount();
+  std::int32_t result = hot;
+  if (polygon && hot == count - 1) {
+    result = -7;  // the closing copy of the first point
+  } else if ((polygon && count <= 4) || (chain && count < 3)) {
+    result = -8;
+  } else {
+    PushtoUndoRedoShapeList({shape}, "ACT_CHANGE");
+    RemovePoint(hot, shape->Points);
+    if (polygon && hot == 0) shape->Points.back() = shape->Points.front();
+    shape->CenterPoint = shape->ComputeCenterPoint(4);
+  }
+  if (OnNodeDeleted) OnNodeDeleted(this, shape, result);
+  Invalidate();
+}
+
+void TMyCAD::ReleaseNodeAdding(const TPoint& p) {
+  for (TMyShape* shape : working_) {
+    std::int32_t index = -1;
+    bool hit = false;
+    if (auto* spline = dynamic_cast<TMyBLine*>(shape))
+      hit = spline->IsClickedMeBeforeWhichPoint(index, p);
+    else if (auto* chain = dynamic_cast<TMyPolyLine*>(shape))
+      hit = chain->IsClickedMeBeforeWhichPoint(index, p);
+    if (!hit || index < 0) continue;
+    PushtoUndoRedoShapeList({shape}, "ACT_CHANGE");
+    InsertAPointBeforeId(MyPoint(static_cast<float>(p.X / zoom_), static_cast<float>(p.Y / zoom_)), index,
+                         shape->Points);
+    shape->CenterPoint = shape->ComputeCenterPoint(4);
+    Invalidate();
+    TMyShape* reported = shape;
+    if (OnNodeAdded) OnNodeAdded(this, reported, index);
+  }
+}
+
+void TMyCAD::ReleaseDragWhole(TPoint p) {
+  gestureChanged_ = true;
+  GetMousePointbyDragMode(startPoint_, p);
+  const double dx = p.X - startPoint_.X, dy = p.Y - startPoint_.Y;
+  if (dx == 0 && dy == 0) {
+    Invalidate();
+    return;
+  }
+  // Panning the whole drawing is not an edit: no undo step.
+  const std::vector<TMyShape*> moved = WholeDragShapes();
+  for (TMyShape* s : moved) DragChangeValueDxDyforShapes(s, dx, dy);
+  for (TMyShape* s : moved) ChangeLinkShapes(s);
+  if (OnWholeDragged) OnWholeDragged(this);
+  Invalidate();
+}
+
+void TMyCAD::ReleaseRubberBand() {
+  for (const auto& shape : shapes_) {
+    TMyShape* s = shape.get();
+    if (s->HasParentShape() || !s->GetVisible() || !IsVisibleLayerByID(s->LayerId)) continue;
+    if (!operateAllLayer_ && s->LayerId != currentLayerId_) continue;
+    if (IsInRegion(currentPoint_, startPoint_, s)) AddWorkingShapes(s);
+  }
+  Invalidate();
+}
+
+// ---------------------------------------------------------------------------
+// Gesture helpers
+
+TMyPoint TMyCAD::RotationCenterOf(TMyShape* shape) const { return GetRootParentShape(shape)->GetCenterPoint(); }
+
+std::vector<TMyShape*> TMyCAD::WholeDragShapes() const {
+  std::vector<TMyShape*> found;
+  for (const auto& s : shapes_)
+    if (!s->HasParentShape() && (operateAllLayer_ || s->LayerId == currentLayerId_)) found.push_back(s.get());
+  return found;
+}
+
+TRect TMyCAD::SelectionBoxInZoom() const {
+  const TMyRect box = GetShapesLTRBinZoom(working_);
+  return myRecttoRect(box);
+}
+
+TPoint TMyCAD::ClampToBounds(const TPoint& p) const {
+  const TRect box = SelectionBoxInZoom();
+  const std::int32_t minX = startPoint_.X - box.Left, maxX = startPoint_.X + (Width() - box.Right);
+  const std::int32_t minY = startPoint_.Y - box.Top, maxY = startPoint_.Y + (Height() - box.Bottom);
+  return Point(std::clamp(p.X, std::min(minX, maxX), std::max(minX, maxX)),
+               std::clamp(p.Y, std::min(minY, maxY), std::max(minY, maxY)));
+}
+
+void TMyCAD::FireShapePoint(const TShapePointEvent& event, TMyShape* shape, TPoint& to) {
+  if (!event) return;
+  TPoint mapped = GetPointByMode(to);
+  event(this, shape, GetPointByMode(startPoint_), mapped);
+  to = GetPointByMode(mapped);  // the mirroring is its own inverse
+}
+
+void TMyCAD::CancelGesture() {
+  if (pendingShape_) {
+    pendingShape_.reset();
+    currentShape_ = nullptr;
+  }
+  if (mouseIsDown_ && actionTool_ != dtDrawing) actionTool_ = savedActionTool_;
+  mouseIsDown_ = false;
+  previewShown_ = false;
+  Invalidate();
+}
+
+void TMyCAD::NudgeSelection(std::int32_t dx, std::int32_t dy) {
+  if (working_.empty()) return;
+  PushtoUndoRedoShapeList(working_, "ACT_CHANGE");
+  for (TMyShape* s : working_) DragChangeValueDxDyforShapes(s, dx, dy);
+  for (TMyShape* s : working_) ChangeLinkShapes(s);
+  Invalidate();
+}
+
+// Keys a drawing canvas is expected to know: Delete, Escape, the arrows
+// (Shift for ten pixels) and Ctrl+Z.
+void TMyCAD::keyPressEvent(QKeyEvent* event) {
+  const std::int32_t step = event->modifiers() & Qt::ShiftModifier ? 10 : 1;
+  switch (event->key()) {
+    case Qt::Key_Delete: DeleteSelectedShapes(true); break;
+    case Qt::Key_Escape: CancelGesture(); break;
+    case Qt::Key_Left: NudgeSelection(-step, 0); break;
+    case Qt::Key_Right: NudgeSelection(step, 0); break;
+    case Qt::Key_Up: NudgeSelection(0, -step); break;
+    case Qt::Key_Down: NudgeSelection(0, step); break;
+    case Qt::Key_Z:
+      if (event->modifiers() & Qt::ControlModifier) {
+        PopFromUndoRedoShapeList();
+        break;
+      }
+      [[fallthrough]];
+    default: TCustomControl::keyPressEvent(event); return;
+  }
+  event->accept();
+}
+
+// ---------------------------------------------------------------------------
+// Operations the gestures use
+
+bool TMyCAD::IsClickedMeforShape(TCanvas& canvas, TMyShape* shape, const TPoint& p) {
+  return shape && shape->IsClickedMe(canvas, p);
+}
+
+void TMyCAD::DraggingforShapes(TCanvas& canvas, TMyShape* shape, const TPoint& from, const TPoint& to) {
+  if (shape && !shape->GetLocked()) shape->Draging(canvas, from, to);
+}
+
+void TMyCAD::SizeChangeValueforShapes(TMyShape* shape, const TPoint& from, const TPoint& to) {
+  if (shape && !shape->GetLocked()) shape->SizeChangeValue(PtToMyPt(from), PtToMyPt(to));
+}
+
+void TMyCAD::RotatingforShapes(TCanvas& canvas, TMyShape* shape, const TMyPoint& center, long double angle) {
+  ForShapeAndMembers(shape, [&](TMyShape& s) {
+    if (!s.GetLocked()) s.Rotating(canvas, center, angle);
+  });
+}
+
+void TMyCAD::ShowHintEnterLeaveShape(TMyShape* shape, bool entered, const TPoint& p) {
+  if (entered && shape != hoverShape_ && OnMouseEnterShape) OnMouseEnterShape(this, shape);
+  if (hoverShape_ && hoverShape_ != shape && OnMouseLeaveShape) OnMouseLeaveShape(this, hoverShape_);
+  hoverShape_ = shape;
+  if (shape && showHint_) {
+    const std::string& hint = shape->GetInfoText().empty() ? shape->GetCaption() : shape->GetInfoText();
+    QToolTip::showText(mapToGlobal(QPoint(p.X, p.Y)), QString::fromStdString(hint), this);
+  }
+}
+
+void TMyCAD::UpdateLabelXY(std::int32_t x, std::int32_t y) {
+  if (!LabelXY) return;
+  const TPoint p = GetPointByMode(Point(x, y));
+  LabelXY->setText(QString("X: %1  Y: %2").arg(p.X).arg(p.Y));
+}
+
+void TMyCAD::UpdateLabelValue(const std::string& text) {
+  if (LabelValue) LabelValue->setText(QString::fromStdString(text).trimmed());
+}
+
+void TMyCAD::Move(TMyShape* shape, float dx, float dy) {
+  if (!shape) return;
+  DragChangeValueDxDyforShapes(shape, dx * zoom_, dy * zoom_);
+  ChangeLinkShapes(shape);
+  if (OnShapeCodeDragging) OnShapeCodeDragging(this, shape, dx, dy);
+  Invalidate();
+}
+
+void TMyCAD::Rotate(TMyShape* shape, float angle) {
+  if (!shape) return;
+  RotateChangeValueforShapes(shape, RotationCenterOf(shape), angle);
+  ChangeLinkShapes(shape);
+  if (OnShapeCodeRotating) OnShapeCodeRotating(this, shape, angle);
+  Invalidate();
+}
+
+}  // namespace lumatrex

@@ -1,0 +1,239 @@
+#include <algorithm>
+#include <span>
+
+#include "canvas/tmycad.h"
+#include "shapes/connectors.h"
+
+namespace lumatrex {
+
+namespace {
+
+constexpr std::size_t kMaxShapeNameBytes = 255;
+
+// Appends Shape unless it is already there and, with Members, then its group
+// members depth first in child-list order. A shape met twice (a broken child
+// list) is taken once, which also ends the walk on a cycle.
+void AppendRecorded(const TMyCAD& cad, TMyShape* shape, bool members, std::vector<TMyShape*>& out) {
+  if (!shape || std::find(out.begin(), out.end(), shape) != out.end()) return;
+  out.push_back(shape);
+  if (members)
+    for (const std::int32_t no : shape->ChildShapes) AppendRecorded(cad, cad.GetShapeByNo(no), true, out);
+}
+
+// The shapes a step of Action records, in record order.
+std::vector<TMyShape*> ShapesToRecord(const TMyCAD& cad, const std::vector<TMyShape*>& shapes,
+                                      const std::string& action) {
+  std::vector<TMyShape*> recorded;
+  if (action == ACT_DELETE || action == ACT_CHANGE) {
+    for (auto it = shapes.rbegin(); it != shapes.rend(); ++it) AppendRecorded(cad, *it, true, recorded);
+  } else if (action == ACT_UNGROUP) {
+    // Only the members of a top-level group can be regrouped by undo.
+    for (TMyShape* s : shapes)
+      AppendRecorded(cad, s, s && s->HasChildShapes() && !s->HasParentShape(), recorded);
+  } else {
+    for (TMyShape* s : shapes) AppendRecorded(cad, s, false, recorded);
+  }
+  return recorded;
+}
+
+std::int32_t NewestStep(const std::vector<TSavedShape>& list) { return list.empty() ? -1 : list.back().UndoStep; }
+
+void DropOldestStep(std::vector<TSavedShape>& list) {
+  const std::int32_t oldest = list.front().UndoStep;
+  list.erase(list.begin(), std::find_if(list.begin(), list.end(),
+                                        [oldest](const TSavedShape& r) { return r.UndoStep != oldest; }));
+  for (TSavedShape& r : list) --r.UndoStep;
+}
+
+// Where a connector's ends are bound: shape number and link point at the
+// start and at the end. The defaults are free ends.
+struct TLinkEnds {
+  std::int32_t startNo = -1;
+  std::int32_t startPt = -1;
+  std::int32_t endNo = -1;
+  std::int32_t endPt = -1;
+};
+
+void SetEnds(TMyLinkLine& link, const TLinkEnds& ends) {
+  link.SetStartSpNo(ends.startNo);
+  link.SetStartSpPtId(ends.startPt);
+  link.SetEndSpNo(ends.endNo);
+  link.SetEndSpPtId(ends.endPt);
+}
+
+// The list positions a shape holds, taken from a live shape to survive an
+// assignment from a saved copy.
+struct TListPositions {
+  std::int32_t shapeNo = -1;
+  std::int32_t parentId = -1;
+  std::vector<std::int32_t> children;
+  std::vector<std::uint32_t> linkLines;
+  TLinkEnds ends;
+};
+
+TListPositions PositionsOf(const TMyShape& shape) {
+  TListPositions p{shape.ShapeNo, shape.ParentId, shape.ChildShapes, shape.LinkLines, {}};
+  if (const auto* link = dynamic_cast<const TMyLinkLine*>(&shape))
+    p.ends = {link->GetStartSpNo(), link->GetStartSpPtId(), link->GetEndSpNo(), link->GetEndSpPtId()};
+  return p;
+}
+
+void PutBack(TMyShape& shape, const TListPositions& p) {
+  shape.ShapeNo = p.shapeNo;
+  shape.ParentId = p.parentId;
+  shape.ChildShapes = p.children;
+  shape.LinkLines = p.linkLines;
+  if (auto* link = dynamic_cast<TMyLinkLine*>(&shape)) SetEnds(*link, p.ends);
+}
+
+// Gives Live the saved state but keeps Live's list positions. The list may
+// have been reordered since the step was taken (the z-order inverses are
+// coarse, and deleted shapes come back at the front), so saved positions can
+// point at other shapes now; the live ones are kept valid by every reorder.
+// A connector end re-bound by the step is therefore not taken back.
+void RestoreState(TMyShape& live, const TMyShape& saved) {
+  const TListPositions positions = PositionsOf(live);
+  live.Assign(saved);
+  PutBack(live, positions);
+}
+
+// Adds the deleted shapes back at the front, in Records' order. Their group
+// relations are renumbered among themselves; a parent or member that was not
+// deleted with them is not theirs any more (the live group dropped it), so
+// that relation is dropped. Connectors come back detached and no restored
+// shape lists connectors: the live shapes forgot them at the deletion.
+void RestoreDeleted(TMyCAD& cad, const std::vector<const TSavedShape*>& records) {
+  const std::int32_t front = cad.GetShapesCount();
+  auto newPosition = [&](std::int32_t old) {
+    for (std::size_t i = 0; i < records.size(); ++i)
+      if (records[i]->SavedShape->ShapeNo == old) return front + static_cast<std::int32_t>(i);
+    return -1;
+  };
+  for (const TSavedShape* record : records) {
+    std::unique_ptr<TMyShape> shape = cad.CreateShapeByName(record->SavedShape->ClassName());
+    shape->Assign(*record->SavedShape);
+    shape->SetName(record->ShapeName);
+    shape->RemapShapeNumbers(newPosition);
+    shape->LinkLines.clear();
+    if (auto* link = dynamic_cast<TMyLinkLine*>(shape.get())) SetEnds(*link, {});
+    // A shape whose layer was deleted since comes back on the current one.
+    const bool layerExists = cad.GetLayerNoById(shape->LayerId) >= 0;
+    cad.AddShape(std::move(shape), layerExists, true);
+  }
+}
+
+// Groups the former members again; the new group takes the old group's
+// name, identity and state, so that older steps still find it by its id.
+void Regroup(TMyCAD& cad, const std::vector<TMyShape*>& members, const TSavedShape* oldGroup) {
+  TMyShape* group = cad.GroupShapes(members, false);
+  if (!group || !oldGroup) return;
+  RestoreState(*group, *oldGroup->SavedShape);
+  group->SetName(oldGroup->ShapeName);
+}
+
+struct TZOrderInverse {
+  const char* action;
+  void (TMyCAD::*inverse)(TMyShape*, bool);
+};
+
+constexpr TZOrderInverse kZOrderInverses[] = {
+    {ACT_BRINGTOFRONT, &TMyCAD::SendToBack},
+    {ACT_SENDTOBACK, &TMyCAD::BringToFront},
+    {ACT_BRINGTOFRONTBYSTEP, &TMyCAD::SendToBackByStep},
+    {ACT_SENDTOBACKBYSTEP, &TMyCAD::BringToFrontByStep},
+};
+
+// The inverse of one record of an add, change, group or z-order step on the
+// live shape with the saved identity.
+void RevertOnLiveShape(TMyCAD& cad, const TSavedShape& record, TMyShape& live) {
+  const std::string& action = record.ActionName;
+  if (action == ACT_ADD) {
+    cad.DeleteShapeById(live.ShapeId, false);
+  } else if (action == ACT_CHANGE) {
+    RestoreState(live, *record.SavedShape);
+    cad.ChangeLinkShapes(&live);
+  } else if (action == ACT_GROUP) {
+    cad.UnGroupShape(&live, false);
+  } else {
+    for (const TZOrderInverse& z : kZOrderInverses)
+      if (action == z.action) (cad.*z.inverse)(&live, false);
+  }
+}
+
+// Reverts the records of one step, newest first. Deleted shapes are restored
+// and ungrouped members regrouped after the walk, each set at once.
+void RevertStep(TMyCAD& cad, std::span<const TSavedShape> step) {
+  std::vector<const TSavedShape*> deleted;
+  std::vector<TMyShape*> formerMembers;
+  const TSavedShape* oldGroup = nullptr;
+  for (auto it = step.rbegin(); it != step.rend(); ++it) {
+    const TMyShape& saved = *it->SavedShape;
+    TMyShape* live = cad.GetShapeByID(saved.ShapeId);
+    if (it->ActionName == ACT_DELETE) {
+      deleted.push_back(&*it);
+    } else if (it->ActionName == ACT_UNGROUP) {
+      if (saved.HasChildShapes() && !saved.HasParentShape()) {
+        oldGroup = &*it;
+      } else if (live && !live->HasParentShape()) {
+        // Members of nested groups are still in theirs. Inserting at the
+        // front gives the recorded child order back.
+        formerMembers.insert(formerMembers.begin(), live);
+      }
+    } else if (live) {
+      RevertOnLiveShape(cad, *it, *live);
+    }
+  }
+  if (!formerMembers.empty()) Regroup(cad, formerMembers, oldGroup);
+  if (!deleted.empty()) RestoreDeleted(cad, deleted);
+}
+
+}  // namespace
+
+void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action) {
+  if (undoRedoSize_ == 0) return;
+  std::vector<TSavedShape> records;
+  for (TMyShape* shape : ShapesToRecord(*this, shapes, action)) {
+    // Only the known kinds can be re-created by name.
+    std::unique_ptr<TMyShape> copy = CreateShapeByName(shape->ClassName());
+    if (!copy) continue;
+    copy->Assign(*shape);
+    copy->LinkLines.clear();
+    records.push_back({0, shape->GetName().substr(0, kMaxShapeNameBytes), std::move(copy), action});
+  }
+  // An empty step would only push the oldest one out.
+  if (records.empty()) return;
+  // An equality on purpose: a history that grew past a lowered size is not
+  // trimmed, it keeps growing.
+  if (NewestStep(undoList_) == undoRedoSize_ - 1) DropOldestStep(undoList_);
+  const std::int32_t step = NewestStep(undoList_) + 1;
+  for (TSavedShape& record : records) {
+    record.UndoStep = step;
+    undoList_.push_back(std::move(record));
+  }
+}
+
+std::int32_t TMyCAD::PopFromUndoRedoShapeList() {
+  if (undoRedoSize_ == 0 || undoList_.empty()) return -1;
+  RemoveAllWorkingShapes();
+  const std::int32_t step = undoList_.back().UndoStep;
+  const auto first = std::find_if(undoList_.rbegin(), undoList_.rend(),
+                                  [step](const TSavedShape& r) { return r.UndoStep != step; })
+                         .base();
+  // A bulk update keeps a restored group's pen, brush and font from being
+  // passed on to members that get their own saved values; its end repaints.
+  BeginUpdate();
+  RevertStep(*this, std::span<const TSavedShape>(first, undoList_.end()));
+  undoList_.erase(first, undoList_.end());
+  EndUpdate();
+  return step - 1;
+}
+
+void TMyCAD::ClearAllUndoStuff() { undoList_.clear(); }
+
+void TMyCAD::SetUndoRedoSize(std::uint8_t value) {
+  if (value == undoRedoSize_) return;
+  undoRedoSize_ = value;
+  if (value == 0) ClearAllUndoStuff();
+}
+
+}  // namespace lumatrex

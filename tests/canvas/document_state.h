@@ -1,0 +1,50 @@
+// The whole document of a canvas as comparable values, for tests that check
+// an edit and its undo: every shape's class, name and drawing-file record
+// bytes (identity, list positions, points, pens, user data...), in list order.
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "canvas/tmycad.h"
+#include "platform/stream.h"
+
+namespace lumatrex::test {
+
+struct TShapeState {
+  std::string className;
+  std::string name;
+  std::vector<std::uint8_t> record;
+  friend bool operator==(const TShapeState&, const TShapeState&) = default;
+  friend void PrintTo(const TShapeState& s, std::ostream* os) {
+    *os << s.className << " " << s.name << " (" << s.record.size() << " record bytes)";
+  }
+};
+
+inline std::vector<TShapeState> DocumentState(const TMyCAD& cad) {
+  std::vector<TShapeState> state;
+  for (std::int32_t i = 0; i < cad.GetShapesCount(); ++i) {
+    const TMyShape* shape = cad.GetShapeByNo(i);
+    TMemoryStream record;
+    shape->SaveToStream(record);
+    state.push_back({shape->ClassName(), shape->GetName(), record.Bytes()});
+  }
+  return state;
+}
+
+inline TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
+
+// A rectangle added by code without an undo step.
+inline TMyShape* AddBox(TMyCAD& cad, float l, float t, float r, float b) {
+  return cad.AddShapeByCode2("TMyRectangle", "", Box(l, t, r, b), 0);
+}
+
+// The number of steps in the history.
+inline std::int32_t StepCount(const TMyCAD& cad) {
+  const auto& list = cad.GetUndoRedoShapeList();
+  return list.empty() ? 0 : list.back().UndoStep + 1;
+}
+
+}  // namespace lumatrex::test

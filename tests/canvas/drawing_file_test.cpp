@@ -1,0 +1,453 @@
+// Drawing files: the writer's exact bytes, every version read field by field
+// from files built from the format tables, round trips of every class tag,
+// edges of loading, blocks, files and atomic saves, and the modified flag.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <cstring>
+
+#include "canvas/drawing_samples.h"
+
+namespace lumatrex {
+namespace {
+
+using namespace test;
+
+// ---------------------------------------------------------------------------
+// Writing
+
+TEST(TMyCADDrawingWriter, WritesTheHeaderByteForByte) {
+  TMyCAD cad;
+  cad.resize(800, 600);
+  cad.SetZoom(2);
+  cad.SetColorOfBackGround(0x123456);
+  cad.SetTheUNIT(cm);
+  cad.SetBkBitmapMode(Stretch);
+  cad.SetRatio(0.25);
+  cad.SetTag(-7);
+  cad.UserData().AddKeyandValue("k", "v");
+  cad.NewLayer("Plan", false);
+  const THeaderFields expected{.creatorText = "Lumatrex drawing",
+                               .width = 400,
+                               .height = 300,
+                               .unit = cm,
+                               .bkBitmap = {},
+                               .tag = -7,
+                               .userData = {{"k", "v"}},
+                               .layers = {{"Layer0", 0, 1}, {"Plan", 1, 0}},
+                               .currentLayer = 1};
+  EXPECT_EQ(Saved(cad), Drawing(expected, {}));
+}
+
+TEST(TMyCADDrawingWriter, StoresTheSizeAtZoomOneRoundedHalfToEvenAndLoadsItAsStored) {
+  struct TRow {
+    const char* name;
+    std::int32_t side;
+    double zoom;
+    std::int32_t stored;
+  };
+  const TRow rows[] = {{"800 at zoom 2", 800, 2, 400},
+                       {"a half rounds down to even", 801, 2, 400},
+                       {"a half rounds up to even", 803, 2, 402},
+                       {"zoom 0.5 doubles", 300, 0.5, 600}};
+  for (const TRow& row : rows) {
+    SCOPED_TRACE(row.name);
+    TMyCAD cad;
+    cad.resize(row.side, row.side);
+    cad.SetZoom(row.zoom);
+    const TBytes saved = Saved(cad);
+    std::int32_t stored[2];
+    std::memcpy(stored, saved.data() + 64 + 64 + 16 + 10 + 64 + 4, sizeof stored);  // creator to reserved, colour
+    EXPECT_EQ(stored[0], row.stored);
+    EXPECT_EQ(stored[1], row.stored);
+    // Loading sets the control to the stored size, whatever the zoom.
+    ASSERT_TRUE(Load(cad, saved));
+    EXPECT_EQ(cad.Width(), row.stored);
+    EXPECT_EQ(cad.Height(), row.stored);
+  }
+}
+
+TEST(TMyCADDrawingWriter, StoresTheLayerCountModulo256AndThatManyLayers) {
+  TMyCAD cad;
+  cad.resize(100, 50);
+  for (int i = 1; i <= 256; ++i) cad.NewLayer("L" + std::to_string(i), true);
+  const THeaderFields expected{.creatorText = "Lumatrex drawing",
+                               .background = clWhite,
+                               .width = 100,
+                               .height = 50,
+                               .unit = mm,
+                               .bkBitmap = {},
+                               .bkMode = Center,
+                               .ratio = 1,
+                               .tag = 0,
+                               .userData = {},
+                               .layers = {{"Layer0", 0, 1}},
+                               .currentLayer = 256};
+  EXPECT_EQ(Saved(cad), Drawing(expected, {}));
+}
+
+TEST(TMyCADDrawingWriter, ALayerNameOf300BytesIsStoredWithLength300And44BytesAndReadsBackAsThose) {
+  TMyCAD cad;
+  cad.SetLayerNameByID(0, std::string(300, 'n'));
+  const TBytes saved = Saved(cad);
+  TRecordBytes stored;
+  stored.i32(300).raw(std::string(44, 'n').data(), 44).i32(0);  // then the layer id
+  EXPECT_NE(std::search(saved.begin(), saved.end(), stored.bytes.begin(), stored.bytes.end()), saved.end());
+  ASSERT_TRUE(Load(cad, saved));
+  EXPECT_EQ(cad.GetLayerNameByID(0), std::string(44, 'n'));
+}
+
+// ---------------------------------------------------------------------------
+// Reading every version
+
+class TGoldenDrawing : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(TGoldenDrawing, FileHoldsExactlyWhatTheTablesSay) {
+  EXPECT_EQ(FileBytes(GoldenPath(GetParam())), GoldenDrawing(GetParam()));
+}
+
+TEST_P(TGoldenDrawing, LoadsEveryFieldTheVersionHolds) {
+  const std::string v = GetParam();
+  const auto since = [&](const char* tag) { return FileVersionAtLeast(v, tag); };
+  TMyCAD cad;
+  FillWithOldDrawing(cad);
+  cad.SetModified(true);
+  cad.PushtoUndoRedoShapeList({cad.GetShapeByNo(0)}, ACT_CHANGE);
+  cad.SelectAllShapes();
+  ASSERT_TRUE(cad.LoadFromFile(GoldenPath(v)));
+
+  EXPECT_EQ(cad.GetColorOfBackGround(), 0x123456);
+  EXPECT_EQ(cad.Width(), 640);
+  EXPECT_EQ(cad.Height(), 480);
+  EXPECT_EQ(cad.GetTheUNIT(), inch);
+  TBitmap background = cad.GetBkBitmap();
+  ASSERT_EQ(background.Width(), 2);
+  ASSERT_EQ(background.Height(), 1);
+  EXPECT_EQ(background.Canvas().GetPixel(0, 0), clRed);
+  EXPECT_EQ(background.Canvas().GetPixel(1, 0), clBlue);
+  EXPECT_EQ(cad.GetBkBitmapMode(), Stretch);
+  EXPECT_EQ(cad.GetRatio(), 0.25);
+  // Tag and user data are stored from "XP.h" on; older files leave them empty.
+  EXPECT_EQ(cad.GetTag(), since("XP.h") ? 42 : 0);
+  EXPECT_EQ(cad.UserData().Records(),
+            (since("XP.h") ? TArrUserDataRecord{{"author", "lm"}, {"k2", "v2"}} : TArrUserDataRecord{}));
+  // Visibility 2 is not 1: hidden.
+  EXPECT_EQ(cad.Layers(), (std::vector<LayerRec>{{"Layer0", 0, true}, {"Plan", 3, false}, {"Notes", 7, false}}));
+  EXPECT_EQ(cad.GetCurrentLayerId(), 3);
+
+  ASSERT_EQ(cad.GetShapesCount(), 4);
+  const std::vector<std::tuple<std::string, std::string, std::int32_t, std::int32_t>> identities = {
+      {"TMyRectangle", "Box", 5, 3},
+      {"TMyText", "Note", 9, 0},
+      {"TMyLinkLine", "Wire", 2, 7},
+      {"TMyImage", "Photo", 4, 3}};
+  for (std::int32_t no = 0; no < 4; ++no) {
+    const TMyShape& s = *cad.GetShapeByNo(no);
+    EXPECT_EQ((std::make_tuple(std::string(s.ClassName()), s.GetName(), s.ShapeId, s.LayerId)), identities[no]);
+    EXPECT_EQ(s.ShapeNo, no);
+  }
+  // "XP.2" records keep only the point count; the centre is always that of
+  // the points' box, not the stored rotation centre (0, 0).
+  const TMyShape& box = *cad.GetShapeByNo(0);
+  EXPECT_EQ(box.Points, since("XP.3") ? Box(10, 20, 110, 70) : TArrMyPoint(4));
+  EXPECT_EQ(box.CenterPoint, since("XP.3") ? MyPoint(60, 45) : MyPoint(0, 0));
+
+  const TMyText fresh(nullptr);
+  const auto& text = dynamic_cast<const TMyText&>(*cad.GetShapeByNo(1));
+  EXPECT_TRUE(text.GetIsBorder());
+  EXPECT_FALSE(text.GetIsSolid());
+  EXPECT_EQ(text.GetLines(), (since("XP.a") ? TStringList{"one", "two"} : TStringList{}));
+  EXPECT_EQ(text.GetVAlignment(), since("XP.a") ? tlCenter : fresh.GetVAlignment());
+  EXPECT_EQ(text.GetHAlignment(), since("XP.a") ? taRightJustify : fresh.GetHAlignment());
+
+  const auto& link = dynamic_cast<const TMyLinkLine&>(*cad.GetShapeByNo(2));
+  EXPECT_EQ(link.GetArrowStyle(), ADouble);
+  EXPECT_EQ((std::make_tuple(link.GetArrowAngle(), link.GetArrowLength(), link.GetArrowOffset())),
+            (std::make_tuple(30, std::uint8_t{12}, std::uint8_t{3})));
+  EXPECT_EQ((std::make_tuple(link.GetStartSpNo(), link.GetStartSpPtId(), link.GetEndSpNo(), link.GetEndSpPtId())),
+            (std::make_tuple(0, 1, 3, 2)));
+  EXPECT_EQ(link.GetLinkLineDrawStyle(), since("XP.5") ? lldsHV : TMyLinkLine(nullptr).GetLinkLineDrawStyle());
+
+  const TMyImage freshImage(nullptr);
+  const auto& image = dynamic_cast<const TMyImage&>(*cad.GetShapeByNo(3));
+  EXPECT_TRUE(image.Bitmap().Empty());
+  EXPECT_EQ(image.GetBrightness(), since("XP.9") ? 5 : freshImage.GetBrightness());
+  EXPECT_EQ(image.GetGrayScale(), since("XP.9") ? true : freshImage.GetGrayScale());
+  EXPECT_EQ(image.GetTransparentColor(), since("XP.i") ? clLime : freshImage.GetTransparentColor());
+  EXPECT_EQ(image.GetTransparentMode(), since("XP.i") ? tmFixed : freshImage.GetTransparentMode());
+
+  // Next ids follow the highest ids read.
+  EXPECT_EQ(cad.GetNextShapeId(), 10);
+  EXPECT_EQ(cad.NewLayer("next", true), 8);
+  EXPECT_FALSE(cad.GetModified());
+  EXPECT_TRUE(cad.GetUndoRedoShapeList().empty());
+  EXPECT_EQ(cad.GetSelectedShapesCount(), 0);
+  // The version steers the readers only while they read.
+  EXPECT_EQ(cad.GetDiskFileVersion(), kCurrentFileVersion);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryVersion, TGoldenDrawing, ::testing::ValuesIn(kVersions),
+                         [](const auto& info) { return "XP_" + info.param.substr(3); });
+
+// ---------------------------------------------------------------------------
+// Loading: round trips and edges
+
+TEST(TMyCADDrawingRoundTrip, SaveLoadSaveGivesTheSameBytesForEveryClassTag) {
+  TMyCAD cad;
+  BuildEveryKind(cad);
+  const TBytes first = Saved(cad);
+  TMyCAD loaded;
+  ASSERT_TRUE(Load(loaded, first));
+  std::vector<std::string> classes;
+  for (std::int32_t i = 0; i < loaded.GetShapesCount(); ++i) classes.push_back(loaded.GetShapeByNo(i)->ClassName());
+  EXPECT_EQ(classes, kClassTags);
+  EXPECT_EQ(Saved(loaded), first);
+  // The loaded shapes belong to the canvas they were loaded into.
+  for (std::int32_t i = 0; i < loaded.GetShapesCount(); ++i) EXPECT_EQ(loaded.GetShapeByNo(i)->Owner(), &loaded);
+}
+
+TEST(TMyCADDrawingLoad, ADrawingIsReadFromTheStreamsStartWhereverThePositionIs) {
+  TMyCAD source;
+  BuildEveryKind(source);
+  TMemoryStream stream(Saved(source));
+  stream.Seek(0, soEnd);
+  TMyCAD cad;
+  ASSERT_TRUE(cad.LoadFromStream(stream));
+  EXPECT_EQ(Saved(cad), stream.Bytes());
+}
+
+TEST(TMyCADDrawingLoad, OneLayerAndNoShapesGivesNextShapeIdOneAndTheLayersIdPlusOne) {
+  THeaderFields header;
+  header.layers = {{"Only", 5, 1}};
+  TMyCAD cad;
+  FillWithOldDrawing(cad);
+  ASSERT_TRUE(Load(cad, Drawing(header, {})));
+  EXPECT_EQ(cad.GetShapesCount(), 0);
+  EXPECT_EQ(cad.GetNextShapeId(), 1);
+  EXPECT_EQ(cad.NewLayer("next", true), 6);
+}
+
+TEST(TMyCADDrawingLoad, NoLayerAndNoShapesIsAnEmptyDrawing) {
+  THeaderFields header;
+  header.layers = {};
+  TMyCAD cad;
+  ASSERT_TRUE(Load(cad, Drawing(header, {})));
+  EXPECT_TRUE(cad.Layers().empty());
+  EXPECT_EQ(cad.NewLayer("first", true), 1);
+}
+
+TEST(TMyCADDrawingLoad, ShapesWithoutALayerShowTheMessageEndTheApplicationAndChangeNothing) {
+  THeaderFields header;
+  header.layers = {};
+  TMyCAD cad;
+  FillWithOldDrawing(cad);
+  const TBytes before = Saved(cad);
+  THookRecorder hooks;
+  EXPECT_FALSE(Load(cad, Drawing(header, GoldenShapes("XP.j"))));
+  EXPECT_EQ(hooks.messages, std::vector<std::string>{"Error!There is no Layer!"});
+  EXPECT_EQ(hooks.terminations, 1);
+  EXPECT_EQ(Saved(cad), before);
+}
+
+TEST(TMyCADDrawingLoad, ABitmapCountOfZeroOrLessHoldsNoBitmapAndNothingFollows) {
+  for (const std::int64_t count : {std::int64_t{0}, std::int64_t{-5}}) {
+    THeaderFields header;
+    header.bkBitmap = {};
+    header.bkBitmapSize = count;
+    TMyCAD cad;
+    cad.SetBkBitmap(SmallPicture());
+    ASSERT_TRUE(Load(cad, Drawing(header, GoldenShapes("XP.j"))));
+    EXPECT_TRUE(cad.GetBkBitmap().Empty());
+    EXPECT_EQ(cad.GetShapesCount(), 4);
+  }
+}
+
+TEST(TMyCADDrawingLoad, OnlyTheLowByteOfTheBackgroundModeCounts) {
+  THeaderFields header;
+  header.bkMode = 0x7F000003;
+  TMyCAD cad;
+  ASSERT_TRUE(Load(cad, Drawing(header, {})));
+  EXPECT_EQ(cad.GetBkBitmapMode(), LeftTop);
+}
+
+TEST(TMyCADDrawingLoad, ShapesAreMadeWithTheLoadingCanvasDefaultsForFieldsOldRecordsLack) {
+  TMyCAD cad;
+  cad.SetPenStyleJoinType(psjtMITER);
+  cad.SetRotateEnable(false);
+  THeaderFields header;
+  header.version = "XP.h";
+  ASSERT_TRUE(Load(cad, Drawing(header, GoldenShapes("XP.h"))));
+  EXPECT_EQ(cad.GetShapeByNo(0)->GetPenStyleJoinType(), psjtMITER);
+  EXPECT_FALSE(cad.GetShapeByNo(0)->GetRotateEnable());
+}
+
+// ---------------------------------------------------------------------------
+// Blocks
+
+TEST(TMyCADDrawingBlock, MergeAppendsTheShapesWithNewIdsAndReferencesOnTheCurrentLayerSelected) {
+  TMyCAD cad;
+  FillWithOldDrawing(cad);  // two shapes, layers 0 and 1 (current)
+  cad.SetModified(false);
+  const std::int32_t firstId = cad.GetNextShapeId();
+  THeaderFields header;
+  header.width = 1000;  // wider, lower
+  header.height = 100;
+  TMemoryStream stream(Drawing(header, GroupAndConnector()));
+  ASSERT_TRUE(cad.LoadFromStreamforBlock(stream, Merge));
+
+  ASSERT_EQ(cad.GetShapesCount(), 6);
+  for (std::int32_t no = 2; no < 6; ++no) {
+    const TMyShape& s = *cad.GetShapeByNo(no);
+    EXPECT_EQ(s.ShapeId, firstId + no - 2);
+    EXPECT_EQ(s.ShapeNo, no);
+    EXPECT_EQ(s.LayerId, 1);
+    EXPECT_EQ(s.Owner(), &cad);
+  }
+  EXPECT_EQ(cad.GetShapeByNo(2)->ParentId, 4);
+  EXPECT_EQ(cad.GetShapeByNo(3)->ParentId, 4);
+  EXPECT_EQ(cad.GetShapeByNo(4)->ChildShapes, (std::vector<std::int32_t>{2, 3}));
+  const auto& link = dynamic_cast<const TMyLinkLine&>(*cad.GetShapeByNo(5));
+  EXPECT_EQ((std::make_pair(link.GetStartSpNo(), link.GetEndSpNo())), (std::make_pair(2, 3)));
+  EXPECT_EQ(cad.GetNextShapeId(), firstId + 4);
+  EXPECT_EQ(cad.GetSelectedShapes(), (std::vector<TMyShape*>{cad.GetShapeByNo(4), cad.GetShapeByNo(5)}));
+  // The control only grows; the background and its placement are the
+  // block's, every other setting stays.
+  EXPECT_EQ((std::make_pair(cad.Width(), cad.Height())), (std::make_pair(1000, 240)));
+  EXPECT_EQ(cad.GetBkBitmap().Width(), 2);
+  EXPECT_EQ(cad.GetBkBitmapMode(), Stretch);
+  EXPECT_EQ(cad.GetRatio(), 0.25);
+  EXPECT_EQ(cad.GetColorOfBackGround(), clGreen);
+  EXPECT_EQ(cad.GetTag(), -1);
+  EXPECT_EQ(cad.Layers().size(), 2u);
+  EXPECT_TRUE(cad.GetModified());
+  EXPECT_TRUE(cad.GetUndoRedoShapeList().empty());
+}
+
+TEST(TMyCADDrawingBlock, ImportAddsTheExtraLayersAndMatchesLayersByPosition) {
+  TMyCAD cad;  // one layer, "Layer0"
+  cad.SetBkBitmap(SmallPicture());
+  THeaderFields header;  // layers Layer0 (0), Plan (3), Notes (7)
+  header.bkBitmap = {};
+  const auto on = [](std::int32_t layer) { return TEntry{"TMyRectangle", BaseRecord("XP.j", {.layer = layer}).bytes}; };
+  TMemoryStream stream(Drawing(header, {on(7), on(3), on(0), on(99)}));
+  ASSERT_TRUE(cad.LoadFromStreamforBlock(stream, Import));
+  EXPECT_EQ(cad.Layers(),
+            (std::vector<LayerRec>{{"Layer0", 0, true}, {"BlockPlan", 1, true}, {"BlockNotes", 2, true}}));
+  std::vector<std::int32_t> layers;
+  for (std::int32_t no = 0; no < cad.GetShapesCount(); ++no) layers.push_back(cad.GetShapeByNo(no)->LayerId);
+  // Layer 99 is not in the block: the shape goes on the current layer, the
+  // last one added.
+  EXPECT_EQ(layers, (std::vector<std::int32_t>{2, 1, 0, 2}));
+  // A block without a background clears the drawing's.
+  EXPECT_TRUE(cad.GetBkBitmap().Empty());
+}
+
+// ---------------------------------------------------------------------------
+// Files
+
+class TMyCADDrawingFile : public ::testing::Test {
+ protected:
+  std::string Path(const std::string& name) const {
+    return QDir(dir_.path()).filePath(QString::fromStdString(name)).toStdString();
+  }
+  QStringList Entries() const { return QDir(dir_.path()).entryList(QDir::Files | QDir::Hidden); }
+
+ private:
+  QTemporaryDir dir_;
+};
+
+TEST_F(TMyCADDrawingFile, SaveToFileAndLoadFromFileRoundTripAndClearModified) {
+  TMyCAD cad;
+  BuildEveryKind(cad);
+  ASSERT_TRUE(cad.GetModified());
+  ASSERT_TRUE(cad.SaveToFile(Path("a.zlt")));
+  EXPECT_FALSE(cad.GetModified());
+  EXPECT_TRUE(TMyCAD::IsZOLTFile(Path("a.zlt")));
+  TMyCAD loaded;
+  loaded.SetModified(true);
+  ASSERT_TRUE(loaded.LoadFromFile(Path("a.zlt")));
+  EXPECT_EQ(Saved(loaded), FileBytes(Path("a.zlt")));
+  EXPECT_FALSE(loaded.GetModified());
+}
+
+TEST_F(TMyCADDrawingFile, AFileThatIsNoDrawingIsRefusedWithoutTouchingTheCanvas) {
+  WriteFileBytes(Path("text.txt"), TBytes(100, 'x'));
+  WriteFileBytes(Path("short.zlt"), TBytes(63, ' '));
+  TMyCAD cad;
+  FillWithOldDrawing(cad);
+  const TBytes before = Saved(cad);
+  EXPECT_FALSE(TMyCAD::IsZOLTFile(Path("text.txt")));
+  EXPECT_FALSE(cad.LoadFromFile(Path("text.txt")));
+  EXPECT_FALSE(cad.AddBlockfromZOLTFile(Path("text.txt"), Merge));
+  EXPECT_THROW(TMyCAD::IsZOLTFile(Path("short.zlt")), EReadError);
+  EXPECT_THROW(cad.LoadFromFile(Path("short.zlt")), EReadError);
+  EXPECT_THROW(cad.LoadFromFile(Path("missing.zlt")), EFOpenError);
+  EXPECT_EQ(Saved(cad), before);
+}
+
+TEST_F(TMyCADDrawingFile, AddBlockfromZOLTFileAddsTheFilesShapes) {
+  WriteFileBytes(Path("block.zlt"), Drawing(THeaderFields{}, GroupAndConnector()));
+  TMyCAD cad;
+  ASSERT_TRUE(cad.AddBlockfromZOLTFile(Path("block.zlt"), Merge));
+  EXPECT_EQ(cad.GetShapesCount(), 4);
+}
+
+// A rectangle whose record cannot be written, as on a full disk.
+class TUnwritableShape : public TMyRectangle {
+ public:
+  using TMyRectangle::TMyRectangle;
+  void SaveToStream(TStream& stream) const override {
+    TMyRectangle::SaveToStream(stream);
+    throw EWriteError("no space left");
+  }
+};
+
+TEST_F(TMyCADDrawingFile, AFailedSaveLeavesTheExistingFileAndNoTemporaryFile) {
+  WriteFileBytes(Path("old.zlt"), GoldenDrawing("XP.j"));
+  TMyCAD cad;
+  cad.AddShape(std::make_unique<TUnwritableShape>(&cad));
+  EXPECT_THROW(cad.SaveToFile(Path("old.zlt")), EWriteError);
+  EXPECT_TRUE(cad.GetModified());
+  EXPECT_EQ(FileBytes(Path("old.zlt")), GoldenDrawing("XP.j"));
+  EXPECT_EQ(Entries(), QStringList{"old.zlt"});
+}
+
+TEST_F(TMyCADDrawingFile, WhenTheTemporaryFileCannotBeNamedTheExistingFileStays) {
+  // The temporary file's name is the target's plus a suffix: beside a name
+  // of 250 bytes it exceeds the file system's 255, whatever the permissions.
+  // Depending on the system that fails on creating the file (EFOpenError) or
+  // on naming it at the end (EWriteError).
+  const std::string name = std::string(246, 'd') + ".zlt";
+  WriteFileBytes(Path(name), GoldenDrawing("XP.j"));
+  TMyCAD cad;
+  EXPECT_THROW(cad.SaveToFile(Path(name)), EStreamError);
+  EXPECT_EQ(FileBytes(Path(name)), GoldenDrawing("XP.j"));
+  EXPECT_EQ(Entries(), QStringList{QString::fromStdString(name)});
+}
+
+// ---------------------------------------------------------------------------
+// The modified flag
+
+TEST(TMyCADModified, AddingAndDeletingSetItLoadingClearsItAndAFailedLoadKeepsIt) {
+  TMyCAD cad;
+  EXPECT_FALSE(cad.GetModified());
+  cad.AddShapeByCode2("TMyRectangle", "", Box(0, 0, 9, 9), 0);
+  EXPECT_TRUE(cad.GetModified());
+  const TBytes saved = Saved(cad);
+  EXPECT_TRUE(cad.GetModified());  // only saving to a file clears it
+  ASSERT_TRUE(Load(cad, saved));
+  EXPECT_FALSE(cad.GetModified());
+  EXPECT_TRUE(cad.DeleteShapeById(cad.GetShapeByNo(0)->ShapeId, false));
+  EXPECT_TRUE(cad.GetModified());
+  ASSERT_TRUE(Load(cad, saved));
+  cad.DeleteAllShapes();
+  EXPECT_TRUE(cad.GetModified());
+  TBytes truncated = saved;
+  truncated.pop_back();
+  EXPECT_THROW(Load(cad, truncated), EReadError);
+  EXPECT_TRUE(cad.GetModified());
+}
+
+}  // namespace
+}  // namespace lumatrex

@@ -1,0 +1,355 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "library/library_fixture.h"
+#include "platform/canvas.h"
+#include "shapes/shape_factory.h"
+
+namespace lumatrex {
+namespace {
+
+using test::Concat;
+using test::TagBytes;
+using test::TBytes;
+using test::TScratchFolder;
+
+const TBytes kTag = TagBytes("ZOLTLIBX.j");
+
+std::vector<TMyShape*> Pointers(const TCmbShape& entry) {
+  std::vector<TMyShape*> shapes;
+  for (const auto& s : entry.Shapes) shapes.push_back(s.get());
+  return shapes;
+}
+
+TLibManager Library(const TBytes& bytes) {
+  TLibManager lib;
+  lib.SetBytes(bytes);
+  return lib;
+}
+
+// Bit-exact float comparison: the library must not drift in the last bits.
+bool SameBits(const TMyPoint& a, const TMyPoint& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+// ---------------------------------------------------------------------------
+// Reading
+
+TEST(TLibManagerRead, AnEntryComesBackAtItsStoredSize) {
+  const TLibManager lib = Library(Concat({kTag, test::PumpEntry()}));
+  const std::unique_ptr<TCmbShape> pump = lib.GetCmbShape("Pump");
+  ASSERT_TRUE(pump);
+  EXPECT_EQ(pump->Name, "Pump");
+  EXPECT_EQ(pump->Width, 40);
+  EXPECT_EQ(pump->Height, 20);
+  EXPECT_EQ(pump->UserData.GetValueByKey("part"), "P-1");
+  ASSERT_EQ(pump->Shapes.size(), 2u);
+  EXPECT_STREQ(pump->Shapes[0]->ClassName(), "TMyRectangle");
+  EXPECT_EQ(pump->Shapes[0]->Points, (TArrMyPoint{{0, 0}, {40, 20}}));
+  EXPECT_EQ(pump->Shapes[0]->CenterPoint, (TMyPoint{20, 10}));
+  EXPECT_STREQ(pump->Shapes[1]->ClassName(), "TMyLinkPoint");
+  EXPECT_EQ(pump->Shapes[1]->Points, (TArrMyPoint{{100, 200}}));
+  EXPECT_EQ(pump->Shapes[1]->Owner(), pump.get());
+}
+
+TEST(TLibManagerRead, APlacementMovesAndScalesAllButLinkPoints) {
+  const TLibManager lib = Library(Concat({kTag, test::PumpEntry()}));
+  const std::unique_ptr<TCmbShape> pump = lib.GetCmbShape("Pump", {.Left = 10, .Top = 5, .Width = 4, .Height = 2});
+  ASSERT_TRUE(pump);
+  EXPECT_EQ(pump->Shapes[0]->Points, (TArrMyPoint{{10, 5}, {14, 7}}));
+  EXPECT_EQ(pump->Shapes[0]->CenterPoint, (TMyPoint{12, 6}));
+  EXPECT_EQ(pump->Shapes[1]->Points, (TArrMyPoint{{100, 200}}));
+}
+
+TEST(TLibManagerRead, TheWalkFindsEveryEntryInOrder) {
+  const TBytes a = test::BoxEntry("A"), b = test::BoxEntry("B");
+  const TLibManager lib = Library(Concat({kTag, a, b}));
+  EXPECT_EQ(lib.GetcmbShapesCount(), 2);
+  EXPECT_EQ(lib.GetCmbShapesNameByID(0), "A");
+  EXPECT_EQ(lib.GetCmbShapesNameByID(1), "B");
+  EXPECT_EQ(lib.GetCmbShapesNameByID(2), "");
+  EXPECT_EQ(lib.GetCmbShapesNameByID(-1), "");
+  std::int64_t position = 0, size = 0;
+  ASSERT_TRUE(lib.GetExistShape("B", position, size));
+  EXPECT_EQ(position, static_cast<std::int64_t>(kTag.size() + a.size()));
+  EXPECT_EQ(size, static_cast<std::int64_t>(b.size()));
+  EXPECT_FALSE(lib.GetExistShape("b", position, size));  // names compare exactly
+  EXPECT_EQ(lib.GetCmbShape("C"), nullptr);
+}
+
+TEST(TLibManagerRead, EmptyAndTagOnlyLibrariesHaveNoEntries) {
+  EXPECT_EQ(Library({}).GetcmbShapesCount(), 0);
+  EXPECT_EQ(Library(kTag).GetcmbShapesCount(), 0);
+  EXPECT_EQ(Library(TagBytes("ZOLT")).GetcmbShapesCount(), 0);
+}
+
+TEST(TLibManagerRead, OlderTagsReadTheirOwnLayoutWithoutUserData) {
+  // ".3" libraries hold "XP.4" records: 80-bit coordinates and legacy bytes.
+  const TBytes entry =
+      test::EntryBytes("Old", 8, 4, nullptr,
+                       {test::ShapeBytes("XP.4", test::Shape("TMyRectangle", "R", 0, {{0, 0}, {1, 1}}, {0.5f, 0.5f}))});
+  const TLibManager lib = Library(Concat({TagBytes("ZOLTLIBX.3"), entry}));
+  const std::unique_ptr<TCmbShape> old = lib.GetCmbShape("Old");
+  ASSERT_TRUE(old);
+  EXPECT_EQ(old->Shapes[0]->Points, (TArrMyPoint{{0, 0}, {8, 4}}));
+  EXPECT_EQ(old->UserData.GetCount(), 0);
+}
+
+TEST(TLibManagerRead, TheReadersForOlderTagsReadTheirLayoutWhateverTheLibraryTag) {
+  using TReader = std::unique_ptr<TCmbShape> (TLibManager::*)(const std::string&, const TCmbShapePlacement&) const;
+  const std::vector<std::pair<TReader, const char*>> rows = {
+      {&TLibManager::GetCmbShapeforX8, "XP.8"}, {&TLibManager::GetCmbShapeforX9, "XP.9"},
+      {&TLibManager::GetCmbShapeforXA, "XP.a"}, {&TLibManager::GetCmbShapeforXE, "XP.e"},
+      {&TLibManager::GetCmbShapeforXH, "XP.h"}, {&TLibManager::GetCmbShapeforXI, "XP.i"},
+  };
+  for (const auto& [reader, version] : rows) {
+    const TBytes entry = test::EntryBytes(
+        "E", 2, 2, nullptr, {test::ShapeBytes(version, test::Shape("TMyRectangle", "R", 0, {{0, 0}, {1, 1}}, {}))});
+    const TLibManager lib = Library(Concat({kTag, entry}));
+    EXPECT_THROW(lib.GetCmbShape("E"), EReadError) << version;  // as ".j" it lacks the user data section
+    const std::unique_ptr<TCmbShape> read = (lib.*reader)("E", {});
+    ASSERT_TRUE(read) << version;
+    EXPECT_EQ(read->Shapes[0]->Points, (TArrMyPoint{{0, 0}, {2, 2}})) << version;
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Writing
+
+TEST(TLibManagerWrite, ShapesReadBackAndAppendedGiveTheHandWrittenBytes) {
+  const TLibManager source = Library(Concat({kTag, test::PumpEntry()}));
+  // Anywhere on the drawing: the entry stores the offsets from its box.
+  const std::unique_ptr<TCmbShape> pump = source.GetCmbShape("Pump", {.Left = 33, .Top = 7});
+  TLibManager target;
+  ASSERT_TRUE(target.AppendNewShape("Pump", Pointers(*pump), pump->UserData, pump->Width, pump->Height));
+  EXPECT_EQ(target.Bytes(), source.Bytes());
+}
+
+TEST(TLibManagerWrite, UnitCoordinatesFollowTheRoundedBoxOfAllButLinkPoints) {
+  struct Row {
+    const char* edge;
+    TArrMyPoint points;
+    TMyPoint centre;
+    bool withLinkPoint;
+    TArrMyPoint storedPoints;
+    TMyPoint storedCentre;
+  };
+  const std::vector<Row> rows = {
+      {"box 40 x 20 at (10, 10)", {{10, 10}, {50, 30}}, {30, 20}, false, {{0, 0}, {1, 1}}, {0.5f, 0.5f}},
+      {"flat entry: height 0 is stored as 1, y offsets from the top",
+       {{5, 7}, {25, 7}},
+       {15, 9},
+       false,
+       {{0, 0}, {1, 0}},
+       {0.5f, 2}},
+      {"a single point: both sizes 1", {{3, 4}}, {3, 4}, false, {{0, 0}}, {0, 0}},
+      {"a link point far away does not widen the box",
+       {{10, 10}, {50, 30}},
+       {30, 20},
+       true,
+       {{0, 0}, {1, 1}},
+       {0.5f, 0.5f}},
+      {"width 2.5 rounds half to even: 2", {{0, 0}, {2.5f, 1}}, {0, 0}, false, {{0, 0}, {1.25f, 1}}, {0, 0}},
+      {"width 3.5 rounds half to even: 4", {{0, 0}, {3.5f, 1}}, {0, 0}, false, {{0, 0}, {0.875f, 1}}, {0, 0}},
+  };
+  for (const Row& row : rows) {
+    TCmbShape drawing("XP.j", nullptr);
+    std::vector<TMyShape*> shapes;
+    for (const char* kind : {"TMyRectangle", "TMyLinkPoint"}) {
+      if (kind == std::string("TMyLinkPoint") && !row.withLinkPoint) continue;
+      drawing.Shapes.push_back(CreateShapeByClassName(kind, &drawing));
+      shapes.push_back(drawing.Shapes.back().get());
+    }
+    shapes[0]->Points = row.points;
+    shapes[0]->CenterPoint = row.centre;
+    if (row.withLinkPoint) shapes[1]->Points = {{900, -900}};
+    TLibManager lib;
+    ASSERT_TRUE(lib.AppendNewShape("E", shapes, {}, 0, 0)) << row.edge;
+    const std::unique_ptr<TCmbShape> stored = lib.GetCmbShape("E", kAsStored);
+    EXPECT_EQ(stored->Shapes[0]->Points, row.storedPoints) << row.edge;
+    EXPECT_EQ(stored->Shapes[0]->CenterPoint, row.storedCentre) << row.edge;
+    if (row.withLinkPoint) {
+      EXPECT_EQ(stored->Shapes[1]->Points, (TArrMyPoint{{900, -900}})) << row.edge;
+    }
+  }
+}
+
+TEST(TLibManagerWrite, TheCallersShapesKeepTheirExactCoordinates) {
+  TCmbShape drawing("XP.j", nullptr);
+  drawing.Shapes.push_back(CreateShapeByClassName("TMyPolygon", &drawing));
+  TMyShape& shape = *drawing.Shapes[0];
+  shape.Points = {{0.1f, 0.7f}, {13.3f, 2.9f}, {7.7f, 11.1f}};  // unit round trips would move these
+  shape.LinkPoints = {{0.3f, 0.3f}};
+  shape.CenterPoint = {6.6f, 5.5f};
+  const TArrMyPoint points = shape.Points;
+  TLibManager lib;
+  ASSERT_TRUE(lib.AppendNewShape("P", {&shape}, {}, 13, 10));
+  for (std::size_t i = 0; i < points.size(); ++i) EXPECT_TRUE(SameBits(shape.Points[i], points[i])) << i;
+  EXPECT_TRUE(SameBits(shape.LinkPoints[0], {0.3f, 0.3f}));
+  EXPECT_TRUE(SameBits(shape.CenterPoint, {6.6f, 5.5f}));
+}
+
+TEST(TLibManagerWrite, AppendingToAnEmptyLibraryWritesTheTagFirst) {
+  const TLibManager source = Library(Concat({kTag, test::BoxEntry("A")}));
+  const std::unique_ptr<TCmbShape> a = source.GetCmbShape("A");
+  TLibManager lib;
+  ASSERT_TRUE(lib.AppendNewShape("A", Pointers(*a), {}, 10, 10));
+  EXPECT_EQ(lib.Bytes(), source.Bytes());
+  EXPECT_EQ(lib.GetLibTag(), "ZOLTLIBX.j");
+}
+
+// ---------------------------------------------------------------------------
+// Edits keep every other entry byte for byte
+
+class TLibManagerEdit : public ::testing::Test {
+ protected:
+  const TBytes a = test::BoxEntry("A");
+  const TBytes b = test::BoxEntry("B");
+  const TBytes c = test::BoxEntry("C");
+  const TBytes n = test::BoxEntry("N");
+  TLibManager lib = Library(Concat({kTag, a, b, c}));
+
+  // N's shapes, to be written by the library.
+  std::unique_ptr<TCmbShape> NewShapes() const { return Library(Concat({kTag, n})).GetCmbShape("N"); }
+  // Entry bytes with the name replaced.
+  static TBytes Renamed(const TBytes& entry, const std::string& name) {
+    const std::size_t oldName = 1 + entry[0];
+    test::TRecordBytes renamed;
+    renamed.u8(static_cast<std::uint8_t>(name.size())).raw(name.data(), name.size());
+    return renamed.raw(entry.data() + oldName, entry.size() - oldName).bytes;
+  }
+};
+
+TEST_F(TLibManagerEdit, DeleteCutsOutOneEntry) {
+  ASSERT_TRUE(lib.DeleteShape("B"));
+  EXPECT_EQ(lib.Bytes(), Concat({kTag, a, c}));
+  ASSERT_TRUE(lib.DeleteShape("A"));
+  ASSERT_TRUE(lib.DeleteShape("C"));
+  EXPECT_EQ(lib.Bytes(), kTag);
+}
+
+TEST_F(TLibManagerEdit, RenameChangesOnlyTheName) {
+  ASSERT_TRUE(lib.RenameCmbShapeName("B", "Bee"));
+  EXPECT_EQ(lib.Bytes(), Concat({kTag, a, Renamed(b, "Bee"), c}));
+  ASSERT_TRUE(lib.RenameCmbShapeName("Bee", "Bee"));
+  EXPECT_EQ(lib.Bytes(), Concat({kTag, a, Renamed(b, "Bee"), c}));
+}
+
+TEST_F(TLibManagerEdit, MovePutsAnEntryBeforeAnother) {
+  ASSERT_TRUE(lib.MoveCmbShapeBeforeByName("C", "A"));
+  EXPECT_EQ(lib.Bytes(), Concat({kTag, c, a, b}));
+  ASSERT_TRUE(lib.MoveCmbShapeBeforeByName("C", "B"));
+  EXPECT_EQ(lib.Bytes(), Concat({kTag, a, c, b}));
+}
+
+TEST_F(TLibManagerEdit, InsertAndReplaceWriteInPlace) {
+  const std::unique_ptr<TCmbShape> shapes = NewShapes();
+  std::int64_t position = 0, size = 0;
+  ASSERT_TRUE(lib.GetExistShape("B", position, size));
+  ASSERT_TRUE(lib.InsertNewShape(position, "N", Pointers(*shapes), {}, 10, 10));
+  EXPECT_EQ(lib.Bytes(), Concat({kTag, a, n, b, c}));
+  ASSERT_TRUE(lib.RepalceExistShape("B", Pointers(*shapes), {}, 10, 10));
+  EXPECT_EQ(lib.Bytes(), Concat({kTag, a, n, Renamed(n, "B"), c}));
+  ASSERT_TRUE(lib.AppendNewShape("Z", Pointers(*shapes), {}, 10, 10));
+  EXPECT_EQ(lib.Bytes(), Concat({kTag, a, n, Renamed(n, "B"), c, Renamed(n, "Z")}));
+}
+
+TEST_F(TLibManagerEdit, RefusedEditsChangeNothing) {
+  const std::unique_ptr<TCmbShape> shapes = NewShapes();
+  const std::vector<TMyShape*> s = Pointers(*shapes);
+  const std::vector<std::pair<const char*, std::function<bool()>>> rows = {
+      {"append a taken name", [&] { return lib.AppendNewShape("A", s, {}, 1, 1); }},
+      {"append an empty name", [&] { return lib.AppendNewShape("", s, {}, 1, 1); }},
+      {"append a 256-byte name", [&] { return lib.AppendNewShape(std::string(256, 'x'), s, {}, 1, 1); }},
+      {"insert inside an entry", [&] { return lib.InsertNewShape(11, "X", s, {}, 1, 1); }},
+      {"insert into the tag", [&] { return lib.InsertNewShape(0, "X", s, {}, 1, 1); }},
+      {"insert past the end", [&] { return lib.InsertNewShape(100000, "X", s, {}, 1, 1); }},
+      {"delete an unknown name", [&] { return lib.DeleteShape("X"); }},
+      {"replace an unknown name", [&] { return lib.RepalceExistShape("X", s, {}, 1, 1); }},
+      {"rename an unknown name", [&] { return lib.RenameCmbShapeName("X", "Y"); }},
+      {"rename onto a taken name", [&] { return lib.RenameCmbShapeName("A", "B"); }},
+      {"rename to an empty name", [&] { return lib.RenameCmbShapeName("A", ""); }},
+      {"move before itself", [&] { return lib.MoveCmbShapeBeforeByName("A", "A"); }},
+      {"move an unknown name", [&] { return lib.MoveCmbShapeBeforeByName("X", "A"); }},
+      {"move before an unknown name", [&] { return lib.MoveCmbShapeBeforeByName("A", "X"); }},
+  };
+  const TBytes before = lib.Bytes();
+  for (const auto& [edge, edit] : rows) {
+    EXPECT_FALSE(edit()) << edge;
+    EXPECT_EQ(lib.Bytes(), before) << edge;
+  }
+}
+
+// ---------------------------------------------------------------------------
+// The tag and the file
+
+TEST(TLibManagerFile, ReplacingTheTagKeepsTheRest) {
+  const std::vector<std::tuple<const char*, TBytes, TBytes>> rows = {
+      {"empty stream: just the tag", {}, kTag},
+      {"shorter than a tag: replaced whole", TagBytes("ZOLT"), kTag},
+      {"older tag: entries stay", Concat({TagBytes("ZOLTLIBX.9"), {1, 2, 3}}), Concat({kTag, {1, 2, 3}})},
+  };
+  for (const auto& [edge, bytes, expected] : rows) {
+    TLibManager lib = Library(bytes);
+    lib.ReplaceoldTagwithNewTag();
+    EXPECT_EQ(lib.Bytes(), expected) << edge;
+  }
+}
+
+TEST(TLibManagerFile, SavingAnOlderLibraryRewritesOnlyTheTag) {
+  TScratchFolder folder;
+  const TBytes entry = test::EntryBytes("Old", 1, 1, nullptr,
+                                        {test::ShapeBytes("XP.9", test::Shape("TMyRectangle", "R", 0, {{0, 0}}, {}))});
+  TLibManager lib;
+  lib.LoadFromFile(folder.Write("old.lib", Concat({TagBytes("ZOLTLIBX.9"), entry})));
+  EXPECT_EQ(lib.GetLibFileName(), folder.File("old.lib"));
+  lib.SaveToFile(folder.File("saved.lib"));
+  EXPECT_EQ(folder.Read("saved.lib"), Concat({kTag, entry}));
+}
+
+TEST(TLibManagerFile, SaveReplacesTheFileAndLeavesNoTemporary) {
+  TScratchFolder folder;
+  const std::string file = folder.Write("shapes.lib", TagBytes("previous!!"));
+  TLibManager lib = Library(Concat({kTag, test::BoxEntry("A")}));
+  lib.SaveToFile(file);
+  EXPECT_EQ(folder.Read("shapes.lib"), lib.Bytes());
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.File("")), {}), 1);
+}
+
+TEST(TLibManagerFile, AFailedSaveLeavesTheOldFileWhole) {
+  TScratchFolder folder;
+  const std::string file = folder.Write("shapes.lib", TagBytes("previous!!"));
+  std::filesystem::create_directory(file + ".lumatrex-save");  // the temporary cannot be created
+  TLibManager lib = Library(Concat({kTag, test::BoxEntry("A")}));
+  EXPECT_THROW(lib.SaveToFile(file), EFOpenError);
+  EXPECT_EQ(folder.Read("shapes.lib"), TagBytes("previous!!"));
+}
+
+// ---------------------------------------------------------------------------
+// Preview
+
+TEST(TLibManagerPreview, TheEntryIsFittedAndCentredOnWhite) {
+  const TLibManager lib = Library(Concat({kTag, test::BoxEntry("A")}));  // a black 10 x 10 square
+  TBitmap preview = lib.GetCmbShapeImage("A", 40, 20);
+  ASSERT_EQ(preview.Width(), 40);
+  ASSERT_EQ(preview.Height(), 20);
+  // 12 x 12 (the height less the margins) from (14, 4).
+  EXPECT_EQ(preview.Canvas().GetPixel(20, 10), clBlack);
+  EXPECT_EQ(preview.Canvas().GetPixel(15, 5), clBlack);
+  EXPECT_EQ(preview.Canvas().GetPixel(12, 10), clWhite);
+  EXPECT_EQ(preview.Canvas().GetPixel(28, 10), clWhite);
+  EXPECT_EQ(preview.Canvas().GetPixel(20, 2), clWhite);
+}
+
+TEST(TLibManagerPreview, NoEntryOrNoSizeGivesAnEmptyBitmap) {
+  const TLibManager lib = Library(Concat({kTag, test::BoxEntry("A")}));
+  EXPECT_TRUE(lib.GetCmbShapeImage("B", 40, 20).Empty());
+  EXPECT_TRUE(lib.GetCmbShapeImage("A", 0, 20).Empty());
+  EXPECT_TRUE(lib.GetCmbShapeImage("A", 40, -1).Empty());
+}
+
+}  // namespace
+}  // namespace lumatrex
