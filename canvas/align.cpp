@@ -32,6 +32,7 @@ void AlignSelection(TMyCAD& cad, const TAlignRule& rule) {
   const std::vector<TMyShape*> shapes = cad.GetSelectedShapes();
   if (shapes.size() == 1) return;
   cad.PushtoUndoRedoShapeList(shapes, ACT_CHANGE);
+  cad.SetModified(true);
   const long double target = rule.line(cad.GetShapesLTRB(shapes));
   for (TMyShape* shape : shapes) {
     // The move takes device pixels and divides them by the zoom, so the model
@@ -73,6 +74,7 @@ void TMyCAD::ResizeToAverage(bool horizontal) {
   const std::vector<TMyShape*> shapes = working_;
   if (shapes.size() == 1) return;
   PushtoUndoRedoShapeList(shapes, ACT_CHANGE);
+  SetModified(true);
   std::vector<TMyShape*> sized;
   long double total = 0;
   for (TMyShape* shape : shapes)

@@ -27,8 +27,10 @@ constexpr std::size_t kReservedSize = 64;
 constexpr std::size_t kClassTagSize = 16;
 // Layer counts are a byte everywhere else, so a file never holds more.
 constexpr std::int32_t kMaxLayers = 255;
-// The control's screen and back buffer take the stored size: sides up to
-// 16384 keep them within the largest bitmap the platform makes (2^28 pixels).
+// The control takes the stored size, and its screen and back buffer are
+// bitmaps of that size: sides up to 16384 keep them within the largest bitmap
+// the platform makes (2^28 pixels). A larger control (one saved at a small
+// zoom) is loaded at that limit rather than refused.
 constexpr std::int32_t kMaxControlSide = 16384;
 // A layer record is at least an empty name (4 bytes), an id and a flag.
 constexpr std::int64_t kMinLayerBytes = 12;
@@ -60,12 +62,7 @@ void MoveIntoDrawing(TMyShape& shape, std::int32_t no, std::int32_t count, std::
 std::int32_t SideAtZoomOne(std::int32_t side, double zoom) { return Round(static_cast<long double>(side) / zoom); }
 
 std::int32_t ReadControlSide(TStream& stream, const char* what) {
-  const std::int64_t offset = stream.Position();
-  const auto side = ReadValue<std::int32_t>(stream, what);
-  if (side < 0 || side > kMaxControlSide)
-    throw EStreamFormatError(
-        offset, std::string(what) + " " + std::to_string(side) + " is outside 0 to " + std::to_string(kMaxControlSide));
-  return side;
+  return std::clamp(ReadValue<std::int32_t>(stream, what), 0, kMaxControlSide);
 }
 
 void WriteUserData(TStream& stream, const TUserData& data) {
@@ -304,6 +301,8 @@ void TMyCAD::TakeDrawing(TMyCAD& loaded) {
   shapes_ = std::move(loaded.shapes_);
   for (const auto& shape : shapes_) shape->SetOwner(this);
   nextShapeId_ = loaded.nextShapeId_;
+  // The drawing keeps the tag it was read with until it is saved again.
+  diskFileVersion_ = loaded.diskFileVersion_;
   ClearAllUndoStuff();
   modified_ = false;
   Invalidate();

@@ -379,6 +379,8 @@ void TMyCAD::MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std
 
 void TMyCAD::EndGesture() {
   mouseIsDown_ = false;
+  if (gestureChanged_) SetModified(true);
+  gestureChanged_ = false;
   SelectAllWorkingShapes();
 }
 
@@ -632,6 +634,7 @@ void TMyCAD::CancelGesture() {
 
 void TMyCAD::NudgeSelection(std::int32_t dx, std::int32_t dy) {
   if (working_.empty()) return;
+  SetModified(true);
   PushtoUndoRedoShapeList(working_, "ACT_CHANGE");
   for (TMyShape* s : working_) DragChangeValueDxDyforShapes(s, dx, dy);
   for (TMyShape* s : working_) ChangeLinkShapes(s);

@@ -593,7 +593,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // stored modulo 256, followed by that many layers. Returns true.
   bool SaveToStream(TStream& stream) const;
   // Replaces the drawing by the one at the start of Stream: settings, control
-  // size (as stored), user data, layers, current layer and shapes, each
+  // size (as stored, each side clamped to 0..16384, the largest the back
+  // buffer may be), user data, layers, current layer and shapes, each
   // shape's centre set to the centre of its points' box. The next shape
   // (layer) id becomes the highest id read + 1, and 1 when none is above 0.
   // Empties the selection and the undo history, clears Modified, repaints.
@@ -633,8 +634,9 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // id grows by one. Without layers: as AddShape (message, terminate, false).
   bool AddShapeforLoadfromStream(std::int32_t position, std::unique_ptr<TMyShape> shape, bool loading);
   // Whether the drawing changed since it was created, loaded or saved. Set by
-  // AddShape, DeleteShapeById, DeleteAllShapes and block loads; other edits
-  // report themselves through SetModified.
+  // AddShape, DeleteShapeById, DeleteAllShapes, block loads, every mouse
+  // gesture that changed the drawing, key nudges, alignment and undo; a host
+  // that edits shapes directly reports it through SetModified.
   bool GetModified() const { return modified_; }
   void SetModified(bool value) { modified_ = value; }
 

@@ -224,6 +224,7 @@ std::int32_t TMyCAD::PopFromUndoRedoShapeList() {
   BeginUpdate();
   RevertStep(*this, std::span<const TSavedShape>(first, undoList_.end()));
   undoList_.erase(first, undoList_.end());
+  SetModified(true);
   EndUpdate();
   return step - 1;
 }

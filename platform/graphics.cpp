@@ -1,6 +1,8 @@
 #include "platform/graphics.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "platform/bitmap.h"
 #include "platform/screen.h"
@@ -113,7 +115,11 @@ std::int32_t TFont::Size() const {
 }
 
 void TFont::SetSize(std::int32_t value) {
-  height_ = -static_cast<std::int32_t>(std::lround(value * static_cast<double>(pixelsPerInch_) / 72.0));
+  // Worked out in 64 bits and clamped: a size near the int32 limits (a font
+  // read from a damaged file) has a height beyond them.
+  const long long height = -std::llround(value * static_cast<double>(pixelsPerInch_) / 72.0);
+  height_ = static_cast<std::int32_t>(std::clamp<long long>(height, std::numeric_limits<std::int32_t>::min(),
+                                                            std::numeric_limits<std::int32_t>::max()));
   Changed();
 }
 

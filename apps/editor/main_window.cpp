@@ -3,7 +3,10 @@
 #include <QActionGroup>
 #include <QColorDialog>
 #include <QDockWidget>
+#include <QFileDialog>
 #include <QFontDialog>
+#include <QInputDialog>
+#include <QMessageBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMenuBar>
@@ -16,6 +19,7 @@
 
 #include "canvas/tmycad.h"
 #include "layers_panel.h"
+#include "library/lib_manager.h"
 #include "platform/qt_interop.h"
 #include "platform/screen.h"
 #include "ruler/ruler.h"
@@ -197,7 +201,76 @@ void TMainWindow::BuildToolBars() {
   connect(snapShape, &QAction::toggled, this, [this](bool on) { cad_->SetSnapShape(on); });
 }
 
+void TMainWindow::BuildFileMenu() {
+  QMenu* file = menuBar()->addMenu(tr("&File"));
+  file->addAction(tr("&Open..."), QKeySequence::Open, this, &TMainWindow::OpenDrawing);
+  file->addAction(tr("&Save"), QKeySequence::Save, this, &TMainWindow::SaveDrawing);
+  file->addAction(tr("Save &as..."), QKeySequence::SaveAs, this, &TMainWindow::SaveDrawingAs);
+  file->addSeparator();
+  file->addAction(tr("&Place from library..."), this, &TMainWindow::PlaceFromLibrary);
+  file->addAction(tr("&Export image..."), this, [this] {
+    const QString name = QFileDialog::getSaveFileName(this, tr("Export image"), QString(), tr("Images (*.png *.jpg *.bmp)"));
+    if (!name.isEmpty() && !cad_->SaveToImageFile(name.toStdString()))
+      QMessageBox::warning(this, tr("Export image"), tr("The image could not be written."));
+  });
+  file->addSeparator();
+  file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+}
+
+bool TMainWindow::ReportErrors(const std::function<void()>& work) {
+  try {
+    work();
+    return true;
+  } catch (const std::exception& e) {
+    QMessageBox::warning(this, windowTitle(), QString::fromUtf8(e.what()));
+    return false;
+  }
+}
+
+void TMainWindow::OpenDrawing() {
+  const QString name = QFileDialog::getOpenFileName(this, tr("Open drawing"), QString(), tr("Drawings (*.lmx);;All files (*)"));
+  if (name.isEmpty()) return;
+  bool loaded = false;
+  if (!ReportErrors([&] { loaded = cad_->LoadFromFile(name.toStdString()); })) return;
+  if (!loaded) {
+    QMessageBox::warning(this, tr("Open drawing"), tr("%1 is not a drawing file.").arg(name));
+    return;
+  }
+  fileName_ = name;
+  FitCanvasToPage();
+  DocumentChanged();
+}
+
+bool TMainWindow::SaveDrawing() {
+  if (fileName_.isEmpty()) return SaveDrawingAs();
+  return ReportErrors([this] { cad_->SaveToFile(fileName_.toStdString()); });
+}
+
+bool TMainWindow::SaveDrawingAs() {
+  const QString name = QFileDialog::getSaveFileName(this, tr("Save drawing"), fileName_, tr("Drawings (*.lmx)"));
+  if (name.isEmpty()) return false;
+  fileName_ = name;
+  return SaveDrawing();
+}
+
+void TMainWindow::PlaceFromLibrary() {
+  const QString name = QFileDialog::getOpenFileName(this, tr("Shape library"), QString(), tr("Libraries (*.lml);;All files (*)"));
+  if (name.isEmpty()) return;
+  TLibManager library;
+  if (!ReportErrors([&] { library.LoadFromFile(name.toStdString()); })) return;
+  QStringList entries;
+  for (std::int32_t i = 0; i < library.GetcmbShapesCount(); ++i)
+    entries << QString::fromStdString(library.GetCmbShapesNameByID(i));
+  if (entries.isEmpty()) return;
+  bool ok = false;
+  const QString entry = QInputDialog::getItem(this, tr("Place from library"), tr("Shape:"), entries, 0, false, &ok);
+  if (!ok) return;
+  ReportErrors([&] { cad_->AddUserDefineShapefromLib(library, entry.toStdString()); });
+  DocumentChanged();
+}
+
 void TMainWindow::BuildMenus() {
+  BuildFileMenu();
   QMenu* edit = menuBar()->addMenu(tr("&Edit"));
   edit->addAction(tr("&Undo"), QKeySequence::Undo, this, [this] {
     cad_->PopFromUndoRedoShapeList();

@@ -5,6 +5,8 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QString>
+#include <functional>
 
 class QLabel;
 class QScrollArea;
@@ -34,6 +36,13 @@ class TMainWindow : public QMainWindow {
   void DocumentChanged();
 
  private:
+  void BuildFileMenu();
+  void OpenDrawing();
+  bool SaveDrawing();
+  bool SaveDrawingAs();
+  void PlaceFromLibrary();
+  // Runs File work, turning a file error into a message box; false on error.
+  bool ReportErrors(const std::function<void()>& work);
   void BuildToolBars();
   void BuildMenus();
   void BuildDocks();
@@ -54,6 +63,7 @@ class TMainWindow : public QMainWindow {
   QActionGroup* tools_;
   QLabel* position_;
   QLabel* value_;
+  QString fileName_;
 };
 
 }  // namespace lumatrex::editor

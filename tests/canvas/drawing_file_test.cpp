@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <cstring>
+#include <limits>
 
 #include "canvas/drawing_samples.h"
 
@@ -183,8 +184,8 @@ TEST_P(TGoldenDrawing, LoadsEveryFieldTheVersionHolds) {
   EXPECT_FALSE(cad.GetModified());
   EXPECT_TRUE(cad.GetUndoRedoShapeList().empty());
   EXPECT_EQ(cad.GetSelectedShapesCount(), 0);
-  // The version steers the readers only while they read.
-  EXPECT_EQ(cad.GetDiskFileVersion(), kCurrentFileVersion);
+  // The drawing keeps the tag it was read with.
+  EXPECT_EQ(cad.GetDiskFileVersion(), GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryVersion, TGoldenDrawing, ::testing::ValuesIn(kVersions),
@@ -263,12 +264,36 @@ TEST(TMyCADDrawingLoad, ABitmapCountOfZeroOrLessHoldsNoBitmapAndNothingFollows) 
   }
 }
 
+TEST(TMyCADDrawingLoad, TheControlSizeIsClampedToWhatItsBuffersMayHold) {
+  THeaderFields header;
+  header.width = -1;
+  header.height = 20000;  // a control of 5000 saved at zoom 0.25
+  TMyCAD cad;
+  ASSERT_TRUE(Load(cad, Drawing(header, {})));
+  EXPECT_EQ(cad.Width(), 0);
+  EXPECT_EQ(cad.Height(), 16384);
+}
+
 TEST(TMyCADDrawingLoad, OnlyTheLowByteOfTheBackgroundModeCounts) {
   THeaderFields header;
   header.bkMode = 0x7F000003;
   TMyCAD cad;
   ASSERT_TRUE(Load(cad, Drawing(header, {})));
   EXPECT_EQ(cad.GetBkBitmapMode(), LeftTop);
+}
+
+TEST(TMyCADDrawingLoad, AFontSizeAtTheInt32LimitLoadsWithItsHeightClamped) {
+  TBytes record = BaseRecord("XP.j").bytes;
+  // The base record's font height (-11) is followed by its size (8).
+  TRecordBytes heightAndSize;
+  heightAndSize.i32(-11).i32(8);
+  const auto at = std::search(record.begin(), record.end(), heightAndSize.bytes.begin(), heightAndSize.bytes.end());
+  ASSERT_NE(at, record.end());
+  const std::int32_t size = std::numeric_limits<std::int32_t>::min();
+  std::memcpy(&*(at + 4), &size, sizeof size);
+  TMyCAD cad;
+  ASSERT_TRUE(Load(cad, Drawing(THeaderFields{}, {{"TMyRectangle", record}})));
+  EXPECT_EQ(cad.GetShapeByNo(0)->Font().Height(), std::numeric_limits<std::int32_t>::max());
 }
 
 TEST(TMyCADDrawingLoad, ShapesAreMadeWithTheLoadingCanvasDefaultsForFieldsOldRecordsLack) {

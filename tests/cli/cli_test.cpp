@@ -1,0 +1,364 @@
+// The lumatrex tool end to end: the built binary is run on files written
+// here, and its standard output, standard error and exit status are checked.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <string>
+#include <vector>
+
+#include "cli/drawing_bytes.h"
+#include "library/library_fixture.h"
+
+namespace lumatrex {
+namespace {
+
+using test::Concat;
+using test::DrawingBytes;
+using test::Shape;
+using test::TagBytes;
+using test::TBytes;
+using test::TDrawingSpec;
+using test::TScratchFolder;
+
+struct TRun {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+TRun Lumatrex(const std::vector<std::string>& args,
+              const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment()) {
+  QStringList arguments;
+  for (const std::string& a : args) arguments << QString::fromStdString(a);
+  QProcess process;
+  process.setProcessEnvironment(env);
+  process.start(LUMATREX_CLI, arguments);
+  process.waitForFinished(-1);
+  return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+          process.readAllStandardError().toStdString()};
+}
+
+bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+// A rectangle and a line with an arrow head, user data with bytes that need
+// escapes, one layer.
+TBytes SmallDrawing(const std::string& version = "XP.j") {
+  TDrawingSpec spec;
+  spec.version = version;
+  spec.userData = {{"k", "caf\xe9\n\""}};
+  spec.shapes = {test::ShapeBytes(version, Shape("TMyRectangle", "Shape0", 0, {{10, 20}, {30.5f, 40}}, {20.25f, 30})),
+                 test::LineBytes(version, Shape("TMyLine", "Shape1", 1, {{0, 0}, {0.1f, 50}}, {0.05f, 25}))};
+  return DrawingBytes(spec);
+}
+
+// The fields every shape of SmallDrawing shares after its points.
+std::string CommonFields(const std::string& indent) {
+  const std::vector<std::string> lines = {
+      "\"Tag\": 0,",
+      "\"Angle\": 0,",
+      "\"Brush\": {",
+      "  \"Color\": 0,",
+      "  \"Style\": 0,",
+      "  \"Bitmap\": null",
+      "},",
+      "\"Caption\": \"\",",
+      "\"ColorBegin\": 16777215,",
+      "\"ColorEnd\": 0,",
+      "\"Font\": {",
+      "  \"Name\": \"DejaVu Sans\",",
+      "  \"Charset\": 1,",
+      "  \"Color\": 0,",
+      "  \"Height\": -11,",
+      "  \"Size\": 8,",
+      "  \"Pitch\": 0,",
+      "  \"Style\": 0",
+      "},",
+      "\"GradientStyle\": " + std::to_string(gsNone) + ",",
+      "\"Info\": \"\",",
+      "\"Pen\": {",
+      "  \"Color\": 0,",
+      "  \"Mode\": " + std::to_string(pmCopy) + ",",
+      "  \"Style\": 0,",
+      "  \"Width\": 1",
+      "},",
+      "\"UserData\": [],",
+      "\"IsFlipHorz\": false,",
+      "\"IsFlipVert\": false,",
+      "\"Visible\": true,",
+      "\"MultiInfo\": [],",
+      "\"MultiInfoAlignment\": 2,",
+      "\"LogHeight\": 10,",
+      "\"LogUse\": false,",
+      "\"LogWidth\": 10,",
+      "\"Locked\": false,",
+      "\"PenStyleEndCapType\": 0,",
+      "\"PenStyleJoinType\": 0,",
+      "\"HotShow\": true,",
+      "\"ResizeEnable\": true,",
+      "\"RotateEnable\": true",
+  };
+  std::string text;
+  for (const std::string& line : lines) text += indent + line + "\n";
+  return text;
+}
+
+TEST(LumatrexDump, PrintsEveryFieldOfASmallDrawing) {
+  TScratchFolder folder;
+  const TRun run = Lumatrex({"dump", folder.Write("small.lmx", SmallDrawing())});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "");
+  const std::string shapeIndent = "      ";
+  std::string common = CommonFields(shapeIndent);
+  const std::string expected =
+      "{\n"
+      "  \"Version\": \"XP.j\",\n"
+      "  \"ColorOfBackGround\": 16777215,\n"
+      "  \"Width\": 200,\n"
+      "  \"Height\": 100,\n"
+      "  \"TheUNIT\": 1,\n"
+      "  \"BkBitmap\": null,\n"
+      "  \"BkBitmapMode\": 2,\n"
+      "  \"Ratio\": 1.5,\n"
+      "  \"Tag\": 7,\n"
+      "  \"UserData\": [\n"
+      "    [\"k\", \"caf\\u00e9\\u000a\\u0022\"]\n"
+      "  ],\n"
+      "  \"Layers\": [\n"
+      "    {\n"
+      "      \"LayerName\": \"Layer0\",\n"
+      "      \"LayerId\": 0,\n"
+      "      \"Visible\": true\n"
+      "    }\n"
+      "  ],\n"
+      "  \"CurrentLayerId\": 0,\n"
+      "  \"Shapes\": [\n"
+      "    {\n"
+      "      \"Class\": \"TMyRectangle\",\n"
+      "      \"Name\": \"Shape0\",\n"
+      "      \"ShapeId\": 0,\n"
+      "      \"ShapeNo\": 0,\n"
+      "      \"LayerId\": 0,\n"
+      "      \"ParentId\": -1,\n"
+      "      \"ChildShapes\": [],\n"
+      "      \"LinkLines\": [],\n"
+      "      \"Points\": [\n"
+      "        [10, 20],\n"
+      "        [30.5, 40]\n"
+      "      ],\n"
+      "      \"LinkPoints\": [],\n"
+      "      \"CenterPoint\": [20.25, 30],\n" +
+      common +
+      "    },\n"
+      "    {\n"
+      "      \"Class\": \"TMyLine\",\n"
+      "      \"Name\": \"Shape1\",\n"
+      "      \"ShapeId\": 1,\n"
+      "      \"ShapeNo\": 1,\n"
+      "      \"LayerId\": 0,\n"
+      "      \"ParentId\": -1,\n"
+      "      \"ChildShapes\": [],\n"
+      "      \"LinkLines\": [],\n"
+      "      \"Points\": [\n"
+      "        [0, 0],\n"
+      "        [0.100000001, 50]\n"
+      "      ],\n"
+      "      \"LinkPoints\": [],\n"
+      "      \"CenterPoint\": [0.0500000007, 25],\n" +
+      common.substr(0, common.size() - 1) + ",\n" + shapeIndent + "\"ArrowAngle\": 30,\n" + shapeIndent +
+      "\"ArrowLength\": 10,\n" + shapeIndent + "\"ArrowOffset\": 0,\n" + shapeIndent + "\"ArrowStyle\": 1\n" +
+      "    }\n"
+      "  ]\n"
+      "}\n";
+  EXPECT_EQ(run.out, expected);
+}
+
+TEST(LumatrexDump, PrintsALibraryWithItsTagAndStoredCoordinates) {
+  TScratchFolder folder;
+  const TRun run =
+      Lumatrex({"dump", "--library", folder.Write("pump.lib", Concat({TagBytes("ZOLTLIBX.j"), test::PumpEntry()}))});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "");
+  for (const char* part : {"{\n  \"Tag\": \"ZOLTLIBX.j\",\n  \"Entries\": [\n    {\n      \"Name\": \"Pump\",\n"
+                           "      \"Width\": 40,\n      \"Height\": 20,\n      \"UserData\": [\n"
+                           "        [\"part\", \"P-1\"]\n      ],\n      \"Shapes\": [\n",
+                           "\"Points\": [\n            [0, 0],\n            [1, 1]\n          ],",
+                           "\"Points\": [\n            [100, 200]\n          ],", "\"Size\": 8\n"})
+    EXPECT_TRUE(Contains(run.out, part)) << part << "\nin\n" << run.out;
+}
+
+TEST(LumatrexDump, RunsHeadlessWithoutAPlatformChosen) {
+  TScratchFolder folder;
+  QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+  env.remove("QT_QPA_PLATFORM");
+  env.remove("DISPLAY");
+  env.remove("WAYLAND_DISPLAY");
+  const TRun run = Lumatrex({"dump", folder.Write("small.lmx", SmallDrawing())}, env);
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+}
+
+// ---------------------------------------------------------------------------
+// Errors and help
+
+TEST(LumatrexErrors, GoToStandardErrorWithANonZeroStatus) {
+  TScratchFolder folder;
+  const std::string drawing = folder.Write("small.lmx", SmallDrawing());
+  TBytes truncatedBytes = SmallDrawing();
+  truncatedBytes.resize(300);
+  const std::string truncated = folder.Write("truncated.lmx", truncatedBytes);
+  const std::string junk = folder.Write("junk.bin", TBytes(100, 'x'));
+  TDrawingSpec noLayer;
+  noLayer.layers = {};
+  noLayer.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{0, 0}}, {}))};
+  const std::string layerless = folder.Write("nolayer.lmx", DrawingBytes(noLayer));
+  const std::string lib = folder.Write("a.lib", Concat({TagBytes("ZOLTLIBX.j"), test::BoxEntry("A")}));
+  struct Row {
+    const char* edge;
+    std::vector<std::string> args;
+    int status;
+    std::string stderrPart;
+  };
+  const std::vector<Row> rows = {
+      {"no arguments", {}, 2, "Usage: lumatrex COMMAND"},
+      {"unknown command", {"draw"}, 2, "unknown command \"draw\""},
+      {"dump without a file", {"dump"}, 2, "Usage: lumatrex dump"},
+      {"dump of two files", {"dump", drawing, drawing}, 2, "expected 1 arguments"},
+      {"unknown option", {"dump", "--fast", drawing}, 2, "unknown option --fast"},
+      {"missing file", {"dump", folder.File("absent.lmx")}, 1, folder.File("absent.lmx") + ": "},
+      {"not a drawing", {"dump", junk}, 1, junk + ": not a Lumatrex drawing file"},
+      {"truncated drawing", {"dump", truncated}, 1, truncated + ": read error at byte"},
+      {"shapes but no layer", {"dump", layerless}, 1, "lumatrex: Error!There is no Layer!"},
+      {"a drawing is no library", {"dump", "--library", drawing}, 1, drawing + ": not a shape library"},
+      {"zoom not a number", {"render", drawing, folder.File("a.png"), "--zoom", "big"}, 2, "--zoom takes"},
+      {"zoom not positive", {"render", drawing, folder.File("a.png"), "--zoom", "0"}, 2, "--zoom takes"},
+      {"zoom without value", {"render", drawing, folder.File("a.png"), "--zoom"}, 2, "--zoom needs a value"},
+      {"image type", {"render", drawing, folder.File("a.gif")}, 2, "must be .png, .jpg, .jpeg or .bmp"},
+      {"unknown lib subcommand", {"lib", lib, "shrink"}, 2, "unknown lib subcommand \"shrink\""},
+      {"lib without subcommand", {"lib", lib}, 2, "needs a library file and a subcommand"},
+      {"delete an absent entry", {"lib", lib, "delete", "B"}, 1, "no entry named \"B\""},
+      {"add a taken name", {"lib", lib, "add", "A", drawing}, 1, "an entry named \"A\" exists"},
+      {"rename an absent entry", {"lib", lib, "rename", "Q", "R"}, 1, "no entry named \"Q\""},
+      {"extract an absent entry", {"lib", lib, "extract", "Z", folder.File("z.lmx")}, 1, "no entry named \"Z\""},
+      {"list a drawing", {"lib", drawing, "list"}, 1, "not a shape library"},
+  };
+  for (const Row& row : rows) {
+    const TRun run = Lumatrex(row.args);
+    EXPECT_EQ(run.status, row.status) << row.edge << ": " << run.err;
+    EXPECT_TRUE(Contains(run.err, row.stderrPart)) << row.edge << ": " << run.err;
+    EXPECT_EQ(run.out, "") << row.edge;
+  }
+}
+
+TEST(LumatrexHelp, EachCommandDescribesItselfOnStandardOutput) {
+  for (const char* command : {"dump", "convert", "render", "lib"}) {
+    const TRun run = Lumatrex({command, "--help"});
+    EXPECT_EQ(run.status, 0) << command;
+    EXPECT_TRUE(run.out.starts_with(std::string("Usage: lumatrex ") + command)) << run.out;
+    EXPECT_TRUE(Contains(run.out, "Exit status")) << command;
+    EXPECT_EQ(run.err, "") << command;
+  }
+  const TRun overview = Lumatrex({"--help"});
+  EXPECT_EQ(overview.status, 0);
+  EXPECT_TRUE(overview.out.starts_with("Usage: lumatrex COMMAND"));
+}
+
+// ---------------------------------------------------------------------------
+// convert and render
+
+// The dump without its Version line.
+std::string Content(const std::string& dump) {
+  const std::size_t line = dump.find("  \"Version\"");
+  return line == std::string::npos ? dump : dump.substr(0, line) + dump.substr(dump.find('\n', line) + 1);
+}
+
+TEST(LumatrexConvert, AnOlderDrawingBecomesXPjWithTheSameContent) {
+  TScratchFolder folder;
+  const std::string old = folder.Write("old.lmx", SmallDrawing("XP.7"));
+  const TRun before = Lumatrex({"dump", old});
+  ASSERT_EQ(before.status, 0) << before.err;
+  EXPECT_TRUE(Contains(before.out, "  \"Version\": \"XP.7\",\n")) << before.out;
+
+  ASSERT_EQ(Lumatrex({"convert", old, folder.File("new.lmx")}).status, 0);
+  const TBytes converted = folder.Read("new.lmx");
+  EXPECT_EQ(std::string(converted.begin() + 128, converted.begin() + 132), "XP.j");
+  const TRun after = Lumatrex({"dump", folder.File("new.lmx")});
+  ASSERT_EQ(after.status, 0) << after.err;
+  EXPECT_TRUE(Contains(after.out, "  \"Version\": \"XP.j\",\n"));
+  EXPECT_EQ(Content(after.out), Content(before.out));
+  ASSERT_EQ(Lumatrex({"convert", folder.File("new.lmx"), folder.File("again.lmx")}).status, 0);
+  EXPECT_EQ(folder.Read("again.lmx"), converted);
+}
+
+TEST(LumatrexRender, WritesAPngOfTheDrawingsExtentAtTheZoom) {
+  TScratchFolder folder;
+  TDrawingSpec spec;
+  spec.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30}))};
+  const std::string drawing = folder.Write("box.lmx", DrawingBytes(spec));
+  ASSERT_EQ(Lumatrex({"render", drawing, folder.File("one.png")}).status, 0);
+  const TRun twice = Lumatrex({"render", drawing, folder.File("two.png"), "--zoom", "2"});
+  ASSERT_EQ(twice.status, 0) << twice.err;
+  EXPECT_EQ(twice.out + twice.err, "");
+  const QImage one(QString::fromStdString(folder.File("one.png")), "PNG");
+  const QImage two(QString::fromStdString(folder.File("two.png")), "PNG");
+  // The extent plus a 16-pixel margin each side and the closing pixel.
+  EXPECT_EQ(one.size(), QSize(40 + 33, 20 + 33));
+  EXPECT_EQ(two.size(), QSize(80 + 33, 40 + 33));
+  EXPECT_EQ(one.pixelColor(16 + 20, 16 + 10), QColor(Qt::black));  // the rectangle's black fill
+}
+
+// ---------------------------------------------------------------------------
+// lib
+
+TEST(LumatrexLib, EverySubcommandEndToEnd) {
+  TScratchFolder folder;
+  const std::string lib = folder.File("shapes.lib");
+  TDrawingSpec pump;
+  pump.userData = {{"part", "P-1"}};
+  pump.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30}))};
+  const std::string drawing = folder.Write("pump.lmx", DrawingBytes(pump));
+  auto list = [&] { return Lumatrex({"lib", lib, "list"}).out; };
+
+  ASSERT_EQ(Lumatrex({"lib", lib, "add", "Pump", drawing}).status, 0);  // creates the library
+  ASSERT_EQ(Lumatrex({"lib", lib, "add", "Valve", drawing}).status, 0);
+  EXPECT_EQ(list(), "Pump\nValve\n");
+  const TBytes written = folder.Read("shapes.lib");
+  EXPECT_EQ(std::string(written.begin(), written.begin() + 10), "ZOLTLIBX.j");
+
+  ASSERT_EQ(Lumatrex({"lib", lib, "extract", "Pump", folder.File("out.lmx")}).status, 0);
+  const TRun extracted = Lumatrex({"dump", folder.File("out.lmx")});
+  EXPECT_TRUE(Contains(extracted.out, "\"Width\": 40,\n  \"Height\": 20,")) << extracted.out;
+  EXPECT_TRUE(Contains(extracted.out, "[\"part\", \"P-1\"]")) << extracted.out;
+  EXPECT_TRUE(Contains(extracted.out, "\"Points\": [\n        [0, 0],\n        [40, 20]\n      ]")) << extracted.out;
+
+  ASSERT_EQ(Lumatrex({"lib", lib, "rename", "Pump", "Big pump"}).status, 0);
+  EXPECT_EQ(list(), "Big pump\nValve\n");
+  ASSERT_EQ(Lumatrex({"lib", lib, "delete", "Valve"}).status, 0);
+  EXPECT_EQ(list(), "Big pump\n");
+
+  const TRun current = Lumatrex({"lib", lib, "upgrade"});
+  EXPECT_EQ(current.status, 0);
+  EXPECT_EQ(current.out, lib + ": already ZOLTLIBX.j\n");
+}
+
+TEST(LumatrexLib, UpgradeRewritesAnOlderLibrary) {
+  TScratchFolder folder;
+  const TBytes entry = test::EntryBytes(
+      "Old", 2, 2, nullptr, {test::ShapeBytes("XP.6", Shape("TMyRectangle", "R", 0, {{0, 0}, {1, 1}}, {0.5f, 0.5f}))});
+  const std::string lib = folder.Write("old.lib", Concat({TagBytes("ZOLTLIBX.6"), entry}));
+  EXPECT_EQ(Lumatrex({"lib", lib, "list"}).out, "Old\n");
+  EXPECT_EQ(folder.Read("old.lib"), Concat({TagBytes("ZOLTLIBX.6"), entry}));  // reading changes nothing
+  const TRun run = Lumatrex({"lib", lib, "upgrade"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out, lib + ": ZOLTLIBX.6 -> ZOLTLIBX.j\n");
+  const std::vector<std::pair<std::string, std::string>> none;
+  EXPECT_EQ(folder.Read("old.lib"),
+            Concat({TagBytes("ZOLTLIBX.j"),
+                    test::EntryBytes(
+                        "Old", 2, 2, &none,
+                        {test::ShapeBytes("XP.j", Shape("TMyRectangle", "R", 0, {{0, 0}, {1, 1}}, {0.5f, 0.5f}))})}));
+}
+
+}  // namespace
+}  // namespace lumatrex
