@@ -19,7 +19,7 @@ using test::DrawingBytes;
 using test::Shape;
 using test::TagBytes;
 using test::TBytes;
-using test::TDrawingSpec;
+using test::TDrawingContent;
 using test::TScratchFolder;
 
 struct TRun {
@@ -45,12 +45,12 @@ bool Contains(const std::string& text, const std::string& part) { return text.fi
 // A rectangle and a line with an arrow head, user data with bytes that need
 // escapes, one layer.
 TBytes SmallDrawing(const std::string& version = "XP.j") {
-  TDrawingSpec spec;
-  spec.version = version;
-  spec.userData = {{"k", "caf\xe9\n\""}};
-  spec.shapes = {test::ShapeBytes(version, Shape("TMyRectangle", "Shape0", 0, {{10, 20}, {30.5f, 40}}, {20.25f, 30})),
+  TDrawingContent content;
+  content.version = version;
+  content.userData = {{"k", "caf\xe9\n\""}};
+  content.shapes = {test::ShapeBytes(version, Shape("TMyRectangle", "Shape0", 0, {{10, 20}, {30.5f, 40}}, {20.25f, 30})),
                  test::LineBytes(version, Shape("TMyLine", "Shape1", 1, {{0, 0}, {0.1f, 50}}, {0.05f, 25}))};
-  return DrawingBytes(spec);
+  return DrawingBytes(content);
 }
 
 // The fields every shape of SmallDrawing shares after its points.
@@ -209,7 +209,7 @@ TEST(LumatrexErrors, GoToStandardErrorWithANonZeroStatus) {
   truncatedBytes.resize(300);
   const std::string truncated = folder.Write("truncated.lmx", truncatedBytes);
   const std::string junk = folder.Write("junk.bin", TBytes(100, 'x'));
-  TDrawingSpec noLayer;
+  TDrawingContent noLayer;
   noLayer.layers = {};
   noLayer.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{0, 0}}, {}))};
   const std::string layerless = folder.Write("nolayer.lmx", DrawingBytes(noLayer));
@@ -293,9 +293,9 @@ TEST(LumatrexConvert, AnOlderDrawingBecomesXPjWithTheSameContent) {
 
 TEST(LumatrexRender, WritesAPngOfTheDrawingsExtentAtTheZoom) {
   TScratchFolder folder;
-  TDrawingSpec spec;
-  spec.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30}))};
-  const std::string drawing = folder.Write("box.lmx", DrawingBytes(spec));
+  TDrawingContent content;
+  content.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30}))};
+  const std::string drawing = folder.Write("box.lmx", DrawingBytes(content));
   ASSERT_EQ(Lumatrex({"render", drawing, folder.File("one.png")}).status, 0);
   const TRun twice = Lumatrex({"render", drawing, folder.File("two.png"), "--zoom", "2"});
   ASSERT_EQ(twice.status, 0) << twice.err;
@@ -314,7 +314,7 @@ TEST(LumatrexRender, WritesAPngOfTheDrawingsExtentAtTheZoom) {
 TEST(LumatrexLib, EverySubcommandEndToEnd) {
   TScratchFolder folder;
   const std::string lib = folder.File("shapes.lib");
-  TDrawingSpec pump;
+  TDrawingContent pump;
   pump.userData = {{"part", "P-1"}};
   pump.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30}))};
   const std::string drawing = folder.Write("pump.lmx", DrawingBytes(pump));

@@ -16,7 +16,7 @@ namespace lumatrex::test {
 
 // What a hand-built shape record holds; everything else is the default of a
 // new shape (font "DejaVu Sans" -11 px, black pen of width 1, no user data).
-struct TShapeSpec {
+struct TShapeFields {
   std::string className = "TMyRectangle";
   std::string name = "R";
   std::int32_t id = 0;
@@ -27,21 +27,21 @@ struct TShapeSpec {
   TColor brush = clBlack;
 };
 
-inline TShapeSpec Shape(const std::string& className, const std::string& name, std::int32_t no, TArrMyPoint points,
+inline TShapeFields Shape(const std::string& className, const std::string& name, std::int32_t no, TArrMyPoint points,
                         TMyPoint centre) {
-  TShapeSpec spec;
-  spec.className = className;
-  spec.name = name;
-  spec.id = no;
-  spec.no = no;
-  spec.points = std::move(points);
-  spec.centre = centre;
-  return spec;
+  TShapeFields fields;
+  fields.className = className;
+  fields.name = name;
+  fields.id = no;
+  fields.no = no;
+  fields.points = std::move(points);
+  fields.centre = centre;
+  return fields;
 }
 
-// Class tag and record of Spec in the layout of drawing version Version. A
+// Class tag and record of Fields in the layout of drawing version Version. A
 // "TMyLinkPoint" gets its Size byte (8).
-inline TBytes ShapeBytes(const std::string& version, const TShapeSpec& spec) {
+inline TBytes ShapeBytes(const std::string& version, const TShapeFields& fields) {
   const bool extended = FileVersionHasExtendedFloats(version);
   const bool coordinates = FileVersionIndex(version) > 0;  // "XP.2" stores counts only
   auto since = [&](const char* tag) { return FileVersionAtLeast(version, tag); };
@@ -55,19 +55,19 @@ inline TBytes ShapeBytes(const std::string& version, const TShapeSpec& spec) {
         real(p.Y);
       }
   };
-  std::string tag = spec.className;
+  std::string tag = fields.className;
   tag.resize(16, ' ');
   r.raw(tag.data(), tag.size());
-  r.str(spec.name).i32(spec.id).i32(spec.no).i32(0).i32(-1).i32(0).i32(0);  // layer 0, top level, no relations
-  pointList(spec.points);
-  pointList(spec.linkPoints);
-  real(spec.centre.X);
-  real(spec.centre.Y);
+  r.str(fields.name).i32(fields.id).i32(fields.no).i32(0).i32(-1).i32(0).i32(0);  // layer 0, top level, no relations
+  pointList(fields.points);
+  pointList(fields.linkPoints);
+  real(fields.centre.X);
+  real(fields.centre.Y);
   if (since("XP.3")) {  // tag, angle
     r.i32(0);
     real(0);
   }
-  r.i64(0).i32(spec.brush).u8(bsSolid).str("").i32(clWhite).i32(clBlack);  // brush, caption, gradient colours
+  r.i64(0).i32(fields.brush).u8(bsSolid).str("").i32(clWhite).i32(clBlack);  // brush, caption, gradient colours
   r.str(kDefaultFontName).u8(DEFAULT_CHARSET).i32(clBlack).i32(-11).i32(8).u8(fpDefault).i32(96).u8(0);
   if (version != "XP.7") r.i64(0);  // reserved
   r.u8(gsNone);
@@ -78,7 +78,7 @@ inline TBytes ShapeBytes(const std::string& version, const TShapeSpec& spec) {
   if (since("XP.e")) r.i32(0).u8(taCenter);                             // no info lines
   if (since("XP.h")) r.i32(10).u8(0).i32(10).u8(0);                     // log size, unlocked
   if (since("XP.j")) r.u8(psectROUND).u8(psjtROUND).u8(1).u8(1).u8(1);  // pen kinds, switches
-  if (spec.className == "TMyLinkPoint") r.u8(8);
+  if (fields.className == "TMyLinkPoint") r.u8(8);
   return r.bytes;
 }
 

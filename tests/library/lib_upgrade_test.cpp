@@ -12,17 +12,17 @@ using test::Concat;
 using test::TagBytes;
 using test::TBytes;
 using test::TScratchFolder;
-using test::TShapeSpec;
+using test::TShapeFields;
 
 const TBytes kTag = TagBytes("ZOLTLIBX.j");
 const std::vector<std::pair<std::string, std::string>> kNoUserData;
 
-TShapeSpec Square(const std::string& name, bool coordinates = true) {
+TShapeFields Square(const std::string& name, bool coordinates = true) {
   return test::Shape("TMyRectangle", name, 0, coordinates ? TArrMyPoint{{0, 0}, {1, 1}} : TArrMyPoint{{0, 0}, {0, 0}},
                      {0.5f, 0.5f});
 }
 
-TShapeSpec LinkPoint(bool coordinates = true) {
+TShapeFields LinkPoint(bool coordinates = true) {
   return test::Shape("TMyLinkPoint", "L", 1, {coordinates ? TMyPoint{100, 200} : TMyPoint{0, 0}}, {100, 200});
 }
 
