@@ -5,38 +5,14 @@
 
 #include "persistence/stream_io.h"
 #include "shapes/fake_owner.h"
+#include "shapes/record_bytes.h"
 
 namespace lumatrex {
 namespace {
 
 using test::TFakeOwner;
-using TBytes = std::vector<std::uint8_t>;
-
-// Builds records byte by byte, the way the file tables lay them out, without
-// going through the shape writer.
-class TRecordBytes {
- public:
-  TRecordBytes& i32(std::int32_t v) { return raw(&v, 4); }
-  TRecordBytes& i64(std::int64_t v) { return raw(&v, 8); }
-  TRecordBytes& f32(float v) { return raw(&v, 4); }
-  TRecordBytes& u8(std::uint8_t v) { return raw(&v, 1); }
-  TRecordBytes& ext(long double v) {
-    TMemoryStream s;
-    WriteExtended(s, v);
-    bytes.insert(bytes.end(), s.Bytes().begin(), s.Bytes().end());
-    return *this;
-  }
-  TRecordBytes& str(const std::string& s) {
-    i32(static_cast<std::int32_t>(s.size()));
-    return raw(s.data(), s.size());
-  }
-  TRecordBytes& raw(const void* p, std::size_t n) {
-    const auto* b = static_cast<const std::uint8_t*>(p);
-    bytes.insert(bytes.end(), b, b + n);
-    return *this;
-  }
-  TBytes bytes;
-};
+using test::TBytes;
+using test::TRecordBytes;
 
 // Fields 1 to 14 of a record with one point (3, 4) and no link points.
 TRecordBytes Head(bool extended, bool coordinates) {
