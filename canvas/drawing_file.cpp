@@ -3,7 +3,6 @@
 // Reading goes into a fresh hidden canvas (the parse target), never into this
 // one: a truncated or malformed stream throws half way, and only a drawing
 // read to its end is moved here, in one step that cannot fail part way.
-#include <QSaveFile>
 #include <algorithm>
 #include <cstdint>
 #include <ranges>
@@ -145,17 +144,6 @@ std::unique_ptr<TFileStream> OpenDrawingFile(const std::string& fileName) {
   return file;
 }
 
-// Replaces FileName by Bytes through a temporary file in the same folder.
-void WriteFileAtomically(const std::string& fileName, const TMemoryStream& bytes) {
-  QSaveFile file(QString::fromStdString(fileName));
-  if (!file.open(QIODevice::WriteOnly))
-    throw EFOpenError("cannot create a file beside " + fileName + ": " + file.errorString().toStdString());
-  const auto* data = reinterpret_cast<const char*>(bytes.Memory());
-  // Without a commit the temporary file is removed and FileName stays as it was.
-  if (file.write(data, bytes.Size()) != bytes.Size() || !file.commit())
-    throw EWriteError("cannot write " + fileName + ": " + file.errorString().toStdString());
-}
-
 }  // namespace
 
 // ---------------------------------------------------------------------------
@@ -186,7 +174,7 @@ bool TMyCAD::SaveToFile(const std::string& fileName) {
   // reaches the file.
   TMemoryStream bytes;
   const bool saved = SaveToStream(bytes);
-  WriteFileAtomically(fileName, bytes);
+  SaveBytesToFileAtomically(fileName, bytes.Bytes());
   modified_ = false;
   return saved;
 }

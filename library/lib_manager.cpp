@@ -1,7 +1,6 @@
 #include "library/lib_manager.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <limits>
 #include <utility>
 
@@ -12,26 +11,6 @@ namespace lumatrex {
 namespace {
 
 bool IsStorableName(const std::string& name) { return !name.empty() && name.size() <= 255; }
-
-// Writes Bytes to a temporary file beside FileName and renames it over
-// FileName: the old file stays whole until the new one is complete.
-void SaveBytesReplacing(const std::string& fileName, const std::vector<std::uint8_t>& bytes) {
-  const std::string temporary = fileName + ".lumatrex-save";
-  try {
-    TFileStream file(temporary, fmCreate);
-    file.WriteBuffer(bytes.data(), static_cast<std::int64_t>(bytes.size()));
-    file.Flush();
-  } catch (...) {
-    std::filesystem::remove(temporary);
-    throw;
-  }
-  std::error_code error;
-  std::filesystem::rename(temporary, fileName, error);
-  if (error) {
-    std::filesystem::remove(temporary);
-    throw EWriteError("cannot replace " + fileName + ": " + error.message());
-  }
-}
 
 }  // namespace
 
@@ -63,7 +42,7 @@ void TLibManager::LoadForEditing(const std::string& fileName) {
 
 void TLibManager::SaveToFile(const std::string& fileName) {
   ReplaceoldTagwithNewTag();
-  SaveBytesReplacing(fileName, Bytes());
+  SaveBytesToFileAtomically(fileName, Bytes());
 }
 
 void TLibManager::SetBytes(std::vector<std::uint8_t> bytes) { stream_ = TMemoryStream(std::move(bytes)); }

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <QSaveFile>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -153,6 +155,16 @@ void TFileStream::SetSize(std::int64_t size) {
 
 void TFileStream::Flush() {
   if (std::fflush(file_) != 0) throw EWriteError("cannot write file \"" + fileName_ + "\"");
+}
+
+void SaveBytesToFileAtomically(const std::string& fileName, const std::vector<std::uint8_t>& bytes) {
+  QSaveFile file(QString::fromStdString(fileName));
+  if (!file.open(QIODevice::WriteOnly))
+    throw EFOpenError("cannot create a file beside " + fileName + ": " + file.errorString().toStdString());
+  const auto size = static_cast<qint64>(bytes.size());
+  // Without a commit the temporary file is removed and FileName stays as it was.
+  if (file.write(reinterpret_cast<const char*>(bytes.data()), size) != size || !file.commit())
+    throw EWriteError("cannot write " + fileName + ": " + file.errorString().toStdString());
 }
 
 }  // namespace lumatrex

@@ -145,4 +145,10 @@ class TFileStream : public TStream {
   std::FILE* file_ = nullptr;
 };
 
+// Replaces FileName by Bytes through a temporary file in the same folder that
+// is renamed over it once complete, so a failed save leaves an existing file
+// as it was. Throws EFOpenError when the temporary file cannot be created and
+// EWriteError when writing or renaming fails.
+void SaveBytesToFileAtomically(const std::string& fileName, const std::vector<std::uint8_t>& bytes);
+
 }  // namespace lumatrex
