@@ -38,6 +38,8 @@
 
 #include "canvas/tmycad.h"
 
+#include "dxf/dxf.h"
+
 #include "ruler/base_ruler.h"
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"

@@ -37,5 +37,6 @@ int Dump(const std::vector<std::string>& args);
 int Convert(const std::vector<std::string>& args);
 int Render(const std::vector<std::string>& args);
 int Lib(const std::vector<std::string>& args);
+int Dxf(const std::vector<std::string>& args);
 
 }  // namespace lumatrex::cli

@@ -52,6 +52,16 @@ const TCommand kCommands[] = {
      "  upgrade              rewrites a library of an older tag as ZOLTLIBX.j\n"
      "Commands that change FILE first bring an older library to the current tag.\n",
      Lib},
+    {"dxf", "lumatrex dxf export [--exact] DRAWING OUT.dxf | import IN.dxf OUT [--scale S] [--offset X,Y] [--group]",
+     "Exchanges drawings with CAD programs:\n"
+     "  export DRAWING OUT.dxf    writes a complete AC1015 DXF in millimetres; with\n"
+     "                            --exact, the minimal ENTITIES-only file instead\n"
+     "  import IN.dxf OUT         reads an ASCII DXF (R12 and later) into the new\n"
+     "                            drawing OUT: millimetres times S (default 1) at\n"
+     "                            96 pixels per inch, y turned down, moved by the\n"
+     "                            pixel offset X,Y; --group makes a group of each\n"
+     "                            insert. Prints what was added and skipped.\n",
+     Dxf},
 };
 
 constexpr const char* kExitStatus =
