@@ -373,7 +373,9 @@ class TFullWriter {
   // A circle when the radii agree, else an ELLIPSE (a piece of one for arcs)
   // with its longer axis first as DXF requires.
   void Curve(const TMyShape& s, const TDxfEllipse& e, TDxfOut& out, std::uint32_t owner) {
-    if (std::abs(e.A() - e.B()) < 1e-9 * std::max(1.0, e.A())) {
+    // Radii that differ by less than the 32-bit model coordinates can tell
+    // apart make a circle.
+    if (std::abs(e.A() - e.B()) < 1e-4) {
       const bool full = e.Full();
       Common(s, full ? "CIRCLE" : "ARC", "AcDbCircle", out, owner);
       XY(out, 10, e.centre);

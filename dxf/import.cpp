@@ -262,11 +262,23 @@ class TShapeBuilder {
     std::vector<V2> line;
     for (std::uint32_t span = degree; span < n; ++span) {
       if (k[span + 1] <= k[span]) continue;
-      for (int i = (line.empty() ? 0 : 1); i <= 16; ++i)
-        line.push_back(DeBoor(control, k, degree, span, k[span] + (k[span + 1] - k[span]) * i / 16));
+      const std::int64_t steps = SplineSteps(control, span, degree);
+      for (std::int64_t i = (line.empty() ? 0 : 1); i <= steps; ++i)
+        line.push_back(DeBoor(control, k, degree, span, k[span] + (k[span + 1] - k[span]) * i / steps));
     }
     if (line.size() < 2) return Skip(e.name);
     Add(e.flags & 1 ? "TMyPolygon" : "TMyPolyLine", line, e, style);
+  }
+
+  // Steps for one knot span: the curve's second derivative is bounded by the
+  // second differences of the span's control points (times the degree's
+  // factor), which bounds the chord error as for any curve.
+  static std::int64_t SplineSteps(const std::vector<V2>& c, std::uint32_t span, std::int32_t p) {
+    double d = 0;
+    for (std::uint32_t j = span - p + 1; j < span; ++j)
+      d = std::max(d, std::hypot(c[j + 1].x - 2 * c[j].x + c[j - 1].x, c[j + 1].y - 2 * c[j].y + c[j - 1].y));
+    const double steps = std::ceil(std::sqrt(p * (p - 1) * d / (8 * kChordToleranceMm)));
+    return std::clamp<std::int64_t>(static_cast<std::int64_t>(steps), 4, 4096);
   }
 
   static bool IsBezierChain(const double* k, std::uint32_t n) {

@@ -1,0 +1,251 @@
+// The import: files written at test time by ezdxf (an independent DXF
+// implementation) in several versions, malformed files, and the full export
+// read back by ezdxf and by ourselves.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QTemporaryDir>
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "canvas/tmycad.h"
+#include "dxf/dxf.h"
+#include "dxf/dxf_geometry.h"
+#include "shapes/arc.h"
+#include "shapes/bspline.h"
+#include "shapes/text.h"
+
+namespace lumatrex {
+namespace {
+
+using dxf::V2;
+
+// Runs the ezdxf helper; its output lands in Output.
+int Ezdxf(const std::string& args, std::string* output = nullptr) {
+  const std::string log = QDir::temp().filePath("lumatrex-ezdxf-" + QString::number(QCoreApplication::applicationPid())).toStdString();
+  const int status =
+      std::system((std::string(LUMATREX_PYTHON) + " " + LUMATREX_SOURCE_DIR "/tests/dxf/ezdxf_tool.py " + args + " > " + log).c_str());
+  if (output) {
+    std::ifstream in(log);
+    *output = std::string(std::istreambuf_iterator<char>(in), {});
+  }
+  std::remove(log.c_str());
+  return status;
+}
+
+V2 Mm(const TMyPoint& p) { return {p.X / kDxfPixelsPerMm, -p.Y / kDxfPixelsPerMm}; }
+
+struct Probe {
+  const char* name;
+  int shape;
+  const char* className;
+  int point;  // -1: the shape's centre
+  double x, y;  // millimetres
+};
+
+TEST(LoadFromDxf, ReadsEveryEntityKindOfEzdxfFilesInEachVersion) {
+  const Probe common[] = {
+      {"LINE end", 0, "TMyLine", 1, 10, 0},
+      {"CIRCLE centre", 1, "TMyEllipse", -1, 20, 0},
+      {"ARC start ray", 2, "TMyElliArc", 4, 45, 0},
+      {"ARC end ray", 2, "TMyElliArc", 5, 40, 5},
+      {"closed POLYLINE repeats its start", 3, "TMyPolygon", 3, 0, 20},
+      {"SOLID corners cross", 4, "TMyPolygon", 2, 10, 50},
+      {"TRACE", 5, "TMyPolygon", 3, 20, 50},
+      {"TEXT frame on its base line", 6, "TMyText", 3, 0, 60},
+      {"POINT", 7, "TMyLinkPoint", -1, 5, 70},
+      {"nested insert: scaled, turned line", 8, "TMyLine", 1, 100, 2},
+      {"nested insert: inner block's circle", 9, "TMyEllipse", -1, 100, 0},
+      {"array: last column of the last row", 15, "TMyEllipse", -1, 170, 10},
+  };
+  const Probe later[] = {
+      {"ELLIPSE", 16, "TMyEllipse", 1, 70, 5},
+      {"partial ELLIPSE starts at its major axis", 17, "TMyElliArc", 4, 80, 10},
+      {"partial ELLIPSE ends at its minor axis", 17, "TMyElliArc", 5, 75, 0},
+      {"LWPOLYLINE bulge keeps the arc's far side", 18, "TMyPolyLine", 0, 0, 80},
+      {"MTEXT", 19, "TMyText", 0, 0, 100},
+      {"Bezier SPLINE stays a chain", 20, "TMyPolyBezier", 1, 5, 120},
+      {"fit-point SPLINE", 21, "TMyPolyLine", 0, 20, 110},
+  };
+  QTemporaryDir dir;
+  for (const char* version : {"R12", "R2000", "R2018"}) {
+    SCOPED_TRACE(version);
+    const std::string file = dir.filePath(QString(version) + ".dxf").toStdString();
+    ASSERT_EQ(Ezdxf(std::string("write ") + version + " " + file), 0);
+    TMyCAD cad;
+    const TDxfImportSummary summary = LoadFromDxf(cad, file);
+    const bool r12 = std::string(version) == "R12";
+    EXPECT_EQ(summary.ShapesAdded, r12 ? 16 : 22);
+    EXPECT_EQ(summary.SkippedTotal, 1);  // the 3DFACE
+    EXPECT_TRUE(summary.HasExtents);
+    std::vector<Probe> probes(std::begin(common), std::end(common));
+    if (!r12) probes.insert(probes.end(), std::begin(later), std::end(later));
+    for (const Probe& p : probes) {
+      SCOPED_TRACE(p.name);
+      const TMyShape* s = cad.GetShapeByNo(p.shape);
+      ASSERT_NE(s, nullptr);
+      EXPECT_STREQ(s->ClassName(), p.className);
+      const V2 at = Mm(p.point < 0 ? s->GetCenterPoint() : s->GetPoint(p.point));
+      EXPECT_NEAR(at.x, p.x, 0.001);
+      EXPECT_NEAR(at.y, p.y, 0.001);
+    }
+    // Layers by name: "Walls" red, "Hidden" off; colour 5 by entity is blue.
+    EXPECT_EQ(cad.GetLayerNameByID(cad.GetShapeByNo(0)->LayerId), "Walls");
+    EXPECT_EQ(cad.GetShapeByNo(0)->Pen().Color(), 0x0000FF);
+    EXPECT_FALSE(cad.IsVisibleLayerByID(cad.GetShapeByNo(1)->LayerId));
+    EXPECT_EQ(cad.GetShapeByNo(1)->Pen().Color(), 0xFF0000);
+    EXPECT_EQ(static_cast<const TMyText*>(cad.GetShapeByNo(6))->GetLines(), TStringList{"Hello"});
+    if (!r12) {
+      EXPECT_EQ(static_cast<const TMyText*>(cad.GetShapeByNo(19))->GetLines(), (TStringList{"A", "B"}));
+    }
+  }
+}
+
+struct BadFile {
+  const char* name;
+  std::string text;
+  std::int64_t line;
+  const char* message;
+};
+
+const std::string kOpen = "0\nSECTION\n2\nENTITIES\n";
+const std::string kClose = "0\nENDSEC\n0\nEOF\n";
+const std::string kLine = "0\nLINE\n8\n0\n10\n1\n20\n2\n11\n3\n21\n4\n";
+
+TEST(LoadFromDxf, RefusesMalformedFilesNamingTheLineAndKeepsTheDrawing) {
+  const BadFile cases[] = {
+      {"cut after a group code", kOpen + "0\nLINE\n10", 7, "missing"},
+      {"cut before EOF", kOpen + kLine, 16, "truncated"},
+      {"group code that is not a number", kOpen + "zero\nLINE\n" + kClose, 5, "group code expected"},
+      {"group code out of range", kOpen + "99999\nLINE\n" + kClose, 5, "group code expected"},
+      {"coordinate that is not a number", kOpen + "0\nLINE\n10\n1,5\n" + kClose, 8, "number expected"},
+      {"integer that is not one", kOpen + "0\nLINE\n62\nred\n" + kClose, 8, "integer expected"},
+      {"block that inserts itself",
+       "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n0\nINSERT\n2\nA\n0\nENDBLK\n0\nENDSEC\n" + kOpen +
+           "0\nINSERT\n2\nA\n" + kClose,
+       10, "inserts itself"},
+      {"array of ten billion", "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n" + kLine + "0\nENDBLK\n0\nENDSEC\n" + kOpen +
+                                   "0\nINSERT\n2\nA\n70\n100000\n71\n100000\n" + kClose,
+       30, "too large"},
+      {"binary DXF", std::string("AutoCAD Binary DXF\r\n\x1a\0", 22), 1, "binary"},
+      {"section without ENDSEC", kOpen + kLine + "0\nEOF\n", 18, "ENDSEC expected"},
+  };
+  for (const BadFile& c : cases) {
+    SCOPED_TRACE(c.name);
+    TMyCAD cad;
+    cad.AddShapeByCode2("TMyLine", "", {{0, 0}, {1, 1}}, 0);
+    try {
+      LoadDxfFromBytes(cad, c.text.data(), c.text.size());
+      ADD_FAILURE() << "no error";
+    } catch (const EDxfError& e) {
+      EXPECT_EQ(e.Line(), c.line) << e.what();
+      EXPECT_NE(std::string(e.what()).find(c.message), std::string::npos) << e.what();
+    }
+    EXPECT_EQ(cad.GetShapesCount(), 1);
+    EXPECT_EQ(cad.GetLayersCount(), 1);
+  }
+}
+
+// Every outline as points in millimetres, curves traced finely.
+std::vector<V2> Outline(const TMyShape& s) {
+  const dxf::TDxfMap map;
+  const std::string name = s.ClassName();
+  if (name == "TMyEllipse") return dxf::FrameEllipse(s, map).Sample();
+  if (name == "TMyElliArc") return dxf::ArcEllipse(s, map).Sample();
+  if (name == "TMyLinkPoint") return {map.ToDxf(s.ComputeCenterPoint(4))};
+  // MTEXT keeps a text's corner, width and lines, not the frame's height.
+  if (name == "TMyText") return {map.ToDxf(s.Points[0]), map.ToDxf(s.Points[1])};
+  std::vector<V2> points;
+  for (const TMyPoint& p : s.Points) points.push_back(map.ToDxf(p));
+  if (name == "TMyPolyBezier") return dxf::FlattenBezier(points);
+  if (name != "TMyBLine") return points;
+  TMyBLine curve(nullptr);
+  for (const TMyPoint& p : s.Points) curve.AddVertex(p);
+  curve.PhantomPoints();
+  curve.Interpolate();
+  points.clear();
+  for (int i = 0; i <= 4000; ++i) points.push_back(map.ToDxf(curve.GetVPoint(i / 4000.0f)));
+  return points;
+}
+
+double DistanceToChain(V2 p, const std::vector<V2>& chain) {
+  double best = 1e300;
+  for (std::size_t i = 0; i + 1 < chain.size() || i == 0; ++i) {
+    const V2 a = chain[i], b = chain[std::min(i + 1, chain.size() - 1)];
+    const double dx = b.x - a.x, dy = b.y - a.y, len = dx * dx + dy * dy;
+    const double t = len == 0 ? 0 : std::clamp(((p.x - a.x) * dx + (p.y - a.y) * dy) / len, 0.0, 1.0);
+    best = std::min(best, std::hypot(p.x - a.x - t * dx, p.y - a.y - t * dy));
+  }
+  return best;
+}
+
+double Hausdorff(const std::vector<V2>& a, const std::vector<V2>& b) {
+  double d = 0;
+  for (const V2& p : a) d = std::max(d, DistanceToChain(p, b));
+  for (const V2& p : b) d = std::max(d, DistanceToChain(p, a));
+  return d;
+}
+
+void BuildEveryKind(TMyCAD& cad) {
+  auto box = [](float l, float t, float r, float b) { return TArrMyPoint{{l, t}, {r, t}, {r, b}, {l, b}}; };
+  cad.AddShapeByCode2("TMyLine", "", {{10, 10}, {200, 40}}, 0);
+  cad.AddShapeByCode2("TMyPolyLine", "", {{10, 50}, {60, 90}, {110, 50}}, 0);
+  cad.AddShapeByCode2("TMyRectangle", "", box(10, 100, 90, 150), 0.5f)->Brush().SetStyle(bsSolid);
+  cad.AddShapeByCode2("TMyPolygon", "", {{120, 100}, {180, 100}, {150, 160}, {120, 100}}, 0);
+  cad.AddShapeByCode2("TMyEllipse", "", box(200, 100, 300, 150), 0.3f);
+  cad.AddShapeByCode2("TMyEllipse", "", box(320, 100, 380, 160), 0);
+  cad.AddShapeByCode2("TMyElliArc", "", {{10, 200}, {110, 200}, {110, 250}, {10, 250}, {100, 225}, {60, 205}}, 0);
+  cad.AddShapeByCode2("TMyElliArc", "", {{200, 200}, {260, 200}, {260, 260}, {200, 260}, {200, 230}, {230, 260}}, 0);
+  cad.AddShapeByCode2("TMyPolyBezier", "", {{10, 300}, {40, 260}, {80, 340}, {110, 300}, {140, 260}, {160, 330}, {190, 300}}, 0);
+  cad.AddShapeByCode2("TMyBLine", "", {{200, 300}, {230, 280}, {260, 330}, {290, 300}}, 0);
+  cad.AddShapeByCode2("TMyLinkPoint", "", box(300, 300, 306, 306), 0);
+  TMyShape* a = cad.AddShapeByCode2("TMyLine", "", {{10, 400}, {60, 420}}, 0);
+  TMyShape* b = cad.AddShapeByCode2("TMyEllipse", "", box(70, 400, 100, 430), 0);
+  cad.GroupShapes({a, b}, false);
+  cad.NewLayer("Second", false);
+  auto* text = static_cast<TMyText*>(cad.AddShapeByCode2("TMyText", "", box(10, 450, 110, 480), 0));
+  text->SetLines({"First line", "{braces} and \\"});
+}
+
+std::vector<const TMyShape*> Drawn(const TMyCAD& cad) {
+  std::vector<const TMyShape*> shapes;
+  for (int i = 0; i < cad.GetShapesCount(); ++i)
+    if (std::string(cad.GetShapeByNo(i)->ClassName()) != "TMyGroup") shapes.push_back(cad.GetShapeByNo(i));
+  return shapes;
+}
+
+// The full export passes ezdxf's audit; both our file and ezdxf's rewrite of
+// it import back to every shape's outline within 0.01 mm, on its layer.
+TEST(SaveToDxf, AuditsCleanInEzdxfAndRoundTripsEveryShape) {
+  TMyCAD cad;
+  BuildEveryKind(cad);
+  QTemporaryDir dir;
+  const std::string ours = dir.filePath("ours.dxf").toStdString(), theirs = dir.filePath("theirs.dxf").toStdString();
+  EXPECT_TRUE(SaveToDxf(cad, ours).empty());
+  std::string report;
+  ASSERT_EQ(Ezdxf("audit " + ours + " " + theirs, &report), 0) << report;
+  EXPECT_NE(report.find("errors 0\n"), std::string::npos);
+  for (const char* kind : {"ARC 1", "CIRCLE 1", "ELLIPSE 2", "SPLINE 2", "MTEXT 1", "HATCH 4", "INSERT 1", "POINT 1"})
+    EXPECT_NE(report.find(std::string(kind) + "\n"), std::string::npos) << kind << " not in\n" << report;
+  for (const std::string& file : {ours, theirs}) {
+    SCOPED_TRACE(file);
+    TMyCAD back;
+    LoadFromDxf(back, file);
+    const auto before = Drawn(cad), after = Drawn(back);
+    ASSERT_EQ(before.size(), after.size());
+    for (std::size_t i = 0; i < before.size(); ++i) {
+      SCOPED_TRACE(before[i]->ClassName() + std::to_string(i));
+      EXPECT_LT(Hausdorff(Outline(*before[i]), Outline(*after[i])), 0.01);
+      EXPECT_EQ(back.GetLayerNameByID(after[i]->LayerId), cad.GetLayerNameByID(before[i]->LayerId));
+    }
+    EXPECT_FALSE(back.IsVisibleLayerByID(back.GetLayerIdByName("Second")));
+    EXPECT_EQ(static_cast<const TMyText*>(after.back())->GetLines(), static_cast<const TMyText*>(before.back())->GetLines());
+  }
+}
+
+}  // namespace
+}  // namespace lumatrex
