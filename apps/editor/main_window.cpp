@@ -18,6 +18,7 @@
 #include <QToolBar>
 
 #include "canvas/tmycad.h"
+#include "dxf/dxf.h"
 #include "layers_panel.h"
 #include "library/lib_manager.h"
 #include "platform/qt_interop.h"
@@ -213,6 +214,15 @@ void TMainWindow::BuildFileMenu() {
     if (!name.isEmpty() && !cad_->SaveToImageFile(name.toStdString()))
       QMessageBox::warning(this, tr("Export image"), tr("The image could not be written."));
   });
+  file->addAction(tr("Import &DXF..."), this, &TMainWindow::ImportDxf);
+  file->addAction(tr("Export D&XF..."), this, [this] {
+    const QString name = QFileDialog::getSaveFileName(this, tr("Export DXF"), QString(), tr("DXF drawings (*.dxf)"));
+    TDxfWarnings warnings;
+    if (name.isEmpty() || !ReportErrors([&] { warnings = SaveToDxf(*cad_, name.toStdString()); })) return;
+    QStringList lines;
+    for (const std::string& w : warnings) lines << QString::fromStdString(w);
+    if (!lines.isEmpty()) QMessageBox::information(this, tr("Export DXF"), lines.join('\n'));
+  });
   file->addSeparator();
   file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
 }
@@ -224,6 +234,26 @@ bool TMainWindow::ReportErrors(const std::function<void()>& work) {
   } catch (const std::exception& e) {
     QMessageBox::warning(this, windowTitle(), QString::fromUtf8(e.what()));
     return false;
+  }
+}
+
+// DXF drawings have y up from their own origin: the imported shapes are
+// moved so that their joint box starts at the drawing's top-left corner.
+void TMainWindow::ImportDxf() {
+  const QString name = QFileDialog::getOpenFileName(this, tr("Import DXF"), QString(), tr("DXF drawings (*.dxf);;All files (*)"));
+  if (name.isEmpty()) return;
+  const std::int32_t first = cad_->GetShapesCount();
+  TDxfImportSummary summary;
+  if (!ReportErrors([&] { summary = LoadFromDxf(*cad_, name.toStdString()); })) return;
+  std::vector<TMyShape*> added;
+  for (std::int32_t i = first; i < cad_->GetShapesCount(); ++i) added.push_back(cad_->GetShapeByNo(i));
+  const TMyRect box = cad_->GetShapesLTRBinZoom(added);
+  for (TMyShape* s : added) cad_->DragChangeValueDxDyforShapes(s, 10 - box.Left, 10 - box.Top);
+  cad_->Invalidate();
+  if (summary.SkippedTotal > 0) {
+    QStringList skipped;
+    for (const auto& [kind, count] : summary.Skipped) skipped << QString("%1 %2").arg(count).arg(QString::fromStdString(kind));
+    QMessageBox::information(this, tr("Import DXF"), tr("Not imported: %1.").arg(skipped.join(", ")));
   }
 }
 

@@ -37,6 +37,7 @@ class TMainWindow : public QMainWindow {
 
  private:
   void BuildFileMenu();
+  void ImportDxf();
   void OpenDrawing();
   bool SaveDrawing();
   bool SaveDrawingAs();
