@@ -4,7 +4,9 @@
 #include <QFile>
 #include <algorithm>
 #include <cmath>
+#include <array>
 #include <memory>
+#include <span>
 #include <unordered_map>
 
 #include "canvas/tmycad.h"
@@ -117,7 +119,11 @@ class TShapeBuilder {
     const TStyle style = StyleOf(e, blockStyle);
     const TAffine m = e.mirrored ? t.Then(ScaleBy(-1, 1)) : t;
     switch (e.kind) {
-      case ekLine: Add("TMyLine", {Pt(m, e.p[0]), Pt(m, e.p[1])}, e, style); break;
+      case ekLine: {
+        const std::array<V2, 2> ends = {m(e.p[0]), m(e.p[1])};
+        Add("TMyLine", ends, e, style);
+        break;
+      }
       case ekPolyline:
       case ekLwPolyline: Polyline(e, m, style); break;
       case ekSolid: Solid(e, m, style); break;
@@ -167,7 +173,10 @@ class TShapeBuilder {
   void Polyline(const TEntity& e, const TAffine& m, const TStyle& style) {
     const bool closed = e.flags & 1;
     if (e.kind == ekPolyline && (e.flags & (16 | 64))) return Skip("POLYLINE (mesh)");
-    std::vector<V2> points;
+    // One buffer for every polyline keeps the import free of per-entity
+    // allocations besides the shapes.
+    std::vector<V2>& points = scratch_;
+    points.clear();
     const std::uint32_t n = e.vertices.Size();
     for (std::uint32_t i = 0; i < n; ++i) {
       const TVertex& v = file_.vertices[e.vertices.begin + i];
@@ -205,10 +214,11 @@ class TShapeBuilder {
   }
 
   void Solid(const TEntity& e, const TAffine& m, const TStyle& style) {
-    std::vector<V2> points = {m(e.p[0]), m(e.p[1]), m(e.p[3]), m(e.p[2])};
-    if (e.p[3].x == e.p[2].x && e.p[3].y == e.p[2].y) points.pop_back();
-    points.push_back(points.front());
-    TMyShape* s = Add("TMyPolygon", points, e, style);
+    std::array<V2, 5> points = {m(e.p[0]), m(e.p[1]), m(e.p[3]), m(e.p[2])};
+    const bool triangle = e.p[3].x == e.p[2].x && e.p[3].y == e.p[2].y;
+    const std::size_t corners = triangle ? 3 : 4;
+    points[corners] = points[0];
+    TMyShape* s = Add("TMyPolygon", std::span<const V2>(points.data(), corners + 1), e, style);
     s->Brush().SetColor(style.color);
   }
 
@@ -217,25 +227,24 @@ class TShapeBuilder {
   void Ellipse(const TDxfEllipse& e, const TEntity& entity, const TStyle& style) {
     const V2 a1 = e.axis, a2 = {-e.axis.y * e.ratio, e.axis.x * e.ratio};
     const V2 c = e.centre;
-    std::vector<V2> frame = {{c.x - a1.x + a2.x, c.y - a1.y + a2.y},
-                             {c.x + a1.x + a2.x, c.y + a1.y + a2.y},
-                             {c.x + a1.x - a2.x, c.y + a1.y - a2.y},
-                             {c.x - a1.x - a2.x, c.y - a1.y - a2.y}};
     const bool full = e.Full();
-    if (!full) {
-      frame.push_back(e.At(e.t0));
-      frame.push_back(e.At(e.t1));
-    }
+    const std::array<V2, 6> frame = {V2{c.x - a1.x + a2.x, c.y - a1.y + a2.y},
+                                     V2{c.x + a1.x + a2.x, c.y + a1.y + a2.y},
+                                     V2{c.x + a1.x - a2.x, c.y + a1.y - a2.y},
+                                     V2{c.x - a1.x - a2.x, c.y - a1.y - a2.y},
+                                     full ? V2{} : e.At(e.t0), full ? V2{} : e.At(e.t1)};
     // The frame's first side runs along the axis; on the screen (y down) its
     // angle is the mirror of the DXF one.
     const float angle = static_cast<float>(-std::atan2(a1.y, a1.x));
-    TMyShape* s = Add(full ? "TMyEllipse" : "TMyElliArc", frame, entity, style, angle);
+    TMyShape* s = Add(full ? "TMyEllipse" : "TMyElliArc", std::span<const V2>(frame.data(), full ? 4 : 6), entity,
+                      style, angle);
     if (auto* arc = dynamic_cast<TMyElliArc*>(s)) arc->SetArcMode(std::abs(e.ratio - 1) < 1e-9 ? amCircle : amEllipse);
   }
 
   void Point(V2 p, const TEntity& e, const TStyle& style) {
     const double r = 2 / kDxfPixelsPerMm;
-    Add("TMyLinkPoint", {{p.x - r, p.y + r}, {p.x + r, p.y + r}, {p.x + r, p.y - r}, {p.x - r, p.y - r}}, e, style);
+    const std::array<V2, 4> frame = {V2{p.x - r, p.y + r}, V2{p.x + r, p.y + r}, V2{p.x + r, p.y - r}, V2{p.x - r, p.y - r}};
+    Add("TMyLinkPoint", frame, e, style);
   }
 
   // A clamped cubic whose inner knots come in threes is a Bezier chain and
@@ -387,7 +396,7 @@ class TShapeBuilder {
 
   // Creates the shape in model coordinates (Points given in DXF space after
   // the root scale), on the entity's layer, in the entity's pen.
-  TMyShape* Add(const char* className, const std::vector<V2>& points, const TEntity& e, const TStyle& style,
+  TMyShape* Add(const char* className, std::span<const V2> points, const TEntity& e, const TStyle& style,
                 float angle = 0) {
     std::unique_ptr<TMyShape> shape = cad_.CreateShapeByName(className);
     // Stored while the shape has no points, so that nothing is turned.
@@ -433,6 +442,7 @@ class TShapeBuilder {
   std::unordered_map<std::string_view, std::size_t> blocks_;
   std::unordered_map<std::string_view, std::int32_t> layerColors_;
   std::vector<std::size_t> stack_;
+  std::vector<V2> scratch_;
   std::vector<std::unique_ptr<TMyShape>>* shapes_ = nullptr;
 };
 

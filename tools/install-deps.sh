@@ -9,6 +9,10 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-ezdxf
 )
+# The DXF benchmarks measure against these; only wanted with LUMATREX_BENCH=1.
+if [ "${LUMATREX_BENCH:-0}" = 1 ]; then
+  packages+=(libdxflib-dev libdime-dev)
+fi
 
 missing=()
 for p in "${packages[@]}"; do

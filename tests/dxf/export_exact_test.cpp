@@ -1,6 +1,7 @@
 // The ENTITIES-only export, compared line by line.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 #include <string>
@@ -9,6 +10,7 @@
 #include "canvas/tmycad.h"
 #include "dxf/dxf.h"
 #include "shapes/arc.h"
+#include "shapes/text.h"
 
 namespace lumatrex {
 namespace {
@@ -149,6 +151,21 @@ TEST(SaveToDxf1, TracesCurvesWithinOneHundredthMillimetre) {
       const double k = std::sqrt((x * x) / (a * a) + (y * y) / (b * b));
       EXPECT_LT(std::hypot(x, y) * std::abs(1 - 1 / k), 0.01) << "chord " << i;
     }
+  }
+}
+
+// Text is written as the closed outlines of its glyphs, inside its frame.
+TEST(SaveToDxf1, WritesTextAsGlyphOutlines) {
+  TMyCAD cad;
+  cad.resize(400, 378);
+  auto* text = static_cast<TMyText*>(cad.AddShapeByCode2("TMyText", "", Box(96, 96, 288, 192), 0));
+  text->SetLines({"Hi"});
+  const auto lines = Lines(DxfText1(cad));
+  EXPECT_GE(std::count(lines.begin(), lines.end(), "POLYLINE"), 2);  // "H" and "i" at least
+  for (const auto& [x, y] : Vertices(lines)) {
+    EXPECT_GE(x, 25.3);
+    EXPECT_LE(x, 76.3);
+    EXPECT_LE(y, (378 - 96) / kDxfPixelsPerMm + 0.1);
   }
 }
 

@@ -243,6 +243,11 @@ TEST(SaveToDxf, AuditsCleanInEzdxfAndRoundTripsEveryShape) {
       EXPECT_EQ(back.GetLayerNameByID(after[i]->LayerId), cad.GetLayerNameByID(before[i]->LayerId));
     }
     EXPECT_FALSE(back.IsVisibleLayerByID(back.GetLayerIdByName("Second")));
+    TMyCAD grouped;
+    TDxfImportOptions options;
+    options.GroupInserts = true;
+    LoadFromDxf(grouped, file, options);
+    EXPECT_EQ(grouped.GetShapesCount(), back.GetShapesCount() + 1) << "one group for the one insert";
     EXPECT_EQ(static_cast<const TMyText*>(after.back())->GetLines(), static_cast<const TMyText*>(before.back())->GetLines());
   }
 }
