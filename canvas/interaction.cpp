@@ -10,10 +10,12 @@
 
 #include "canvas/tmycad.h"
 #include "platform/hooks.h"
+#include "shapes/bezier.h"
 #include "shapes/bspline.h"
 #include "shapes/closed_shapes.h"
 #include "shapes/connectors.h"
 #include "shapes/drawing_modes.h"
+#include "shapes/image.h"
 #include "shapes/lines.h"
 #include "shapes/text.h"
 
@@ -75,8 +77,10 @@ void TMyCAD::SetRotateConstraintDegree(std::int32_t value) {
 
 void TMyCAD::MouseDown(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y) {
   TCustomControl::MouseDown(button, shift, x, y);
+  if (textEditor_) CommitTextEdit();
   setFocus();
   if (actionTool_ == dtClose) return;
+  if ((shift & ssDouble) && button == mbLeft && actionTool_ == dtSelecting && OpenTextEditorAt(Point(x, y))) return;
   if (actionTool_ != dtDrawing && (shift & ssDouble)) return;
   if (button != mbLeft) return;
   ErasePreview();
@@ -113,6 +117,7 @@ void TMyCAD::PressWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y
     currentShape_ = pendingShape_.get();
   }
   TPoint p = Point(x, y);
+  if (dynamic_cast<TMyPolyBezier*>(currentShape_)) return PressBezier(shift, p);
   if (currentShape_->GetPointsCount() > 0) DrawMakeSquareorHV(shift, currentShape_, DrawingAnchor(), p);
   currentShape_->AddPointByMouse(p);
   startPoint_ = p;
@@ -226,6 +231,7 @@ void TMyCAD::MoveWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y)
   if (!currentShape_ || !mouseIsDown_ && currentShape_->GetPointsCount() == 0) return;
   if (shapeTool_ != SpLinkLine) SnapXY(x, y);
   TPoint p = Point(x, y);
+  if (dynamic_cast<TMyPolyBezier*>(currentShape_)) return MoveBezier(p);
   if (auto* free = dynamic_cast<TMyFreeLine*>(currentShape_); free && mouseIsDown_) {
     // A free-hand stroke keeps every point the mouse passes.
     free->Drawing(Canvas(), currentPoint_, p);
@@ -413,6 +419,7 @@ bool TMyCAD::ReleaseClickThrough(const TPoint& p) {
 
 void TMyCAD::ReleaseDrawing(TMouseButton button, TShiftState shift, TPoint p) {
   if (button != mbLeft || !currentShape_) return;
+  if (dynamic_cast<TMyPolyBezier*>(currentShape_)) return ReleaseBezier(p);
   gestureChanged_ = true;
   if (shapeTool_ != SpLinkLine) SnapXY(p.X, p.Y);
   DrawMakeSquareorHV(shift, currentShape_, DrawingAnchor(), p);
@@ -434,19 +441,13 @@ void TMyCAD::FinishDrawnShape() {
   added->SetCaption(added->GetName());
   added->CenterPoint = added->ComputeCenterPoint(4);
   added->TextoutPoint = added->CenterPoint;
-  if (auto* text = dynamic_cast<TMyText*>(added)) {
-    std::string lines;
-    if (!disableTextInput_ && EditTextDialog("Text", lines)) {
-      TStringList split;
-      std::size_t from = 0;
-      for (std::size_t at; (at = lines.find('\n', from)) != std::string::npos; from = at + 1)
-        split.push_back(lines.substr(from, at - from));
-      split.push_back(lines.substr(from));
-      text->SetLines(split);
-    }
-    const TMyRect box = GetPointsLTRB(text->Points);
-    text->Points = {{box.Left, box.Top}, {box.Right, box.Top}, {box.Right, box.Bottom}, {box.Left, box.Bottom}};
+  // Text and pictures read along P0-P1, so their frame starts upright at the
+  // top-left whichever way it was dragged.
+  if (dynamic_cast<TMyText*>(added) || dynamic_cast<TMyImage*>(added)) {
+    const TMyRect box = GetPointsLTRB(added->Points);
+    added->Points = {{box.Left, box.Top}, {box.Right, box.Top}, {box.Right, box.Bottom}, {box.Left, box.Bottom}};
   }
+  if (dynamic_cast<TMyImage*>(added) && !FillImageFromUserFile(added)) return Invalidate();
   if (!AddShape(std::move(shape), false, false)) return;
   RemoveAllWorkingShapes();
   AddWorkingShapes(added);
@@ -462,6 +463,10 @@ void TMyCAD::FinishDrawnShape() {
     shapeTool_ = SpSelecting;
   }
   Invalidate();
+  if (dynamic_cast<TMyText*>(added) && !disableTextInput_) {
+    EditTextInPlace(added);
+    editedIsNew_ = true;
+  }
 }
 
 void TMyCAD::ReleaseResizing(TShiftState shift, TPoint p) {
@@ -523,6 +528,7 @@ void TMyCAD::ReleaseRotating(const TPoint& p) {
 void TMyCAD::ReleaseNodeRemoving() {
   if (working_.size() != 1) return;
   TMyShape* shape = working_.front();
+  if (ReleaseBezierNodeRemoving(shape)) return;
   const bool polygon = dynamic_cast<TMyPolygon*>(shape) != nullptr;
   const bool chain = !polygon && (dynamic_cast<TMyPolyLine*>(shape) || dynamic_cast<TMyBLine*>(shape));
   if (!polygon && !chain) return;
@@ -546,6 +552,7 @@ void TMyCAD::ReleaseNodeRemoving() {
 
 void TMyCAD::ReleaseNodeAdding(const TPoint& p) {
   for (TMyShape* shape : working_) {
+    if (ReleaseBezierNodeAdding(shape, p)) continue;
     std::int32_t index = -1;
     bool hit = false;
     if (auto* spline = dynamic_cast<TMyBLine*>(shape))
@@ -642,12 +649,20 @@ void TMyCAD::NudgeSelection(std::int32_t dx, std::int32_t dy) {
 }
 
 // Keys a drawing canvas is expected to know: Delete, Escape, the arrows
-// (Shift for ten pixels) and Ctrl+Z.
+// (Shift for ten pixels), Ctrl+Z and Enter (ends a Bezier chain).
 void TMyCAD::keyPressEvent(QKeyEvent* event) {
   const std::int32_t step = event->modifiers() & Qt::ShiftModifier ? 10 : 1;
   switch (event->key()) {
     case Qt::Key_Delete: DeleteSelectedShapes(true); break;
     case Qt::Key_Escape: CancelGesture(); break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (actionTool_ != dtDrawing || !dynamic_cast<TMyPolyBezier*>(currentShape_)) {
+        TCustomControl::keyPressEvent(event);
+        return;
+      }
+      FinishBezier();
+      break;
     case Qt::Key_Left: NudgeSelection(-step, 0); break;
     case Qt::Key_Right: NudgeSelection(step, 0); break;
     case Qt::Key_Up: NudgeSelection(0, -step); break;

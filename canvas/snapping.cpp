@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "canvas/tmycad.h"
+#include "shapes/arc.h"
 #include "shapes/closed_shapes.h"
 #include "shapes/lines.h"
 
@@ -153,6 +154,12 @@ void TMyCAD::DrawMakeSquareorHV(TShiftState shift, TMyShape* shape, const TPoint
 
 void TMyCAD::ResizeMakeSquareorHV(TShiftState shift, TMyShape* shape, const TPoint& from, TPoint& to) const {
   if (!shape) return;
+  // An arc's end handles slide along its outline; Shift holds them to whole
+  // steps of 15 degrees.
+  if (auto* arc = dynamic_cast<TMyElliArc*>(shape); arc && TMyElliArc::IsEndHandle(arc->CurrentHot)) {
+    if (shift & ssShift) to = arc->SnapToAngleStep(to);
+    return;
+  }
   // A rectangle's side handles already move along one axis; only corners
   // are squared, measured from the corner opposite the dragged one.
   if (auto* box = dynamic_cast<TMyRectangle*>(shape)) {

@@ -24,6 +24,9 @@
 //   align.cpp      lining up and equal sizes of the selection
 //   drawing_file.cpp  saving and loading drawings and blocks
 //   library_shapes.cpp  placing entries of shape libraries
+//   bezier_tool.cpp  drawing Bezier chains and adding or removing their pieces
+//   image_tool.cpp   image shapes from files, code and the clipboard
+//   text_editor.cpp  the in-place editor of text shapes
 #pragma once
 
 #include <QLabel>
@@ -46,6 +49,8 @@
 #include "shapes/shape.h"
 #include "shapes/shape_enums.h"
 #include "shapes/shape_owner.h"
+
+class QPlainTextEdit;
 
 namespace lumatrex {
 
@@ -164,6 +169,34 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
                            float angle);
   TMyShape* AddShapeByCode2(const std::string& className, const std::string& name, const TArrMyPoint& points,
                             float angle);
+  // Adds a TMyImage showing a copy of Picture in the frame Points (model
+  // corners P0-P3; the picture's own size with its top-left at the origin
+  // when Points is empty), turned by Angle, named as AddShapeByCode names.
+  // Records "ACT_ADD" and raises OnShapeAdded. nullptr, adding nothing, for
+  // an empty picture or a frame without four points.
+  TMyShape* AddImageShapeByCode(const TBitmap& picture, const std::string& name, const TArrMyPoint& points,
+                                float angle);
+  // Reads a picture file into Picture: BMP through our own reader, every
+  // other format Qt can read through Qt. False, Picture untouched, when the
+  // file cannot be read.
+  static bool LoadPictureFile(const std::string& fileName, TBitmap& picture);
+  // Adds the clipboard's picture as an image shape at its own size, its
+  // top-left at the model origin, selected. False when the clipboard holds
+  // no picture.
+  bool PasteImage();
+  // Asked for the picture file when the image tool has drawn its frame;
+  // return false to cancel. Unset: a file dialog.
+  std::function<bool(QObject* sender, std::string& fileName)> OnGetImageFileName;
+  // In-place editing of a text shape's lines (text_editor.cpp): a multi-line
+  // editor over the shape's frame. Escape cancels; Ctrl+Enter, a click on
+  // the canvas or leaving the editor commits as one "ACT_CHANGE" step (none
+  // when nothing changed). Opened by the text tool and by a double click on
+  // a text shape with the selection tool.
+  void EditTextInPlace(TMyShape* text);
+  bool IsEditingText() const { return textEditor_ != nullptr; }
+  void CommitTextEdit();
+  void CancelTextEdit();
+
   // Deletes the shape with ShapeId Id, with its group members, unless it is
   // locked: raises OnShapeDeleted, records "ACT_DELETE" when Record, and
   // renumbers every remaining list reference. False when nothing was deleted.
@@ -792,9 +825,32 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TRect SelectionBoxInZoom() const;
   TPoint ClampToBounds(const TPoint& p) const;
   void FireShapePoint(const TShapePointEvent& event, TMyShape* shape, TPoint& to);
+  // ---- the Bezier chain tool and its node editing (bezier_tool.cpp) ----
+  // Press: a new anchor (a double click ends the chain instead). Move with
+  // the button down: the anchor's tangent. Release: the tangent's end.
+  void PressBezier(TShiftState shift, const TPoint& p);
+  void MoveBezier(const TPoint& p);
+  void ReleaseBezier(const TPoint& p);
+  // Ends the chain being drawn (Enter, double click): added with one
+  // "ACT_ADD" step, or dropped when it has fewer than two anchors.
+  void FinishBezier();
+  bool ReleaseBezierNodeRemoving(TMyShape* shape);
+  bool ReleaseBezierNodeAdding(TMyShape* shape, const TPoint& p);
+  // ---- the image tool (image_tool.cpp) ----
+  // Fills a newly drawn image shape from the file the user picks; false
+  // when cancelled or unreadable.
+  bool FillImageFromUserFile(TMyShape* image);
   // ---- snapping (snapping.cpp) ----
   bool SnapToGrid(std::int32_t& x, std::int32_t& y) const;
   void SnapToShapes(std::int32_t& x, std::int32_t& y) const;
+
+  // The in-place text editor (a child widget) and what it edits; the step
+  // of a text the tool has just added is its "ACT_ADD".
+  QPlainTextEdit* textEditor_ = nullptr;
+  TMyShape* editedText_ = nullptr;
+  bool editedIsNew_ = false;
+  bool OpenTextEditorAt(const TPoint& p);
+  void CloseTextEditor();
 
   TDrawTool shapeTool_ = SpSelecting;
   bool returnToSelecting_ = false;

@@ -10,6 +10,7 @@
 #include "platform/canvas.h"
 #include "platform/screen.h"
 #include "shapes/drawing_modes.h"
+#include "shapes/measures.h"
 #include "shapes/outline.h"
 
 namespace lumatrex {
@@ -17,29 +18,6 @@ namespace lumatrex {
 namespace {
 
 constexpr long double kMmPerInch = 25.4L;
-
-// "Area=" text of S square model pixels. Zoom plays no part: S is measured on
-// the model, and the drawing's Ratio scales it.
-std::string AreaText(long double s, long double ratio, TUnits unit) {
-  const long double ppi = ScreenPixelsPerInch();
-  const long double inch2 = ratio * ratio / (ppi * ppi) * s;
-  const long double mm2 = inch2 * kMmPerInch * kMmPerInch;
-  struct TArea {
-    long double value;
-    const char* name;
-  } area{mm2, "mm2"};
-  switch (unit) {
-    case pixel: area = {ratio * ratio * s, "pixel(s)2"}; break;
-    case mm: break;
-    case cm: area = {mm2 / 100, "cm2"}; break;
-    case dm: area = {mm2 / 10000, "dm2"}; break;
-    case m: area = {mm2 / 1000000, "m2"}; break;
-    case inch: area = {inch2, "inch2"}; break;
-  }
-  char text[96];
-  std::snprintf(text, sizeof text, "Area=%9.2Lf%s", area.value, area.name);
-  return text;
-}
 
 // Which corners a handle drag moves, and along which unrotated axes.
 struct TCornerMove {
@@ -213,7 +191,7 @@ bool TMyRectangle::IsClickedMe(TCanvas&, const TPoint& p) {
 
 bool TMyRectangle::ResizedCorners(const TMyPoint& to, TArrMyPoint& corners) const {
   const std::int32_t hot = CurrentHot;
-  if (hot < 0 || hot > 7 || Points.size() != 4) return false;
+  if (hot < 0 || hot > 7 || Points.size() < 4) return false;
   const TMyPoint centre = GetCenterPoint();
   const float angle = GetAngle();
   auto unrotated = [&](const TMyPoint& p) { return RotateAPoint(p, centre, -angle); };
@@ -225,7 +203,7 @@ bool TMyRectangle::ResizedCorners(const TMyPoint& to, TArrMyPoint& corners) cons
   long double dy = static_cast<long double>(target.Y) - from.Y;
   if (hot == 4 || hot == 6) dx = 0;
   if (hot == 5 || hot == 7) dy = 0;
-  corners = Points;
+  corners.assign(Points.begin(), Points.begin() + 4);
   for (const TCornerMove& move : kHandleMoves[static_cast<std::size_t>(hot)]) {
     if (move.corner < 0) continue;
     TMyPoint& p = corners[static_cast<std::size_t>(move.corner)];

@@ -114,11 +114,13 @@ class TMyRectangle : public TMyShape {
   bool GetShowVerticalSideHot() const { return showVerticalSideHot_; }
   void SetShowVerticalSideHot(bool value) { showVerticalSideHot_ = value; }
 
+ protected:
+  // The four corners after dragging handle CurrentHot to device point To, or
+  // false when the drag is refused. Points past the fourth are not touched.
+  bool ResizedCorners(const TMyPoint& to, TArrMyPoint& corners) const;
+
  private:
   bool HasHandle(std::int32_t index) const;
-  // The corners after dragging handle CurrentHot to device point To, or false
-  // when the drag is refused.
-  bool ResizedCorners(const TMyPoint& to, TArrMyPoint& corners) const;
 
   bool associateSideResizing_ = false;
   bool showSideHot_ = true;

@@ -14,8 +14,7 @@ namespace lumatrex {
 
 namespace {
 
-// Half-width of the segment hit band, in device pixels.
-constexpr std::int32_t kHitBand = 8;
+constexpr std::int32_t kHitBand = kLineHitBand;
 // Half-length of a measuring line's end ticks, in device pixels.
 constexpr long double kTickHalf = 10;
 // Gap between a measuring line and the bottom of its label, in device pixels.

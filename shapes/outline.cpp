@@ -1,5 +1,8 @@
 #include "shapes/outline.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "platform/canvas.h"
 #include "shapes/shape.h"
 
@@ -52,6 +55,19 @@ bool InHotSquare(const TMyPoint& zoomed, const TPoint& p, std::uint8_t hot) {
 bool PtInPolygon(const std::vector<TPoint>& points, const TPoint& p) {
   if (points.size() < 3) return false;
   return TRegion::CreatePolygonRgn(points, pfmAlternate).PtInRegion(p.X, p.Y);
+}
+
+// The distance to each segment, measured to its nearest point.
+bool NearChain(const std::vector<TPoint>& points, const TPoint& p, long double band) {
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const TPoint& a = points[i];
+    const TPoint& b = points[std::min(i + 1, points.size() - 1)];
+    const long double dx = b.X - a.X, dy = b.Y - a.Y, length2 = dx * dx + dy * dy;
+    long double t = length2 > 0 ? ((p.X - a.X) * dx + (p.Y - a.Y) * dy) / length2 : 0;
+    t = std::clamp(t, 0.0L, 1.0L);
+    if (std::hypot(a.X + t * dx - p.X, a.Y + t * dy - p.Y) <= band) return true;
+  }
+  return false;
 }
 
 }  // namespace lumatrex

@@ -34,6 +34,12 @@ void StrokeClosedChain(TCanvas& canvas, const std::vector<TPoint>& points);
 // zoomed handle grown by Hot on each side, left and top edges inside, right
 // and bottom edges outside.
 bool InHotSquare(const TMyPoint& zoomed, const TPoint& p, std::uint8_t hot);
+// Half-width of the band around an outline that counts as a hit, in device
+// pixels; lines and every curved outline share it.
+inline constexpr std::int32_t kLineHitBand = 8;
+// Whether device point P lies within Band pixels (Euclidean) of the open
+// chain through Points; a single point is a chain of one dot.
+bool NearChain(const std::vector<TPoint>& points, const TPoint& p, long double band = kLineHitBand);
 // Whether P lies inside the device polygon under the alternate fill rule,
 // exactly the pixels a fill would paint (no outline tolerance); false for
 // fewer than three points.

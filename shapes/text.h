@@ -1,17 +1,22 @@
-// TMyText: a block of text lines laid out in a rectangle's frame. Drawing
-// files store the shape base record, then IsBorder and IsSolid (a byte each)
-// in every version and, from "XP.a" on, the Lines (an int32 count and that
-// many length-prefixed strings), VAlignment, HAlignment and WordWrap (a byte
-// each). CharacterSpace is not stored.
+// TMyText: a block of text lines laid out in a rectangle's rotatable frame.
+// Drawing files store the shape base record, then IsBorder and IsSolid (a
+// byte each) in every version and, from "XP.a" on, the Lines (an int32 count
+// and that many length-prefixed strings), VAlignment, HAlignment and
+// WordWrap (a byte each). CharacterSpace is not stored.
 //
-// The class is complete for storing, copying and reading. Laying out and
-// drawing the lines is later work: until then the text shape draws, is hit
-// and is edited as its rectangle frame (which leaves the caption to the text
-// shape).
+// Layout works in the frame's own axes: x along P0-P1, y along P0-P3, in
+// model pixels, so the text turns and mirrors with its frame and scales with
+// the zoom. Lines are set in the shape's font (with LogUse: LogHeight model
+// pixels tall, stretched across by LogWidth / LogHeight), aligned by
+// HAlignment and VAlignment, broken at spaces when WordWrap is on, and
+// clipped to the frame.
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
+#include "platform/canvas.h"
 #include "shapes/closed_shapes.h"
 
 namespace lumatrex {
@@ -39,6 +44,20 @@ class TMyText : public TMyRectangle {
   void LoadFromStream(TStream& stream) override;
   void SaveToStream(TStream& stream) const override;
 
+  // The brush behind the text when IsSolid, the lines, then the frame in the
+  // pen when IsBorder.
+  void Draw(TCanvas& canvas) override;
+  // The glyph outlines of the laid-out lines as the surface's path records
+  // them, flattened to straight segments, in device pixels at the current
+  // zoom; each figure closes with ptCloseFigure. Canvas only lends its path
+  // and text metrics: nothing is drawn on it.
+  void GetPathPoints(TCanvas& canvas, std::vector<TPoint>& points, std::vector<std::uint8_t>& types);
+  // The lines as they are set in the frame: wrapped when WordWrap is on,
+  // measured in Canvas's metrics for the text font.
+  std::vector<std::string> LaidOutLines(TCanvas& canvas);
+  // The text font with the LogUse size applied, in model pixels.
+  TFont LayoutFont() const;
+
   // ---- published properties (setters only store) ----------------------------
   // Outline the frame with the pen.
   bool GetIsBorder() const { return isBorder_; }
@@ -60,6 +79,14 @@ class TMyText : public TMyRectangle {
   void SetCharacterSpace(std::int32_t value) { characterSpace_ = value; }
 
  private:
+  // Sets the text font, the character spacing and the world transform from
+  // frame axes to device pixels; returns the transform it replaced.
+  TXForm BeginFrameText(TCanvas& canvas);
+  // TextOut of every laid-out line at its aligned place (frame axes).
+  void TextOutLines(TCanvas& canvas);
+  long double FrameWidth() const;
+  long double FrameHeight() const;
+
   bool isBorder_ = false;
   bool isSolid_ = false;
   TStringList lines_;

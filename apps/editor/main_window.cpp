@@ -41,7 +41,8 @@ constexpr TToolButton kTools[] = {
     {"Select", SpSelecting},       {"Rotate", SpRotateSelecting},  {"Line", SpLine},
     {"Measure", SpRuleLine},       {"Polyline", SpPolyLine},       {"Freehand", SpFreeLine},
     {"Rectangle", SpRectangle},    {"Ellipse", SpEllipse},         {"Polygon", SpPolygon},
-    {"Curve", SpBLine},            {"Add node", SpPolylinePolygonPointAdding},
+    {"Curve", SpBLine},            {"Arc", SpElliArc},             {"Bezier", SpPolyBezier},
+    {"Text", SpText},              {"Image", SpImage},             {"Add node", SpPolylinePolygonPointAdding},
     {"Remove node", SpPolylinePolygonPointRemoving},                {"Pan", SpDragWhole},
     {"Browse", SpBrowse},
 };
@@ -309,6 +310,9 @@ void TMainWindow::BuildMenus() {
   edit->addAction(tr("&Delete"), QKeySequence::Delete, this, [this] {
     cad_->DeleteSelectedShapes(true);
     DocumentChanged();
+  });
+  edit->addAction(tr("&Paste picture"), QKeySequence::Paste, this, [this] {
+    if (cad_->PasteImage()) DocumentChanged();
   });
   edit->addAction(tr("Select &all"), QKeySequence::SelectAll, this, [this] { cad_->SelectAllShapes(); });
   edit->addSeparator();

@@ -1,8 +1,13 @@
 #include "sample_drawing.h"
 
+#include "platform/canvas.h"
+#include "shapes/arc.h"
+#include "shapes/bezier.h"
 #include "shapes/bspline.h"
 #include "shapes/closed_shapes.h"
+#include "shapes/image.h"
 #include "shapes/lines.h"
+#include "shapes/text.h"
 
 namespace lumatrex::demo {
 
@@ -62,6 +67,41 @@ void AddFigures(TMyCAD& cad) {
   cad.SelectShapeByCode(frame->ShapeId, true);
 }
 
+// A small picture drawn on the spot, so the sample needs no file.
+TBitmap SamplePicture() {
+  TBitmap picture(64, 48, pf24bit);
+  TCanvas& canvas = picture.Canvas();
+  canvas.Brush().SetColor(RGB(150, 200, 240));
+  canvas.FillRect(Rect(0, 0, 64, 48));
+  canvas.Brush().SetColor(RGB(250, 210, 60));
+  canvas.Pen().SetColor(RGB(250, 210, 60));
+  canvas.Ellipse(40, 6, 56, 22);
+  canvas.Brush().SetColor(RGB(60, 140, 60));
+  canvas.Pen().SetColor(RGB(60, 140, 60));
+  canvas.Polygon({Point(0, 48), Point(22, 20), Point(44, 48)});
+  return picture;
+}
+
+void AddOtherKinds(TMyCAD& cad) {
+  cad.Brush().SetColor(RGB(250, 220, 220));
+  auto* arc = Add<TMyElliArc>(cad, "TMyElliArc", Box(300, 440, 420, 540));
+  arc->Points.insert(arc->Points.end(), {{360, 440}, {420, 490}});
+  arc->SetArcStyle(asPie);
+  arc->Pen().SetWidth(2);
+  auto* chain = Add<TMyPolyBezier>(cad, "TMyPolyBezier",
+                                   {{450, 520}, {470, 430}, {530, 430}, {550, 480}, {570, 530}, {630, 530}, {650, 440}});
+  chain->Pen().SetColor(RGB(160, 30, 120));
+  chain->Pen().SetWidth(2);
+  auto* text = Add<TMyText>(cad, "TMyText", Box(300, 580, 480, 640), -0.1f);
+  text->SetLines({"Double-click to edit", "this text block"});
+  text->SetHAlignment(taCenter);
+  text->SetVAlignment(tlCenter);
+  text->SetIsBorder(true);
+  auto* image = Add<TMyImage>(cad, "TMyImage", Box(520, 570, 648, 666), 0.15f);
+  image->Bitmap() = SamplePicture();
+  image->SetBorder(true);
+}
+
 }  // namespace
 
 void BuildSampleDrawing(TMyCAD& cad) {
@@ -75,6 +115,7 @@ void BuildSampleDrawing(TMyCAD& cad) {
   cad.SetResizeEnable(true);
   cad.SetDragEnable(true);
   AddFigures(cad);
+  AddOtherKinds(cad);
   cad.NewLayer("Lines", true);
   AddArrows(cad);
   AddMeasuring(cad);

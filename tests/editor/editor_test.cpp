@@ -62,7 +62,8 @@ TEST(Editor, TheSampleDrawingHasEveryKindOnTwoLayers) {
   std::set<std::string> kinds;
   for (int i = 0; i < cad.GetShapesCount(); ++i) kinds.insert(cad.GetShapeByNo(i)->ClassName());
   EXPECT_EQ(kinds, (std::set<std::string>{"TMyLine", "TMyRuleLine", "TMyPolyLine", "TMyFreeLine", "TMyBLine",
-                                          "TMyRectangle", "TMyEllipse", "TMyPolygon"}));
+                                          "TMyRectangle", "TMyEllipse", "TMyPolygon", "TMyElliArc",
+                                          "TMyPolyBezier", "TMyText", "TMyImage"}));
 }
 
 }  // namespace

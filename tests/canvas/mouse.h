@@ -1,0 +1,51 @@
+// Real Qt mouse and key events sent to a widget, for gesture tests.
+#pragma once
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWidget>
+
+namespace lumatrex::test {
+
+class TMouse {
+ public:
+  explicit TMouse(QWidget& w) : w_(w) {}
+  TMouse& Press(int x, int y, Qt::KeyboardModifiers mods = Qt::NoModifier) {
+    return Send(QEvent::MouseButtonPress, x, y, Qt::LeftButton, Qt::LeftButton, mods);
+  }
+  TMouse& Move(int x, int y, bool held = true, Qt::KeyboardModifiers mods = Qt::NoModifier) {
+    return Send(QEvent::MouseMove, x, y, Qt::NoButton, held ? Qt::LeftButton : Qt::NoButton, mods);
+  }
+  TMouse& Release(int x, int y, Qt::KeyboardModifiers mods = Qt::NoModifier) {
+    return Send(QEvent::MouseButtonRelease, x, y, Qt::LeftButton, Qt::NoButton, mods);
+  }
+  TMouse& Click(int x, int y) { return Press(x, y).Release(x, y); }
+  TMouse& DoubleClick(int x, int y) {
+    Click(x, y);
+    Send(QEvent::MouseButtonDblClick, x, y, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    return Release(x, y);
+  }
+  // Press, four moves on the way, release.
+  TMouse& Drag(int x1, int y1, int x2, int y2, Qt::KeyboardModifiers mods = Qt::NoModifier) {
+    Press(x1, y1, mods);
+    for (int i = 1; i <= 4; ++i) Move(x1 + (x2 - x1) * i / 4, y1 + (y2 - y1) * i / 4, true, mods);
+    return Release(x2, y2, mods);
+  }
+
+ private:
+  TMouse& Send(QEvent::Type type, int x, int y, Qt::MouseButton button, Qt::MouseButtons buttons,
+               Qt::KeyboardModifiers mods) {
+    QMouseEvent event(type, QPointF(x, y), w_.mapToGlobal(QPointF(x, y)), button, buttons, mods);
+    QApplication::sendEvent(&w_, &event);
+    return *this;
+  }
+  QWidget& w_;
+};
+
+inline void Key(QWidget& w, int key, Qt::KeyboardModifiers mods = Qt::NoModifier, const QString& text = {}) {
+  QKeyEvent event(QEvent::KeyPress, key, mods, text);
+  QApplication::sendEvent(&w, &event);
+}
+
+}  // namespace lumatrex::test
