@@ -18,6 +18,7 @@
 #include <QToolBar>
 
 #include "canvas/tmycad.h"
+#include "inspector_dock.h"
 #include "layers_panel.h"
 #include "library/lib_manager.h"
 #include "platform/qt_interop.h"
@@ -281,6 +282,7 @@ void TMainWindow::BuildMenus() {
     DocumentChanged();
   });
   edit->addAction(tr("Select &all"), QKeySequence::SelectAll, this, [this] { cad_->SelectAllShapes(); });
+  AddUserDataAction(*edit, *cad_);
   edit->addSeparator();
   edit->addAction(tr("Bring to front"), this, [this] { cad_->BringToFront(cad_->GetSelectedShape(), true); });
   edit->addAction(tr("Bring forward"), this, [this] { cad_->BringToFrontByStep(cad_->GetSelectedShape(), true); });
@@ -310,6 +312,7 @@ void TMainWindow::BuildDocks() {
   dock->setObjectName("layers");
   dock->setWidget(layers_);
   addDockWidget(Qt::RightDockWidgetArea, dock);
+  AddInspectorDock(*this, *cad_);
 }
 
 void TMainWindow::PickPenColour() {
