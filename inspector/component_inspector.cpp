@@ -3,8 +3,11 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QHeaderView>
+#include <QHash>
 #include <QTimer>
+#include <QTreeView>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 #include <QVBoxLayout>
 
 #include "canvas/tmycad.h"
@@ -60,10 +63,13 @@ void TComponentInspector::SetGrid(TInspectorGrid* grid) {
 }
 
 // The canvas handles its own mouse and keys first; the selection it ends up
-// with is read once the event is done.
+// with is read once the event is done. A repaint of the canvas (after an undo,
+// say) repaints the grid, whose values are read as it draws.
 bool TComponentInspector::eventFilter(QObject* watched, QEvent* event) {
-  if (cad_ && watched == static_cast<QObject*>(cad_) && (event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::KeyRelease))
+  if (!cad_ || watched != static_cast<QObject*>(cad_)) return QWidget::eventFilter(watched, event);
+  if (event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::KeyRelease)
     QTimer::singleShot(0, this, &TComponentInspector::SyncFromCanvas);
+  if (event->type() == QEvent::Paint && grid_) grid_->View().viewport()->update();
   return QWidget::eventFilter(watched, event);
 }
 
@@ -105,11 +111,13 @@ void TComponentInspector::SyncFromCanvas() {
   if (builtFor_ != std::pair<int, int>{cad_->GetShapesCount(), cad_->GetLayersCount()}) Rebuild();
   syncing_ = true;
   tree_->clearSelection();
+  // One pass over the tree rather than one per selected shape, so selecting
+  // everything in a large drawing stays linear.
+  QHash<int, QTreeWidgetItem*> items;
+  for (QTreeWidgetItemIterator it(tree_); *it; ++it) items.insert((*it)->data(0, kShapeIdRole).toInt(), *it);
   std::vector<QObject*> shown;
   for (TMyShape* shape : cad_->GetSelectedShapes()) {
-    const auto hits = tree_->findItems("*", Qt::MatchWildcard | Qt::MatchRecursive);
-    for (QTreeWidgetItem* item : hits)
-      if (item->data(0, kShapeIdRole).toInt() == shape->GetShapeId()) item->setSelected(true);
+    if (QTreeWidgetItem* item = items.value(shape->GetShapeId())) item->setSelected(true);
     shown.push_back(shape);
   }
   if (shown.empty() && tree_->topLevelItemCount() > 0) {
@@ -142,9 +150,9 @@ void TComponentInspector::TreeSelectionChanged() {
 
 void TComponentInspector::ComboChosen(int index) {
   const int id = combo_->itemData(index).toInt();
-  for (QTreeWidgetItem* item : tree_->findItems("*", Qt::MatchWildcard | Qt::MatchRecursive)) {
-    if (item->data(0, kShapeIdRole).toInt() == id) {
-      tree_->setCurrentItem(item);  // selects it alone, which selects on the canvas
+  for (QTreeWidgetItemIterator it(tree_); *it; ++it) {
+    if ((*it)->data(0, kShapeIdRole).toInt() == id) {
+      tree_->setCurrentItem(*it);  // selects it alone, which selects on the canvas
       return;
     }
   }
