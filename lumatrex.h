@@ -43,3 +43,9 @@
 #include "ruler/base_ruler.h"
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"
+
+#include "inspector/property_model.h"
+#include "inspector/property_dialogs.h"
+#include "inspector/menu_editor.h"
+#include "inspector/inspector_grid.h"
+#include "inspector/component_inspector.h"

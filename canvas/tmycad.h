@@ -132,6 +132,15 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   Q_PROPERTY(lumatrex::TUserData* UserData READ UserDataPtr)
   Q_PROPERTY(std::int32_t Tag READ GetTag WRITE SetTag)
   Q_PROPERTY(std::uint8_t UndoRedoSize READ GetUndoRedoSize WRITE SetUndoRedoSize)
+  // graphic objects and host labels
+  Q_PROPERTY(lumatrex::TPen* Pen READ PenPtr)
+  Q_PROPERTY(lumatrex::TBrush* Brush READ BrushPtr)
+  Q_PROPERTY(lumatrex::TFont* Font READ FontPtr)
+  Q_PROPERTY(lumatrex::TBitmap* BkBitmap READ BkBitmapPtr)
+  Q_PROPERTY(lumatrex::TFont* PageHeadFont READ PageHeadFontPtr)
+  Q_PROPERTY(lumatrex::TFont* PageFootFont READ PageFootFontPtr)
+  Q_PROPERTY(QLabel* LabelXY MEMBER LabelXY)
+  Q_PROPERTY(QLabel* LabelValue MEMBER LabelValue)
 
  public:
   // Sets every default, creates the back buffer and the first layer "Layer0".
@@ -544,6 +553,13 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TPen& Pen() { return pen_; }
   TBrush& Brush() { return brush_; }
   TFont& Font() { return font_; }
+  // The same objects by pointer, as the properties hand them to the inspector.
+  TPen* PenPtr() { return &pen_; }
+  TBrush* BrushPtr() { return &brush_; }
+  TFont* FontPtr() { return &font_; }
+  TFont* PageHeadFontPtr() { return &pageHeadFont_; }
+  TFont* PageFootFontPtr() { return &pageFootFont_; }
+  TBitmap* BkBitmapPtr() { return &bkBitmap_; }
   const TPen& GetPen() const override { return pen_; }
   const TBrush& GetBrush() const override { return brush_; }
   const TFont& GetFont() const override { return font_; }

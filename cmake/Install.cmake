@@ -8,7 +8,7 @@ install(TARGETS lumatrex EXPORT LumatrexTargets
 # Public headers keep their folder layout under include/lumatrex, next to the
 # umbrella header lumatrex.h.
 install(FILES lumatrex.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/lumatrex)
-foreach(folder IN ITEMS platform geometry persistence shapes library canvas dxf ruler)
+foreach(folder IN ITEMS platform geometry persistence shapes library canvas dxf ruler inspector)
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/lumatrex/${folder}
     FILES_MATCHING PATTERN "*.h")
 endforeach()

@@ -19,6 +19,7 @@
 
 #include "canvas/tmycad.h"
 #include "dxf/dxf.h"
+#include "inspector_dock.h"
 #include "layers_panel.h"
 #include "library/lib_manager.h"
 #include "platform/qt_interop.h"
@@ -315,6 +316,7 @@ void TMainWindow::BuildMenus() {
     if (cad_->PasteImage()) DocumentChanged();
   });
   edit->addAction(tr("Select &all"), QKeySequence::SelectAll, this, [this] { cad_->SelectAllShapes(); });
+  AddUserDataAction(*edit, *cad_);
   edit->addSeparator();
   edit->addAction(tr("Bring to front"), this, [this] { cad_->BringToFront(cad_->GetSelectedShape(), true); });
   edit->addAction(tr("Bring forward"), this, [this] { cad_->BringToFrontByStep(cad_->GetSelectedShape(), true); });
@@ -344,6 +346,7 @@ void TMainWindow::BuildDocks() {
   dock->setObjectName("layers");
   dock->setWidget(layers_);
   addDockWidget(Qt::RightDockWidgetArea, dock);
+  AddInspectorDock(*this, *cad_);
 }
 
 void TMainWindow::PickPenColour() {

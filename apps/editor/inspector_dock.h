@@ -1,0 +1,19 @@
+// The editor's object inspector: a dock with the component tree above the
+// property grid, following the canvas's selection, and the Edit menu's
+// "User data…" command.
+#pragma once
+
+class QMainWindow;
+class QMenu;
+
+namespace lumatrex {
+
+class TMyCAD;
+
+// Docks the inspector on the right of Window, bound to Canvas.
+void AddInspectorDock(QMainWindow& window, TMyCAD& canvas);
+// Adds "User data…" to Menu: edits the user data of the one selected shape
+// (as an undoable change), or of the canvas when no single shape is selected.
+void AddUserDataAction(QMenu& menu, TMyCAD& canvas);
+
+}  // namespace lumatrex
