@@ -83,7 +83,10 @@ struct TDxfImportSummary {
 // the DXF layer is on), inserts exploded with their blocks (or grouped),
 // colours by entity or layer. Everything is parsed before the drawing is
 // touched: on EDxfError the canvas is unchanged. Binary DXF is refused with
-// EDxfError. Throws EFOpenError when the file cannot be read.
+// EDxfError, and so are blocks inserting themselves, nesting deeper than 32,
+// and inserts expanding to more than 4 million entities. Throws EFOpenError
+// when the file cannot be read. The drawing's origin is the DXF origin with
+// y negated (before Offset), as the full export writes it.
 TDxfImportSummary LoadFromDxf(TMyCAD& cad, const std::string& fileName, double scale = 1.0, double offsetX = 0.0,
                               double offsetY = 0.0);
 TDxfImportSummary LoadFromDxf(TMyCAD& cad, const std::string& fileName, const TDxfImportOptions& options);

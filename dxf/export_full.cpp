@@ -310,12 +310,20 @@ class TFullWriter {
     out.HexHandle(5, NewHandle());
     out.HexHandle(330, owner);
     out.Pair(100, "AcDbEntity");
-    out.Pair(8, SafeName(cad_.GetLayerNameByID(s.LayerId)));
+    out.Pair(8, LayerName(s.LayerId));
     const TPenStyle style = s.Pen().Style();
     if (!fill && style >= psDash && style <= psDashDotDot) out.Pair(6, kLineTypes[style - psDash].name);
     out.Int(420, dxf::TColorToRgb(fill ? s.Brush().Color() : s.Pen().Color()));
     if (!fill) out.Int(370, NearestLineWeight(s.Pen().Width()));
     out.Pair(100, subclass);
+  }
+
+  // Layer names once per layer, not once per entity.
+  const std::string& LayerName(std::int32_t id) {
+    for (const auto& [known, name] : layerNames_)
+      if (known == id) return name;
+    layerNames_.emplace_back(id, SafeName(cad_.GetLayerNameByID(id)));
+    return layerNames_.back().second;
   }
 
   void XY(TDxfOut& out, int code, V2 p) {
@@ -520,6 +528,7 @@ class TFullWriter {
   dxf::TDxfMap map_;
   TDxfOut entities_;
   std::vector<TBlock> blocks_;
+  std::vector<std::pair<std::int32_t, std::string>> layerNames_;
   std::uint32_t nextHandle_ = 0x20;
   std::uint32_t modelSpace_ = 0, paperSpace_ = 0;
   V2 extMin_{1e300, 1e300}, extMax_{-1e300, -1e300};

@@ -23,9 +23,11 @@ namespace {
 
 using namespace dxf;
 
-// More shapes than any drawing of ours holds: inserts that multiply past it
-// (arrays of arrays) are refused instead of exhausting memory.
-constexpr std::int64_t kMaxShapes = 4'000'000;
+// More than any drawing of ours holds: inserts that multiply past it (arrays
+// of arrays, blocks of many inserts nested deep) are refused instead of
+// exhausting memory or time. Every array cell and every entity reached
+// through an insert counts.
+constexpr std::int64_t kMaxInsertWork = 4'000'000;
 constexpr std::int32_t kMaxInsertDepth = 32;
 
 // x' = a x + c y + e, y' = b x + d y + f, in millimetres.
@@ -370,10 +372,12 @@ class TShapeBuilder {
     const auto it = blocks_.find(e.block);
     if (it == blocks_.end()) return Skip("INSERT (no such block)");
     const TBlockDef& block = file_.blocks[it->second];
-    if (depth >= kMaxInsertDepth || std::find(stack_.begin(), stack_.end(), it->second) != stack_.end())
+    if (std::find(stack_.begin(), stack_.end(), it->second) != stack_.end())
       throw EDxfError(e.line, "block \"" + std::string(block.name) + "\" inserts itself");
+    if (depth >= kMaxInsertDepth)
+      throw EDxfError(e.line, "blocks nested deeper than " + std::to_string(kMaxInsertDepth));
     const std::int64_t cols = std::max<std::int32_t>(1, e.flags), rows = std::max<std::int32_t>(1, e.flags2);
-    if (cols * rows > kMaxShapes) throw EDxfError(e.line, "insert array too large");
+    if (cols * rows > kMaxInsertWork) throw EDxfError(e.line, "insert array too large");
     const double sx = e.has41 ? e.g41 : 1, sy = e.has42 ? e.g42 : 1;
     const double rotation = e.g50 * kPi / 180;
     stack_.push_back(it->second);
@@ -385,13 +389,17 @@ class TShapeBuilder {
                                   .Then(ScaleBy(sx, sy))
                                   .Then(Translate(-block.base.x, -block.base.y));
         const TAffine m = t.Then(e.mirrored ? ScaleBy(-1, 1).Then(place) : place);
-        for (std::uint32_t i = block.entities.begin; i < block.entities.end; ++i) {
-          if (static_cast<std::int64_t>(shapes_->size()) >= kMaxShapes)
-            throw EDxfError(e.line, "the inserts make more than " + std::to_string(kMaxShapes) + " shapes");
+        CountInsertWork(e, 1 + block.entities.Size());
+        for (std::uint32_t i = block.entities.begin; i < block.entities.end; ++i)
           Entity(file_.blockEntities[i], m, style, depth + 1);
-        }
       }
     stack_.pop_back();
+  }
+
+  void CountInsertWork(const TEntity& insert, std::int64_t amount) {
+    insertWork_ += amount;
+    if (insertWork_ > kMaxInsertWork)
+      throw EDxfError(insert.line, "the inserts expand to more than " + std::to_string(kMaxInsertWork) + " entities");
   }
 
   // Creates the shape in model coordinates (Points given in DXF space after
@@ -443,6 +451,7 @@ class TShapeBuilder {
   std::unordered_map<std::string_view, std::int32_t> layerColors_;
   std::vector<std::size_t> stack_;
   std::vector<V2> scratch_;
+  std::int64_t insertWork_ = 0;
   std::vector<std::unique_ptr<TMyShape>>* shapes_ = nullptr;
 };
 

@@ -131,6 +131,9 @@ TEST(LoadFromDxf, RefusesMalformedFilesNamingTheLineAndKeepsTheDrawing) {
       {"array of ten billion", "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n" + kLine + "0\nENDBLK\n0\nENDSEC\n" + kOpen +
                                    "0\nINSERT\n2\nA\n70\n100000\n71\n100000\n" + kClose,
        30, "too large"},
+      {"arrays of arrays", "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n0\nENDBLK\n0\nBLOCK\n2\nB\n0\nINSERT\n2\nA\n70\n2000\n71\n2000\n0\nENDBLK\n0\nENDSEC\n" + kOpen +
+           "0\nINSERT\n2\nB\n70\n2000\n71\n2000\n" + kClose,
+       16, "expand to more than"},
       {"binary DXF", std::string("AutoCAD Binary DXF\r\n\x1a\0", 22), 1, "binary"},
       {"section without ENDSEC", kOpen + kLine + "0\nEOF\n", 18, "ENDSEC expected"},
   };
