@@ -90,15 +90,6 @@ TArrMyPoint TMyElliArc::OutlineInZoom() const {
   return outline;
 }
 
-std::vector<TPoint> TMyElliArc::FrameInZoom(long double dx, long double dy) const {
-  std::vector<TPoint> frame;
-  const long double zoom = Zoom();
-  for (std::size_t i = 0; i < 4 && i < Points.size(); ++i)
-    frame.push_back(MyPtToPt(
-        MyPoint(static_cast<float>(Points[i].X * zoom + dx), static_cast<float>(Points[i].Y * zoom + dy))));
-  return frame;
-}
-
 // ---- interactive drawing -----------------------------------------------------------------
 
 void TMyElliArc::AddPointByMouse(const TPoint& p) {

@@ -102,7 +102,6 @@ class TMyElliArc : public TMyRectangle {
   TMyPoint OutlineAt(long double t) const;
   // Puts P4 and P5 back on the outline at the given angles.
   void PlaceEnds(long double start, long double end);
-  std::vector<TPoint> FrameInZoom(long double dx = 0, long double dy = 0) const;
 
   TArcMode arcMode_ = amEllipse;
   TArcStyle arcStyle_ = asArc;

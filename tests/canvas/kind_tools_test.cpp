@@ -253,10 +253,6 @@ TEST_F(KindTools, EveryFieldOfTheFourKindsSurvivesTheDrawingFile) {
   file.SetPosition(0);
   ASSERT_TRUE(reopened.LoadFromStream(file));
   EXPECT_EQ(DocumentState(reopened), DocumentState(cad));
-  const auto* back = dynamic_cast<TMyText*>(reopened.GetShapeByNo(2));
-  ASSERT_NE(back, nullptr);
-  EXPECT_EQ(back->GetLines(), text->GetLines());
-  EXPECT_EQ(back->GetLogHeight(), 14);
 }
 
 }  // namespace
