@@ -794,6 +794,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void FireShapePoint(const TShapePointEvent& event, TMyShape* shape, TPoint& to);
   // ---- snapping (snapping.cpp) ----
   bool SnapToGrid(std::int32_t& x, std::int32_t& y) const;
+  std::int32_t GridStep(double spacing) const;
+  bool FinishShapeByKey();
   void SnapToShapes(std::int32_t& x, std::int32_t& y) const;
 
   TDrawTool shapeTool_ = SpSelecting;

@@ -1,0 +1,177 @@
+// The File menu: new, open, recent files, save, save as, export, library
+// placement and quit, and the questions that keep unsaved work from being
+// dropped silently.
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSettings>
+
+#include "canvas/tmycad.h"
+#include "library/lib_manager.h"
+#include "main_window.h"
+#include "platform/stream.h"
+
+namespace lumatrex::editor {
+
+namespace {
+
+constexpr int kRecentFiles = 8;
+const char* const kRecentKey = "recentFiles";
+
+// Name with ".Suffix" added unless it already ends in one of Known: a
+// drawing saved as "plan" (or "plan.v2") must still open as a drawing.
+QString WithSuffix(const QString& name, const QString& suffix, const QStringList& known = {}) {
+  const QString has = QFileInfo(name).suffix().toLower();
+  return has == suffix || known.contains(has) ? name : name + "." + suffix;
+}
+
+QSettings Settings() { return QSettings("Lumatrex", "lumatrex-editor"); }
+
+}  // namespace
+
+void TMainWindow::BuildFileMenu() {
+  QMenu* file = menuBar()->addMenu(tr("&File"));
+  file->addAction(tr("&New"), QKeySequence::New, this, &TMainWindow::NewDrawing);
+  file->addAction(tr("&Open..."), QKeySequence::Open, this, &TMainWindow::OpenDrawing);
+  QMenu* recent = file->addMenu(tr("Open &recent"));
+  connect(recent, &QMenu::aboutToShow, this, [this, recent] { FillRecentMenu(*recent); });
+  file->addAction(tr("&Save"), QKeySequence::Save, this, &TMainWindow::SaveDrawing);
+  file->addAction(tr("Save &as..."), QKeySequence::SaveAs, this, &TMainWindow::SaveDrawingAs)->setObjectName("saveAs");
+  file->addSeparator();
+  file->addAction(tr("&Export..."), QKeySequence(tr("Ctrl+E")), this, &TMainWindow::ExportImage);
+  file->addAction(tr("&Place from library..."), this, &TMainWindow::PlaceFromLibrary);
+  file->addSeparator();
+  file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
+}
+
+void TMainWindow::UpdateTitle() {
+  const QString name = fileName_.isEmpty() ? tr("Untitled") : QFileInfo(fileName_).fileName();
+  setWindowTitle(name + "[*] \u2014 " + tr("Lumatrex editor"));
+  setWindowModified(cad_->GetModified());
+}
+
+bool TMainWindow::MaybeSave() {
+  if (!cad_->GetModified()) return true;
+  const QString name = fileName_.isEmpty() ? tr("Untitled") : QFileInfo(fileName_).fileName();
+  const auto answer = QMessageBox::warning(this, tr("Unsaved changes"),
+                                           tr("Save the changes to %1 before closing it?").arg(name),
+                                           QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+                                           QMessageBox::Save);
+  if (answer == QMessageBox::Save) return SaveDrawing();
+  return answer == QMessageBox::Discard;
+}
+
+void TMainWindow::closeEvent(QCloseEvent* event) {
+  if (MaybeSave())
+    event->accept();
+  else
+    event->ignore();
+}
+
+// A blank canvas written and read back gives the new drawing every default
+// of a fresh control: one layer, no shapes, no history.
+void TMainWindow::NewDrawing() {
+  if (!MaybeSave()) return;
+  TMyCAD blank;
+  TMemoryStream stream;
+  blank.SaveToStream(stream);
+  stream.SetPosition(0);
+  cad_->LoadFromStream(stream);
+  fileName_.clear();
+  FitCanvasToPage();
+  DocumentChanged();
+}
+
+void TMainWindow::OpenDrawing() {
+  const QString name =
+      QFileDialog::getOpenFileName(this, tr("Open drawing"), QString(), tr("Drawings (*.lmx);;All files (*)"));
+  if (!name.isEmpty()) OpenFile(name);
+}
+
+bool TMainWindow::OpenFile(const QString& path) {
+  if (!MaybeSave()) return false;
+  bool loaded = false;
+  if (!ReportErrors([&] { loaded = cad_->LoadFromFile(path.toStdString()); })) return false;
+  if (!loaded) {
+    QMessageBox::warning(this, tr("Open drawing"), tr("%1 is not a Lumatrex drawing.").arg(path));
+    return false;
+  }
+  fileName_ = QFileInfo(path).absoluteFilePath();
+  RememberRecent(fileName_);
+  FitCanvasToPage();
+  DocumentChanged();
+  return true;
+}
+
+bool TMainWindow::SaveDrawing() {
+  if (fileName_.isEmpty()) return SaveDrawingAs();
+  const bool saved = ReportErrors([this] { cad_->SaveToFile(fileName_.toStdString()); });
+  UpdateTitle();
+  return saved;
+}
+
+bool TMainWindow::SaveDrawingAs() {
+  const QString chosen = QFileDialog::getSaveFileName(this, tr("Save drawing"), fileName_, tr("Drawings (*.lmx)"));
+  if (chosen.isEmpty()) return false;
+  const QString name = WithSuffix(chosen, "lmx");
+  if (!ReportErrors([&] { cad_->SaveToFile(name.toStdString()); })) return false;
+  fileName_ = QFileInfo(name).absoluteFilePath();
+  RememberRecent(fileName_);
+  UpdateTitle();
+  return true;
+}
+
+void TMainWindow::ExportImage() {
+  const QString chosen = QFileDialog::getSaveFileName(this, tr("Export"), QString(), tr("Images (*.png *.jpg *.bmp)"));
+  if (chosen.isEmpty()) return;
+  const QString name = WithSuffix(chosen, "png", {"jpg", "jpeg", "bmp"});
+  if (!cad_->SaveToImageFile(name.toStdString()))
+    QMessageBox::warning(this, tr("Export"), tr("%1 could not be written.").arg(name));
+}
+
+void TMainWindow::RememberRecent(const QString& path) {
+  QSettings settings = Settings();
+  QStringList files = settings.value(kRecentKey).toStringList();
+  files.removeAll(path);
+  files.prepend(path);
+  settings.setValue(kRecentKey, files.mid(0, kRecentFiles));
+}
+
+void TMainWindow::FillRecentMenu(QMenu& menu) {
+  menu.clear();
+  const QStringList files = Settings().value(kRecentKey).toStringList();
+  for (const QString& path : files) menu.addAction(path, this, [this, path] { OpenFile(path); });
+  if (files.isEmpty()) menu.addAction(tr("No recent files"))->setEnabled(false);
+}
+
+bool TMainWindow::ReportErrors(const std::function<void()>& work) {
+  try {
+    work();
+    return true;
+  } catch (const std::exception& e) {
+    QMessageBox::warning(this, tr("Lumatrex editor"), QString::fromUtf8(e.what()));
+    return false;
+  }
+}
+
+void TMainWindow::PlaceFromLibrary() {
+  const QString name =
+      QFileDialog::getOpenFileName(this, tr("Shape library"), QString(), tr("Libraries (*.lml);;All files (*)"));
+  if (name.isEmpty()) return;
+  TLibManager library;
+  if (!ReportErrors([&] { library.LoadFromFile(name.toStdString()); })) return;
+  QStringList entries;
+  for (std::int32_t i = 0; i < library.GetcmbShapesCount(); ++i)
+    entries << QString::fromStdString(library.GetCmbShapesNameByID(i));
+  if (entries.isEmpty()) return;
+  bool ok = false;
+  const QString entry = QInputDialog::getItem(this, tr("Place from library"), tr("Shape:"), entries, 0, false, &ok);
+  if (!ok) return;
+  ReportErrors([&] { cad_->AddUserDefineShapefromLib(library, entry.toStdString()); });
+  Edited();
+}
+
+}  // namespace lumatrex::editor
