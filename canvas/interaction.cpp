@@ -648,34 +648,61 @@ void TMyCAD::NudgeSelection(std::int32_t dx, std::int32_t dy) {
   Invalidate();
 }
 
-// Keys a drawing canvas is expected to know: Delete, Escape, the arrows
-// (Shift for ten pixels), Ctrl+Z and Enter (ends a Bezier chain).
+// Keys a drawing canvas is expected to know: Delete, Escape, Enter (ends a
+// multi-click shape), the arrows (one pixel; with Shift one grid step) and
+// Ctrl+Z. Ctrl+Shift+Z and Ctrl+Y
+// are redo everywhere else, so they are taken here and do nothing rather than
+// fall through to another undo.
 void TMyCAD::keyPressEvent(QKeyEvent* event) {
-  const std::int32_t step = event->modifiers() & Qt::ShiftModifier ? 10 : 1;
+  const bool shift = event->modifiers() & Qt::ShiftModifier;
+  const bool ctrl = event->modifiers() & Qt::ControlModifier;
+  const std::int32_t dx = shift ? GridStep(grid_->GetGridWidth()) : 1;
+  const std::int32_t dy = shift ? GridStep(grid_->GetGridHeight()) : 1;
   switch (event->key()) {
     case Qt::Key_Delete: DeleteSelectedShapes(true); break;
     case Qt::Key_Escape: CancelGesture(); break;
+    case Qt::Key_Left: NudgeSelection(-dx, 0); break;
+    case Qt::Key_Right: NudgeSelection(dx, 0); break;
+    case Qt::Key_Up: NudgeSelection(0, -dy); break;
+    case Qt::Key_Down: NudgeSelection(0, dy); break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      if (actionTool_ != dtDrawing || !dynamic_cast<TMyPolyBezier*>(currentShape_)) {
+      if (!FinishShapeByKey()) {
         TCustomControl::keyPressEvent(event);
         return;
       }
-      FinishBezier();
       break;
-    case Qt::Key_Left: NudgeSelection(-step, 0); break;
-    case Qt::Key_Right: NudgeSelection(step, 0); break;
-    case Qt::Key_Up: NudgeSelection(0, -step); break;
-    case Qt::Key_Down: NudgeSelection(0, step); break;
     case Qt::Key_Z:
-      if (event->modifiers() & Qt::ControlModifier) {
-        PopFromUndoRedoShapeList();
-        break;
+    case Qt::Key_Y:
+      if (!ctrl) {
+        TCustomControl::keyPressEvent(event);
+        return;
       }
-      [[fallthrough]];
+      if (event->key() == Qt::Key_Z && !shift) PopFromUndoRedoShapeList();
+      break;
     default: TCustomControl::keyPressEvent(event); return;
   }
   event->accept();
+}
+
+// Ends a multi-click shape as a double-click would: by a second click on its
+// last point, so the shape decides as usual whether that finishes it.
+bool TMyCAD::FinishShapeByKey() {
+  if (actionTool_ == dtDrawing && dynamic_cast<TMyPolyBezier*>(currentShape_)) {
+    FinishBezier();
+    return true;
+  }
+  if (actionTool_ != dtDrawing || !currentShape_ || mouseIsDown_ || currentShape_->GetPointsCount() < 2) return false;
+  const TPoint last = Rounded(currentShape_->GetPointInZoom(currentShape_->GetPointsCount() - 1));
+  MouseDown(mbLeft, ssLeft | ssDouble, last.X, last.Y);
+  MouseUp(mbLeft, ssLeft, last.X, last.Y);
+  return true;
+}
+
+// One grid step in device pixels; ten pixels while no grid is set.
+std::int32_t TMyCAD::GridStep(double spacing) const {
+  const double device = grid_->GetGridInZoom() ? spacing * zoom_ : spacing;
+  return device >= 1 ? static_cast<std::int32_t>(std::nearbyint(device)) : 10;
 }
 
 // ---------------------------------------------------------------------------

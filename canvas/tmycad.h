@@ -858,6 +858,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   bool FillImageFromUserFile(TMyShape* image);
   // ---- snapping (snapping.cpp) ----
   bool SnapToGrid(std::int32_t& x, std::int32_t& y) const;
+  std::int32_t GridStep(double spacing) const;
+  bool FinishShapeByKey();
   void SnapToShapes(std::int32_t& x, std::int32_t& y) const;
 
   // The in-place text editor (a child widget) and what it edits; the step

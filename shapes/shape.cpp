@@ -496,11 +496,15 @@ void TMyShape::PowerDrawShape(TCanvas& canvas, const std::vector<TPoint>& points
     right = std::max(right, p.X);
     bottom = std::max(bottom, p.Y);
   }
+  // Put the clip back as it was. "None" must stay none: a rectangle of
+  // today's bitmap size would cut the drawing once the bitmap grows (a
+  // canvas's back buffer grows with the zoom).
   const TRect clip = canvas.ClipRect();
+  const bool clipped = clip != Rect(0, 0, canvas.Bitmap().Width(), canvas.Bitmap().Height());
   canvas.SetClipPolygon(points);
   canvas.StretchDraw(Rect(left, top, right, bottom), gradient_);
   canvas.ClearClipRect();
-  canvas.SetClipRect(clip);
+  if (clipped) canvas.SetClipRect(clip);
   const TBrushStyle fill = canvas.Brush().Style();
   canvas.Brush().SetStyle(bsClear);
   canvas.Polygon(points);

@@ -41,8 +41,16 @@ std::vector<std::string> Positional(const std::vector<std::string>& args, const 
   return plain;
 }
 
+}  // namespace
+
+std::string Expected(std::size_t count) {
+  return "expected " + std::to_string(count) + (count == 1 ? " argument" : " arguments");
+}
+
+namespace {
+
 void ExpectCount(const std::vector<std::string>& plain, std::size_t count) {
-  if (plain.size() != count) throw EUsageError("expected " + std::to_string(count) + " arguments");
+  if (plain.size() != count) throw EUsageError(Expected(count));
 }
 
 double ParseZoom(const std::string& text) {

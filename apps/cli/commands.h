@@ -22,6 +22,10 @@ class EUsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// "expected 1 argument", "expected 3 arguments": the usage error for a
+// wrong count of arguments.
+std::string Expected(std::size_t count);
+
 // The library asked to end the application after a message it has already
 // shown (a drawing with shapes but no layer); exit status 1.
 class EEndRequested : public std::runtime_error {

@@ -28,6 +28,16 @@ void InstallConsoleHooks() {
 }
 
 void LoadDrawing(TMyCAD& cad, const std::string& file) {
+  // A file too short to hold the creator (an empty or a small text file) is
+  // simply not a drawing; where its bytes ran out would tell the user nothing.
+  const bool drawing = InFile(file, [&] {
+    try {
+      return TMyCAD::IsZOLTFile(file);
+    } catch (const EReadError&) {
+      return false;
+    }
+  });
+  if (!drawing) throw ECliError(file + ": not a Lumatrex drawing file");
   const bool loaded = InFile(file, [&] { return cad.LoadFromFile(file); });
   if (endRequested) throw EEndRequested();
   if (!loaded) throw ECliError(file + ": not a Lumatrex drawing file");

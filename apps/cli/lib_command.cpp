@@ -15,7 +15,7 @@ using TArgs = std::vector<std::string>;
 
 void ExpectArguments(const TArgs& args, std::size_t count, const char* subcommand) {
   if (args.size() != count)
-    throw EUsageError(std::string("lib ") + subcommand + " expects " + std::to_string(count) + " arguments");
+    throw EUsageError(std::string("lib ") + subcommand + ": " + Expected(count));
 }
 
 std::vector<TMyShape*> AllShapes(const TMyCAD& cad) {

@@ -70,7 +70,7 @@ constexpr const char* kExitStatus =
 
 void PrintOverview(std::FILE* out) {
   std::fprintf(out,
-               "Usage: lumatrex COMMAND ARGUMENTS...\n\nReads, converts and renders Lumatrex drawings and "
+               "Usage: lumatrex COMMAND ARGUMENTS...\n       lumatrex --version\n\nReads, converts and renders Lumatrex drawings and "
                "edits shape libraries.\n\nCommands:\n");
   for (const TCommand& c : kCommands) std::fprintf(out, "  %s\n", c.usage);
   std::fprintf(out, "\nRun \"lumatrex COMMAND --help\" for one command.\n%s", kExitStatus);
@@ -80,6 +80,10 @@ int Run(const std::vector<std::string>& args) {
   if (args.empty()) {
     PrintOverview(stderr);
     return 2;
+  }
+  if (args[0] == "--version") {
+    std::printf("lumatrex %s\n", LUMATREX_VERSION);
+    return EXIT_SUCCESS;
   }
   if (args[0] == "--help" || args[0] == "help") {
     PrintOverview(stdout);

@@ -3,10 +3,7 @@
 #include <QActionGroup>
 #include <QColorDialog>
 #include <QDockWidget>
-#include <QFileDialog>
 #include <QFontDialog>
-#include <QInputDialog>
-#include <QMessageBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMenuBar>
@@ -15,55 +12,108 @@
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
+#include <algorithm>
+#include <cmath>
 
 #include "canvas/tmycad.h"
 #include "dxf/dxf.h"
 #include "inspector_dock.h"
 #include "layers_panel.h"
-#include "library/lib_manager.h"
 #include "platform/qt_interop.h"
 #include "platform/screen.h"
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"
+#include "tool_icons.h"
+#include "view_navigator.h"
 
 namespace lumatrex::editor {
 
 namespace {
 
 constexpr int kRulerSize = 24;
+constexpr double kMinZoom = 0.1, kMaxZoom = 16.0;
+constexpr double kDefaultGrid = 20;
 
 struct TToolButton {
   const char* label;
-  TDrawTool tool;
+  int tool;  // a TDrawTool or kHandTool
+  const char* key;
+  const char* hint;  // shown in the status bar while the tool is chosen
 };
+
+constexpr const char* kFinishHint = "Click to add points; double-click or Enter to finish, Escape to cancel.";
 
 constexpr TToolButton kTools[] = {
-    {"Select", SpSelecting},       {"Rotate", SpRotateSelecting},  {"Line", SpLine},
-    {"Measure", SpRuleLine},       {"Polyline", SpPolyLine},       {"Freehand", SpFreeLine},
-    {"Rectangle", SpRectangle},    {"Ellipse", SpEllipse},         {"Polygon", SpPolygon},
-    {"Curve", SpBLine},            {"Arc", SpElliArc},             {"Bezier", SpPolyBezier},
-    {"Text", SpText},              {"Image", SpImage},             {"Add node", SpPolylinePolygonPointAdding},
-    {"Remove node", SpPolylinePolygonPointRemoving},                {"Pan", SpDragWhole},
-    {"Browse", SpBrowse},
+    {"Select", SpSelecting, "V", "Click to select, drag to move; Shift+click adds to the selection."},
+    {"Rotate", SpRotateSelecting, "O", "Drag a corner handle to rotate the selection."},
+    {"Hand", kHandTool, "H", "Drag to move the view (also: middle button, or Space+drag with any tool)."},
+    {"Line", SpLine, "L", "Drag to draw a line."},
+    {"Measure", SpRuleLine, "M", "Drag to measure a distance."},
+    {"Polyline", SpPolyLine, "Y", kFinishHint},
+    {"Freehand", SpFreeLine, "F", "Drag to draw freehand."},
+    {"Rectangle", SpRectangle, "R", "Drag to draw a rectangle."},
+    {"Ellipse", SpEllipse, "E", "Drag to draw an ellipse."},
+    {"Polygon", SpPolygon, "P", kFinishHint},
+    {"Curve", SpBLine, "C", kFinishHint},
+    {"Arc", SpElliArc, "A", "Drag to draw the frame; then drag the end handles along the outline (Shift: 15\u00b0 steps)."},
+    {"Bezier", SpPolyBezier, "Z", "Press for each anchor and drag for its tangent; double-click or Enter to finish."},
+    {"Text", SpText, "T", "Drag a frame, then type; Ctrl+Enter or a click outside keeps the text, Escape drops it."},
+    {"Image", SpImage, "I", "Drag a frame, then choose a picture file."},
+    {"Add node", SpPolylinePolygonPointAdding, "", "Click on a polyline or polygon edge to add a node."},
+    {"Remove node", SpPolylinePolygonPointRemoving, "", "Click a node of a polyline or polygon to remove it."},
+    {"Move all", SpDragWhole, "", "Drag to move the whole drawing. This cannot be undone."},
+    {"Browse", SpBrowse, "B", "Click shapes without changing them."},
 };
 
-// Forwards the canvas's mouse position to the rulers without taking events.
-class TMouseTracker : public QObject {
+const TToolButton* FindTool(int tool) {
+  for (const TToolButton& b : kTools)
+    if (b.tool == tool) return &b;
+  return nullptr;
+}
+
+// Millimetres (or the canvas's unit) of a length in model pixels.
+QString Length(double modelPixels, TUnits unit, double ratio) {
+  const double millimetres = modelPixels * 25.4 / ScreenPixelsPerInch() * ratio;
+  switch (unit) {
+    case pixel: return QString("%1 px").arg(modelPixels * ratio, 0, 'f', 0);
+    case mm: return QString("%1 mm").arg(millimetres, 0, 'f', 2);
+    case cm: return QString("%1 cm").arg(millimetres / 10, 0, 'f', 2);
+    case dm: return QString("%1 dm").arg(millimetres / 100, 0, 'f', 2);
+    case m: return QString("%1 m").arg(millimetres / 1000, 0, 'f', 4);
+    case inch: return QString("%1 in").arg(millimetres / 25.4, 0, 'f', 3);
+  }
+  return {};
+}
+
+// Forwards the canvas's mouse position, and notes when a gesture or key may
+// have changed the drawing, without taking events.
+class TCanvasWatcher : public QObject {
  public:
-  explicit TMouseTracker(std::function<void(int, int)> moved) : moved_(std::move(moved)) {}
+  TCanvasWatcher(std::function<void(int, int)> moved, std::function<void()> edited, QObject* parent)
+      : QObject(parent), moved_(std::move(moved)), edited_(std::move(edited)) {}
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::MouseMove) {
-      const QPoint p = static_cast<QMouseEvent*>(event)->position().toPoint();
-      moved_(p.x(), p.y());
+    switch (event->type()) {
+      case QEvent::MouseMove: {
+        const QPoint p = static_cast<QMouseEvent*>(event)->position().toPoint();
+        moved_(p.x(), p.y());
+        break;
+      }
+      // The canvas handles these after us: look once it is done.
+      case QEvent::MouseButtonRelease:
+      case QEvent::MouseButtonDblClick:
+      case QEvent::KeyPress: QTimer::singleShot(0, this, edited_); break;
+      default: break;
     }
     return false;
   }
 
  private:
   std::function<void(int, int)> moved_;
+  std::function<void()> edited_;
 };
 
 }  // namespace
@@ -76,9 +126,10 @@ TMainWindow::TMainWindow()
       corner_(new TRsRulerCorner),
       layers_(new TLayersPanel(*cad_)),
       tools_(new QActionGroup(this)),
+      navigator_(new TViewNavigator(*scroll_, [this](double f, QPoint at) { ZoomAbout(f, at); }, this)),
       position_(new QLabel),
-      value_(new QLabel) {
-  setWindowTitle(tr("Lumatrex editor"));
+      sizes_(new QLabel),
+      zoomBox_(new QSpinBox) {
   cad_->SetDragMode(dgBoth);
   cad_->SetDragTrace(true);
   cad_->SetResizeEnable(true);
@@ -87,9 +138,11 @@ TMainWindow::TMainWindow()
   cad_->SetRotateConstraintDegree(0);
   cad_->SetSnapPixels(5);
   cad_->SetUndoRedoSize(50);
-  cad_->LabelXY = position_;
-  cad_->LabelValue = value_;
-  cad_->installEventFilter(new TMouseTracker([this](int x, int y) { TrackMouse(x, y); }));
+  cad_->setFocusPolicy(Qt::StrongFocus);
+  // The navigator goes on last so that it sees events first.
+  cad_->installEventFilter(new TCanvasWatcher([this](int x, int y) { TrackMouse(x, y); },
+                                              [this] { AfterGesture(); }, this));
+  cad_->installEventFilter(navigator_);
   cad_->OnShapeAdded = [this](QObject*, TMyShape*&, std::int32_t) { DocumentChanged(); };
 
   leftRuler_->SetDirection(rdLeft);
@@ -114,13 +167,13 @@ TMainWindow::TMainWindow()
   grid->addWidget(scroll_, 1, 1);
   setCentralWidget(central);
 
-  statusBar()->addWidget(position_);
-  statusBar()->addPermanentWidget(value_);
+  BuildStatusBar();
   BuildToolBars();
   BuildMenus();
   BuildDocks();
   FitCanvasToPage();
   ChooseTool(SpSelecting);
+  UpdateTitle();
   resize(1100, 760);
 }
 
@@ -131,8 +184,22 @@ void TMainWindow::FitCanvasToPage() {
 }
 
 void TMainWindow::SetZoom(double zoom) {
-  cad_->SetZoom(std::clamp(zoom, 0.1, 16.0));
+  cad_->SetZoom(std::clamp(zoom, kMinZoom, kMaxZoom));
   FitCanvasToPage();
+  const QSignalBlocker quiet(zoomBox_);
+  zoomBox_->setValue(static_cast<int>(std::lround(cad_->GetZoom() * 100)));
+}
+
+void TMainWindow::ZoomAbout(double factor, QPoint anchor) {
+  QScrollBar* h = scroll_->horizontalScrollBar();
+  QScrollBar* v = scroll_->verticalScrollBar();
+  const double before = cad_->GetZoom();
+  const QPointF model = QPointF(anchor - cad_->pos()) / before;
+  SetZoom(before * factor);
+  // The canvas has its new size now; scroll so that Model is under Anchor again.
+  const QPointF device = model * cad_->GetZoom();
+  h->setValue(static_cast<int>(std::lround(device.x() - anchor.x())));
+  v->setValue(static_cast<int>(std::lround(device.y() - anchor.y())));
 }
 
 void TMainWindow::ZoomToFit() {
@@ -155,31 +222,81 @@ void TMainWindow::UpdateRulers() {
 void TMainWindow::TrackMouse(int x, int y) {
   topRuler_->SetHairLinePos(x - scroll_->horizontalScrollBar()->value());
   leftRuler_->SetHairLinePos(y - scroll_->verticalScrollBar()->value());
+  const double z = cad_->GetZoom();
+  position_->setText(QString("X %1  Y %2")
+                         .arg(Length(x / z, cad_->GetTheUNIT(), cad_->GetRatio()),
+                              Length(y / z, cad_->GetTheUNIT(), cad_->GetRatio())));
+  ShowSizes();
+}
+
+// The size of the shape being drawn or sized, else of the selection.
+void TMainWindow::ShowSizes() {
+  TMyShape* shape = cad_->GetCurrentShape();
+  if (!shape && cad_->GetSelectedShapesCount() == 1) shape = cad_->GetSelectedShape();
+  if (!shape || shape->GetPointsCount() == 0) {
+    sizes_->clear();
+    return;
+  }
+  sizes_->setText(QString("W %1  H %2")
+                      .arg(Length(shape->GetWidth(), cad_->GetTheUNIT(), cad_->GetRatio()),
+                           Length(shape->GetHeight(), cad_->GetTheUNIT(), cad_->GetRatio())));
 }
 
 void TMainWindow::ChooseTool(int tool) {
-  cad_->SetShapeTool(static_cast<TDrawTool>(tool));
+  navigator_->SetHandTool(tool == kHandTool);
+  // The hand keeps the canvas in browse mode: the navigator takes its drags.
+  cad_->SetShapeTool(static_cast<TDrawTool>(tool == kHandTool ? SpBrowse : tool));
   for (QAction* action : tools_->actions())
     if (action->data().toInt() == tool) action->setChecked(true);
+  if (const TToolButton* button = FindTool(tool)) statusBar()->showMessage(tr(button->hint));
 }
 
 void TMainWindow::DocumentChanged() {
   layers_->Refresh();
   cad_->Invalidate();
+  const TGridObject& grid = *cad_->GridOperation();
+  gridAction_->setChecked(grid.GetGridType() != gNone && grid.GetGridWidth() > 0 && grid.GetGridHeight() > 0);
+  snapAction_->setChecked(cad_->GetSnap());
+  snapShapeAction_->setChecked(cad_->GetSnapShape());
+  AfterGesture();
+}
+
+void TMainWindow::AfterGesture() {
+  // The canvas may have gone back to selecting after a shape was drawn.
+  if (!navigator_->HandTool())
+    for (QAction* action : tools_->actions())
+      if (action->data().toInt() == cad_->GetShapeTool()) action->setChecked(true);
+  ShowSizes();
+  UpdateTitle();
+}
+
+// Menu commands that change the drawing behind the canvas's back.
+void TMainWindow::Edited() {
+  cad_->SetModified(true);
+  DocumentChanged();
 }
 
 void TMainWindow::BuildToolBars() {
-  QToolBar* toolBar = addToolBar(tr("Tools"));
+  QToolBar* toolBar = new QToolBar(tr("Tools"));
   toolBar->setObjectName("tools");
+  addToolBar(Qt::LeftToolBarArea, toolBar);
   tools_->setExclusive(true);
   for (const TToolButton& button : kTools) {
-    QAction* action = toolBar->addAction(tr(button.label));
+    QAction* action = toolBar->addAction(ToolIcon(button.tool), tr(button.label));
     action->setCheckable(true);
-    action->setData(static_cast<int>(button.tool));
+    action->setData(button.tool);
+    const QKeySequence key(button.key);
+    action->setShortcut(key);
+    action->setToolTip(key.isEmpty() ? tr(button.label)
+                                     : QString("%1 (%2)").arg(tr(button.label), key.toString(QKeySequence::NativeText)));
+    if (button.tool == SpDragWhole) action->setToolTip(tr("Move all: drags the whole drawing; cannot be undone"));
     tools_->addAction(action);
     connect(action, &QAction::triggered, this, [this, tool = button.tool] { ChooseTool(tool); });
   }
+  BuildStyleBar();
+}
 
+void TMainWindow::BuildStyleBar() {
   QToolBar* style = addToolBar(tr("Style"));
   style->setObjectName("style");
   style->addAction(tr("Pen colour"), this, &TMainWindow::PickPenColour);
@@ -188,117 +305,28 @@ void TMainWindow::BuildToolBars() {
   auto* width = new QSpinBox;
   width->setRange(1, 40);
   width->setPrefix(tr("Width "));
+  width->setToolTip(tr("Pen width of new shapes"));
   connect(width, &QSpinBox::valueChanged, this, [this](int w) { cad_->Pen().SetWidth(w); });
   style->addWidget(width);
-  QAction* grid = style->addAction(tr("Grid"));
-  grid->setCheckable(true);
-  connect(grid, &QAction::toggled, this, [this](bool on) {
-    cad_->GridOperation()->SetGridWidth(on ? 20 : 0);
-    cad_->GridOperation()->SetGridHeight(on ? 20 : 0);
+  style->addSeparator();
+  gridAction_ = style->addAction(tr("Grid"));
+  gridAction_->setCheckable(true);
+  gridAction_->setShortcut(QKeySequence(tr("Ctrl+'")));
+  gridAction_->setToolTip(tr("Show the grid (Ctrl+')"));
+  connect(gridAction_, &QAction::triggered, this, [this](bool on) {
+    TGridObject& grid = *cad_->GridOperation();
+    grid.SetGridType(on ? gLine : gNone);
+    if (on && grid.GetGridWidth() <= 0) grid.SetGridWidth(kDefaultGrid);
+    if (on && grid.GetGridHeight() <= 0) grid.SetGridHeight(kDefaultGrid);
   });
-  QAction* snap = style->addAction(tr("Snap"));
-  snap->setCheckable(true);
-  connect(snap, &QAction::toggled, this, [this](bool on) { cad_->SetSnap(on); });
-  QAction* snapShape = style->addAction(tr("Snap to shapes"));
-  snapShape->setCheckable(true);
-  connect(snapShape, &QAction::toggled, this, [this](bool on) { cad_->SetSnapShape(on); });
-}
-
-void TMainWindow::BuildFileMenu() {
-  QMenu* file = menuBar()->addMenu(tr("&File"));
-  file->addAction(tr("&Open..."), QKeySequence::Open, this, &TMainWindow::OpenDrawing);
-  file->addAction(tr("&Save"), QKeySequence::Save, this, &TMainWindow::SaveDrawing);
-  file->addAction(tr("Save &as..."), QKeySequence::SaveAs, this, &TMainWindow::SaveDrawingAs);
-  file->addSeparator();
-  file->addAction(tr("&Place from library..."), this, &TMainWindow::PlaceFromLibrary);
-  file->addAction(tr("&Export image..."), this, [this] {
-    const QString name = QFileDialog::getSaveFileName(this, tr("Export image"), QString(), tr("Images (*.png *.jpg *.bmp)"));
-    if (!name.isEmpty() && !cad_->SaveToImageFile(name.toStdString()))
-      QMessageBox::warning(this, tr("Export image"), tr("The image could not be written."));
-  });
-  file->addAction(tr("Import &DXF..."), this, &TMainWindow::ImportDxf);
-  file->addAction(tr("Export D&XF..."), this, [this] {
-    const QString name = QFileDialog::getSaveFileName(this, tr("Export DXF"), QString(), tr("DXF drawings (*.dxf)"));
-    TDxfWarnings warnings;
-    if (name.isEmpty() || !ReportErrors([&] { warnings = SaveToDxf(*cad_, name.toStdString()); })) return;
-    QStringList lines;
-    for (const std::string& w : warnings) lines << QString::fromStdString(w);
-    if (!lines.isEmpty()) QMessageBox::information(this, tr("Export DXF"), lines.join('\n'));
-  });
-  file->addSeparator();
-  file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
-}
-
-bool TMainWindow::ReportErrors(const std::function<void()>& work) {
-  try {
-    work();
-    return true;
-  } catch (const std::exception& e) {
-    QMessageBox::warning(this, windowTitle(), QString::fromUtf8(e.what()));
-    return false;
-  }
-}
-
-// DXF drawings have y up from their own origin: the imported shapes are
-// moved so that their joint box starts at the drawing's top-left corner.
-void TMainWindow::ImportDxf() {
-  const QString name = QFileDialog::getOpenFileName(this, tr("Import DXF"), QString(), tr("DXF drawings (*.dxf);;All files (*)"));
-  if (name.isEmpty()) return;
-  const std::int32_t first = cad_->GetShapesCount();
-  TDxfImportSummary summary;
-  if (!ReportErrors([&] { summary = LoadFromDxf(*cad_, name.toStdString()); })) return;
-  std::vector<TMyShape*> added;
-  for (std::int32_t i = first; i < cad_->GetShapesCount(); ++i) added.push_back(cad_->GetShapeByNo(i));
-  const TMyRect box = cad_->GetShapesLTRBinZoom(added);
-  for (TMyShape* s : added) cad_->DragChangeValueDxDyforShapes(s, 10 - box.Left, 10 - box.Top);
-  cad_->Invalidate();
-  if (summary.SkippedTotal > 0) {
-    QStringList skipped;
-    for (const auto& [kind, count] : summary.Skipped) skipped << QString("%1 %2").arg(count).arg(QString::fromStdString(kind));
-    QMessageBox::information(this, tr("Import DXF"), tr("Not imported: %1.").arg(skipped.join(", ")));
-  }
-}
-
-void TMainWindow::OpenDrawing() {
-  const QString name = QFileDialog::getOpenFileName(this, tr("Open drawing"), QString(), tr("Drawings (*.lmx);;All files (*)"));
-  if (name.isEmpty()) return;
-  bool loaded = false;
-  if (!ReportErrors([&] { loaded = cad_->LoadFromFile(name.toStdString()); })) return;
-  if (!loaded) {
-    QMessageBox::warning(this, tr("Open drawing"), tr("%1 is not a drawing file.").arg(name));
-    return;
-  }
-  fileName_ = name;
-  FitCanvasToPage();
-  DocumentChanged();
-}
-
-bool TMainWindow::SaveDrawing() {
-  if (fileName_.isEmpty()) return SaveDrawingAs();
-  return ReportErrors([this] { cad_->SaveToFile(fileName_.toStdString()); });
-}
-
-bool TMainWindow::SaveDrawingAs() {
-  const QString name = QFileDialog::getSaveFileName(this, tr("Save drawing"), fileName_, tr("Drawings (*.lmx)"));
-  if (name.isEmpty()) return false;
-  fileName_ = name;
-  return SaveDrawing();
-}
-
-void TMainWindow::PlaceFromLibrary() {
-  const QString name = QFileDialog::getOpenFileName(this, tr("Shape library"), QString(), tr("Libraries (*.lml);;All files (*)"));
-  if (name.isEmpty()) return;
-  TLibManager library;
-  if (!ReportErrors([&] { library.LoadFromFile(name.toStdString()); })) return;
-  QStringList entries;
-  for (std::int32_t i = 0; i < library.GetcmbShapesCount(); ++i)
-    entries << QString::fromStdString(library.GetCmbShapesNameByID(i));
-  if (entries.isEmpty()) return;
-  bool ok = false;
-  const QString entry = QInputDialog::getItem(this, tr("Place from library"), tr("Shape:"), entries, 0, false, &ok);
-  if (!ok) return;
-  ReportErrors([&] { cad_->AddUserDefineShapefromLib(library, entry.toStdString()); });
-  DocumentChanged();
+  snapAction_ = style->addAction(tr("Snap"));
+  snapAction_->setCheckable(true);
+  snapAction_->setToolTip(tr("Snap points to the grid"));
+  connect(snapAction_, &QAction::triggered, this, [this](bool on) { cad_->SetSnap(on); });
+  snapShapeAction_ = style->addAction(tr("Snap to shapes"));
+  snapShapeAction_->setCheckable(true);
+  snapShapeAction_->setToolTip(tr("Snap points to the points of other shapes"));
+  connect(snapShapeAction_, &QAction::triggered, this, [this](bool on) { cad_->SetSnapShape(on); });
 }
 
 void TMainWindow::BuildMenus() {
@@ -306,39 +334,45 @@ void TMainWindow::BuildMenus() {
   QMenu* edit = menuBar()->addMenu(tr("&Edit"));
   edit->addAction(tr("&Undo"), QKeySequence::Undo, this, [this] {
     cad_->PopFromUndoRedoShapeList();
-    DocumentChanged();
+    Edited();
   });
   edit->addAction(tr("&Delete"), QKeySequence::Delete, this, [this] {
     cad_->DeleteSelectedShapes(true);
-    DocumentChanged();
+    Edited();
   });
   edit->addAction(tr("&Paste picture"), QKeySequence::Paste, this, [this] {
-    if (cad_->PasteImage()) DocumentChanged();
+    if (cad_->PasteImage()) Edited();
   });
   edit->addAction(tr("Select &all"), QKeySequence::SelectAll, this, [this] { cad_->SelectAllShapes(); });
   AddUserDataAction(*edit, *cad_);
   edit->addSeparator();
-  edit->addAction(tr("Bring to front"), this, [this] { cad_->BringToFront(cad_->GetSelectedShape(), true); });
-  edit->addAction(tr("Bring forward"), this, [this] { cad_->BringToFrontByStep(cad_->GetSelectedShape(), true); });
-  edit->addAction(tr("Send backward"), this, [this] { cad_->SendToBackByStep(cad_->GetSelectedShape(), true); });
-  edit->addAction(tr("Send to back"), this, [this] { cad_->SendToBack(cad_->GetSelectedShape(), true); });
+  edit->addAction(tr("Bring to front"), this, [this] { cad_->BringToFront(cad_->GetSelectedShape(), true); Edited(); });
+  edit->addAction(tr("Bring forward"), this, [this] { cad_->BringToFrontByStep(cad_->GetSelectedShape(), true); Edited(); });
+  edit->addAction(tr("Send backward"), this, [this] { cad_->SendToBackByStep(cad_->GetSelectedShape(), true); Edited(); });
+  edit->addAction(tr("Send to back"), this, [this] { cad_->SendToBack(cad_->GetSelectedShape(), true); Edited(); });
 
   QMenu* align = menuBar()->addMenu(tr("&Align"));
-  align->addAction(tr("Left"), this, [this] { cad_->AlignLeft(); });
-  align->addAction(tr("Right"), this, [this] { cad_->AlignRight(); });
-  align->addAction(tr("Top"), this, [this] { cad_->AlignTop(); });
-  align->addAction(tr("Bottom"), this, [this] { cad_->AlignBottom(); });
-  align->addAction(tr("Horizontal centres"), this, [this] { cad_->AlignHorizontalCenter(); });
-  align->addAction(tr("Vertical centres"), this, [this] { cad_->AlignVerticalCenter(); });
-  align->addSeparator();
-  align->addAction(tr("Same width"), this, [this] { cad_->AverageWidth(); });
-  align->addAction(tr("Same height"), this, [this] { cad_->AverageHeight(); });
+  const std::pair<const char*, void (TMyCAD::*)()> aligns[] = {
+      {"Left", &TMyCAD::AlignLeft},          {"Right", &TMyCAD::AlignRight},
+      {"Top", &TMyCAD::AlignTop},            {"Bottom", &TMyCAD::AlignBottom},
+      {"Horizontal centres", &TMyCAD::AlignHorizontalCenter},
+      {"Vertical centres", &TMyCAD::AlignVerticalCenter},
+      {"Same width", &TMyCAD::AverageWidth}, {"Same height", &TMyCAD::AverageHeight},
+  };
+  for (const auto& [label, command] : aligns)
+    align->addAction(tr(label), this, [this, command = command] {
+      (cad_->*command)();
+      Edited();
+    });
 
   QMenu* view = menuBar()->addMenu(tr("&View"));
-  view->addAction(tr("Zoom &in"), QKeySequence::ZoomIn, this, [this] { SetZoom(cad_->GetZoom() * 1.25); });
-  view->addAction(tr("Zoom &out"), QKeySequence::ZoomOut, this, [this] { SetZoom(cad_->GetZoom() / 1.25); });
-  view->addAction(tr("Zoom to &fit"), this, &TMainWindow::ZoomToFit);
-  view->addAction(tr("&100 %"), this, [this] { SetZoom(1); });
+  view->addAction(tr("Zoom &in"), QKeySequence::ZoomIn, this, [this] { SetZoom(cad_->GetZoom() * 1.25); })
+      ->setObjectName("zoomIn");
+  view->addAction(tr("Zoom &out"), QKeySequence::ZoomOut, this, [this] { SetZoom(cad_->GetZoom() / 1.25); })
+      ->setObjectName("zoomOut");
+  view->addAction(tr("Zoom to &fit"), QKeySequence(tr("Ctrl+9")), this, &TMainWindow::ZoomToFit)
+      ->setObjectName("zoomFit");
+  view->addAction(tr("&100 %"), QKeySequence(tr("Ctrl+0")), this, [this] { SetZoom(1); })->setObjectName("zoom100");
 }
 
 void TMainWindow::BuildDocks() {
@@ -347,6 +381,20 @@ void TMainWindow::BuildDocks() {
   dock->setWidget(layers_);
   addDockWidget(Qt::RightDockWidgetArea, dock);
   AddInspectorDock(*this, *cad_);
+}
+
+void TMainWindow::BuildStatusBar() {
+  zoomBox_->setRange(static_cast<int>(kMinZoom * 100), static_cast<int>(kMaxZoom * 100));
+  zoomBox_->setSuffix(" %");
+  zoomBox_->setValue(100);
+  zoomBox_->setKeyboardTracking(false);
+  zoomBox_->setToolTip(tr("Zoom (Ctrl+wheel zooms about the mouse)"));
+  connect(zoomBox_, &QSpinBox::valueChanged, this, [this](int percent) { SetZoom(percent / 100.0); });
+  position_->setMinimumWidth(220);
+  sizes_->setObjectName("sizes");
+  statusBar()->addPermanentWidget(position_);
+  statusBar()->addPermanentWidget(sizes_);
+  statusBar()->addPermanentWidget(zoomBox_);
 }
 
 void TMainWindow::PickPenColour() {

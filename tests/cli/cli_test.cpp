@@ -209,6 +209,8 @@ TEST(LumatrexErrors, GoToStandardErrorWithANonZeroStatus) {
   truncatedBytes.resize(300);
   const std::string truncated = folder.Write("truncated.lmx", truncatedBytes);
   const std::string junk = folder.Write("junk.bin", TBytes(100, 'x'));
+  const std::string empty = folder.Write("empty.lmx", {});
+  const std::string text = folder.Write("notes.txt", TBytes{'h', 'i', '\n'});
   TDrawingContent noLayer;
   noLayer.layers = {};
   noLayer.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{0, 0}}, {}))};
@@ -224,10 +226,13 @@ TEST(LumatrexErrors, GoToStandardErrorWithANonZeroStatus) {
       {"no arguments", {}, 2, "Usage: lumatrex COMMAND"},
       {"unknown command", {"draw"}, 2, "unknown command \"draw\""},
       {"dump without a file", {"dump"}, 2, "Usage: lumatrex dump"},
-      {"dump of two files", {"dump", drawing, drawing}, 2, "expected 1 arguments"},
+      {"dump of two files", {"dump", drawing, drawing}, 2, "expected 1 argument\n"},
+      {"lib rename of one name", {"lib", lib, "rename", "A"}, 2, "lib rename: expected 2 arguments\n"},
       {"unknown option", {"dump", "--fast", drawing}, 2, "unknown option --fast"},
       {"missing file", {"dump", folder.File("absent.lmx")}, 1, folder.File("absent.lmx") + ": "},
       {"not a drawing", {"dump", junk}, 1, junk + ": not a Lumatrex drawing file"},
+      {"empty file", {"render", empty, folder.File("e.png")}, 1, empty + ": not a Lumatrex drawing file\n"},
+      {"short text file", {"dump", text}, 1, text + ": not a Lumatrex drawing file\n"},
       {"truncated drawing", {"dump", truncated}, 1, truncated + ": read error at byte"},
       {"shapes but no layer", {"dump", layerless}, 1, "lumatrex: Error!There is no Layer!"},
       {"a drawing is no library", {"dump", "--library", drawing}, 1, drawing + ": not a shape library"},
@@ -249,6 +254,12 @@ TEST(LumatrexErrors, GoToStandardErrorWithANonZeroStatus) {
     EXPECT_TRUE(Contains(run.err, row.stderrPart)) << row.edge << ": " << run.err;
     EXPECT_EQ(run.out, "") << row.edge;
   }
+}
+
+TEST(LumatrexHelp, VersionGoesToStandardOutput) {
+  const TRun run = Lumatrex({"--version"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_TRUE(run.out.starts_with("lumatrex ") && run.out.ends_with("\n")) << run.out;
 }
 
 TEST(LumatrexHelp, EachCommandDescribesItselfOnStandardOutput) {

@@ -1,10 +1,21 @@
-// The editor started offscreen: a user picks the rectangle tool and drags on
-// the canvas, and the drawing gains a rectangle; undo takes it away.
+// The editor started offscreen and driven as a user would: tool buttons,
+// mouse gestures and keys on the canvas, menu commands, and the dialogs they
+// open answered by the test.
 #include <gtest/gtest.h>
 
 #include <QAction>
 #include <QApplication>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMessageBox>
 #include <QMouseEvent>
+#include <QProcess>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTimer>
 #include <QToolBar>
 #include <set>
 
@@ -15,10 +26,29 @@
 namespace lumatrex {
 namespace {
 
-void Mouse(QWidget& w, QEvent::Type type, int x, int y, Qt::MouseButtons buttons) {
-  QMouseEvent event(type, QPointF(x, y), w.mapToGlobal(QPointF(x, y)),
-                    type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, Qt::NoModifier);
+// A mouse event on W at At, given in the coordinates of Frame (W's own by
+// default): a view that scrolls during a drag moves W under a still frame.
+void Mouse(QWidget& w, QEvent::Type type, QPoint at, Qt::MouseButton button, const QWidget* frame) {
+  const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
+  const QPointF global = (frame ? frame : &w)->mapToGlobal(QPointF(at));
+  QMouseEvent event(type, w.mapFromGlobal(global), global, type == QEvent::MouseMove ? Qt::NoButton : button, held,
+                    Qt::NoModifier);
   QApplication::sendEvent(&w, &event);
+}
+
+void Drag(QWidget& w, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton,
+          const QWidget* frame = nullptr) {
+  Mouse(w, QEvent::MouseButtonPress, from, button, frame);
+  Mouse(w, QEvent::MouseMove, (from + to) / 2, button, frame);
+  Mouse(w, QEvent::MouseMove, to, button, frame);
+  Mouse(w, QEvent::MouseButtonRelease, to, button, frame);
+}
+
+void Key(QWidget& w, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+  QKeyEvent press(QEvent::KeyPress, key, modifiers);
+  QApplication::sendEvent(&w, &press);
+  QKeyEvent release(QEvent::KeyRelease, key, modifiers);
+  QApplication::sendEvent(&w, &release);
 }
 
 QAction* ToolButton(editor::TMainWindow& window, const QString& label) {
@@ -28,34 +58,248 @@ QAction* ToolButton(editor::TMainWindow& window, const QString& label) {
   return nullptr;
 }
 
-TEST(Editor, DrawingARectangleThroughTheWindow) {
+// Answers each modal dialog with Answer at every tick until the returned
+// timer goes (a file dialog may still be reading its folder at first); Seen
+// gets a message box's text.
+[[nodiscard]] std::unique_ptr<QTimer> AnswerDialogs(std::function<void(QWidget&)> answer, QString* seen = nullptr) {
+  auto timer = std::make_unique<QTimer>();
+  QObject::connect(timer.get(), &QTimer::timeout, [answer, seen] {
+    QWidget* dialog = QApplication::activeModalWidget();
+    if (!dialog) return;
+    if (auto* box = qobject_cast<QMessageBox*>(dialog); box && seen) *seen = box->text();
+    answer(*dialog);
+  });
+  timer->start(10);
+  return timer;
+}
+
+auto Click(QMessageBox::StandardButton button) {
+  return [button](QWidget& w) {
+    if (auto* box = qobject_cast<QMessageBox*>(&w)) box->button(button)->click();
+  };
+}
+
+class Editor : public ::testing::Test {
+ protected:
+  void SetUp() override { QStandardPaths::setTestModeEnabled(true); }
+
+  // A window showing one red rectangle, drawn with the mouse: modified.
+  void DrawRectangle() {
+    window.show();
+    ToolButton(window, "Rectangle")->trigger();
+    const int before = cad.GetShapesCount();
+    Drag(cad, {40, 40}, {140, 120});
+    ASSERT_EQ(cad.GetShapesCount(), before + 1);
+    QApplication::processEvents();
+  }
+
   editor::TMainWindow window;
-  window.show();
   TMyCAD& cad = window.Canvas();
-  QAction* rectangle = ToolButton(window, "Rectangle");
-  ASSERT_NE(rectangle, nullptr);
-  rectangle->trigger();
-  EXPECT_EQ(cad.GetActionTool(), dtDrawing);
-  Mouse(cad, QEvent::MouseButtonPress, 40, 40, Qt::LeftButton);
-  Mouse(cad, QEvent::MouseMove, 90, 80, Qt::LeftButton);
-  Mouse(cad, QEvent::MouseButtonRelease, 140, 120, Qt::NoButton);
-  ASSERT_EQ(cad.GetShapesCount(), 1);
-  EXPECT_STREQ(cad.GetShapeByNo(0)->ClassName(), "TMyRectangle");
+  QTemporaryDir folder;
+};
+
+TEST_F(Editor, DrawingARectangleMarksTheTitleAndKeysUndoOnlyOnCtrlZ) {
+  DrawRectangle();
   EXPECT_EQ(cad.GetShapeByNo(0)->GetPoint(2), (TMyPoint{140, 120}));
-  cad.PopFromUndoRedoShapeList();
-  EXPECT_EQ(cad.GetShapesCount(), 0);
+  EXPECT_EQ(window.findChild<QLabel*>("sizes")->text(), "W 26.46 mm  H 21.17 mm");
+  EXPECT_TRUE(window.isWindowModified());
+  EXPECT_TRUE(window.windowTitle().startsWith("Untitled[*]"));
+  struct Case {
+    const char* name;
+    Qt::KeyboardModifiers modifiers;
+    int key;
+    int shapesAfter;
+  };
+  const Case cases[] = {
+      {"Ctrl+Shift+Z is redo, not a second undo", Qt::ControlModifier | Qt::ShiftModifier, Qt::Key_Z, 1},
+      {"Ctrl+Y is redo too", Qt::ControlModifier, Qt::Key_Y, 1},
+      {"a plain Z does nothing", Qt::NoModifier, Qt::Key_Z, 1},
+      {"Ctrl+Z undoes", Qt::ControlModifier, Qt::Key_Z, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    Key(cad, c.key, c.modifiers);
+    EXPECT_EQ(cad.GetShapesCount(), c.shapesAfter);
+  }
 }
 
-TEST(Editor, ZoomResizesTheCanvasWithThePage) {
-  editor::TMainWindow window;
-  TMyCAD& cad = window.Canvas();
+TEST_F(Editor, ArrowsNudgeByAPixelAndShiftArrowsByTheGrid) {
+  DrawRectangle();
+  cad.GridOperation()->SetGridWidth(25);
+  cad.GridOperation()->SetGridHeight(15);
+  Key(cad, Qt::Key_Right);
+  Key(cad, Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_EQ(cad.GetShapeByNo(0)->GetPoint(0), (TMyPoint{41, 55}));
+  Key(cad, Qt::Key_Left, Qt::ShiftModifier);
+  EXPECT_EQ(cad.GetShapeByNo(0)->GetPoint(0), (TMyPoint{16, 55}));
+}
+
+TEST_F(Editor, EnterFinishesAMultiClickShapeAsADoubleClickWould) {
+  window.show();
+  struct Case {
+    const char* tool;
+    int points;  // a polygon repeats its first point to close
+  };
+  for (const Case c : {Case{"Polyline", 3}, Case{"Polygon", 4}}) {
+    SCOPED_TRACE(c.tool);
+    ToolButton(window, c.tool)->trigger();
+    for (const QPoint p : {QPoint(20, 20), QPoint(80, 30), QPoint(60, 90)}) {
+      Mouse(cad, QEvent::MouseButtonPress, p, Qt::LeftButton, nullptr);
+      Mouse(cad, QEvent::MouseButtonRelease, p, Qt::LeftButton, nullptr);
+    }
+    Key(cad, Qt::Key_Return);
+    ASSERT_EQ(cad.GetShapesCount(), 1);
+    EXPECT_EQ(cad.GetShapeByNo(0)->GetPointsCount(), c.points);
+    cad.DeleteAllShapes();
+  }
+}
+
+// What the user sees at the far right of the canvas after zooming: the
+// background colour, never the blank of an unpainted area. Gradient fills
+// once left the canvas clipped at the size it had when they were drawn.
+TEST_F(Editor, ThePaintedAreaFollowsTheCanvasSizeAfterEveryZoom) {
+  demo::BuildSampleDrawing(cad);
+  cad.GridOperation()->SetGridType(gNone);
+  window.resize(1000, 700);
+  window.show();
+  cad.SetColorOfBackGround(RGB(255, 255, 0));
+  QApplication::processEvents();
+  struct Case {
+    const char* name;
+    std::function<void()> zoom;
+  };
+  const Case cases[] = {
+      {"zoom in", [&] { window.findChild<QAction*>("zoomIn")->trigger(); }},
+      {"zoom to fit", [&] { window.findChild<QAction*>("zoomFit")->trigger(); }},
+      {"back to 100 %", [&] { window.findChild<QAction*>("zoom100")->trigger(); }},
+      {"zoom in twice", [&] { window.SetZoom(2.5); }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    c.zoom();
+    QApplication::processEvents();
+    const QImage shown = cad.grab().toImage();
+    ASSERT_EQ(shown.width(), static_cast<int>(cad.GetPageWidth() * cad.GetZoom()));
+    for (const QPoint p : {QPoint(shown.width() - 2, 5), QPoint(shown.width() - 2, shown.height() - 2)})
+      EXPECT_EQ(shown.pixelColor(p), QColor(255, 255, 0)) << p.x() << "," << p.y();
+  }
+}
+
+TEST_F(Editor, UnsavedWorkIsOfferedForSavingBeforeItIsDropped) {
+  const QString other = folder.filePath("other.lmx");
+  TMyCAD().SaveToFile(other.toStdString());
+  struct Case {
+    const char* name;
+    std::function<bool()> drop;
+    QMessageBox::StandardButton answer;
+    bool dropped;
+  };
+  const Case cases[] = {
+      {"close, cancelled", [&] { return window.close(); }, QMessageBox::Cancel, false},
+      {"open, cancelled", [&] { return window.OpenFile(other); }, QMessageBox::Cancel, false},
+      {"open, discarded", [&] { return window.OpenFile(other); }, QMessageBox::Discard, true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    DrawRectangle();
+    const int before = cad.GetShapesCount();
+    QString asked;
+    const auto answering = AnswerDialogs(Click(c.answer), &asked);
+    EXPECT_EQ(c.drop(), c.dropped);
+    EXPECT_TRUE(asked.contains("Save the changes to Untitled")) << asked.toStdString();
+    EXPECT_EQ(cad.GetShapesCount(), c.dropped ? 0 : before);
+  }
+  EXPECT_EQ(window.FileName(), other);
+  EXPECT_FALSE(window.isWindowModified());
+  EXPECT_TRUE(window.close());  // nothing to save: no question
+}
+
+TEST_F(Editor, SaveAsAddsTheDrawingExtension) {
+  struct Case {
+    const char* typed;
+    const char* written;
+  };
+  for (const Case c : {Case{"plan", "plan.lmx"}, Case{"site.v2", "site.v2.lmx"}, Case{"kept.LMX", "kept.LMX"}}) {
+    SCOPED_TRACE(c.typed);
+    DrawRectangle();
+    const auto answering = AnswerDialogs([&](QWidget& dialog) {
+      if (auto* files = qobject_cast<QFileDialog*>(&dialog)) {
+        files->selectFile(folder.filePath(c.typed));
+        static_cast<QDialog*>(files)->accept();
+      }
+    });
+    window.findChild<QAction*>("saveAs")->trigger();
+    EXPECT_EQ(window.FileName(), folder.filePath(c.written));
+    EXPECT_TRUE(TMyCAD::IsZOLTFile(folder.filePath(c.written).toStdString()));
+    EXPECT_FALSE(window.isWindowModified());
+  }
+}
+
+TEST_F(Editor, HandToolMiddleButtonAndWheelMoveTheViewNotTheDrawing) {
+  DrawRectangle();
   window.SetZoom(2);
-  EXPECT_EQ(cad.width(), cad.GetPageWidth() * 2);
-  window.SetZoom(100);  // clamped
-  EXPECT_EQ(cad.GetZoom(), 16);
+  QApplication::processEvents();
+  QScrollBar& h = *window.ScrollArea().horizontalScrollBar();
+  QScrollBar& v = *window.ScrollArea().verticalScrollBar();
+  const TMyPoint corner = cad.GetShapeByNo(0)->GetPoint(0);
+  h.setValue(300);
+  v.setValue(300);
+  const QWidget* viewport = window.ScrollArea().viewport();
+  Drag(cad, {500, 500}, {450, 470}, Qt::MiddleButton, viewport);
+  EXPECT_EQ(QPoint(h.value(), v.value()), QPoint(350, 330));
+  ToolButton(window, "Hand")->trigger();
+  Drag(cad, {500, 500}, {520, 500}, Qt::LeftButton, viewport);
+  EXPECT_EQ(h.value(), 330);
+  EXPECT_EQ(cad.GetShapeByNo(0)->GetPoint(0), corner);
+
+  // Ctrl+wheel zooms about the mouse: the drawing point under it stays.
+  const QPoint at(200, 150);
+  const QPointF model = QPointF(cad.mapFrom(window.ScrollArea().viewport(), at)) / cad.GetZoom();
+  QWheelEvent wheel(QPointF(cad.mapFrom(window.ScrollArea().viewport(), at)),
+                    cad.mapToGlobal(cad.mapFrom(window.ScrollArea().viewport(), at)).toPointF(), {}, {0, 120},
+                    Qt::NoButton, Qt::ControlModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(&cad, &wheel);
+  EXPECT_DOUBLE_EQ(cad.GetZoom(), 2.5);
+  const QPointF after = QPointF(cad.mapFrom(window.ScrollArea().viewport(), at)) / cad.GetZoom();
+  EXPECT_NEAR(after.x(), model.x(), 0.5);
+  EXPECT_NEAR(after.y(), model.y(), 0.5);
 }
 
-TEST(Editor, TheSampleDrawingHasEveryKindOnTwoLayers) {
+TEST_F(Editor, ToolBarsFitA1280PixelWindowAndSwitchesShowTheCanvasState) {
+  demo::BuildSampleDrawing(cad);
+  window.DocumentChanged();
+  window.resize(1280, 800);
+  window.show();
+  QApplication::processEvents();
+  for (QToolBar* bar : window.findChildren<QToolBar*>())
+    for (QAction* action : bar->actions()) {
+      SCOPED_TRACE(action->text().toStdString());
+      const QWidget* button = bar->widgetForAction(action);
+      EXPECT_TRUE(button && button->isVisible());
+    }
+  EXPECT_TRUE(ToolButton(window, "Grid")->isChecked());
+  EXPECT_TRUE(ToolButton(window, "Move all")->toolTip().contains("cannot be undone"));
+}
+
+TEST(EditorProgram, OpensTheFileNamedOnTheCommandLine) {
+  QTemporaryDir folder;
+  const QString drawing = folder.filePath("box.lmx"), picture = folder.filePath("box.png");
+  {
+    TMyCAD cad;
+    cad.Brush().SetColor(RGB(255, 0, 0));
+    cad.AddShapeByCode("TMyRectangle", "Box", {{10, 10}, {60, 10}, {60, 40}, {10, 40}}, 0);
+    cad.SaveToFile(drawing.toStdString());
+  }
+  QProcess editor;
+  editor.start(LUMATREX_EDITOR, {drawing, "--output", picture});
+  ASSERT_TRUE(editor.waitForFinished(60000));
+  EXPECT_EQ(editor.exitCode(), 0) << editor.readAllStandardError().toStdString();
+  const QImage shown(picture);
+  EXPECT_EQ(shown.pixelColor(30, 25), QColor(255, 0, 0));
+  EXPECT_EQ(shown.pixelColor(200, 200), QColor(255, 255, 255));  // none of the sample drawing
+}
+
+TEST(EditorSample, HasEveryKindOnTwoLayers) {
   TMyCAD cad;
   demo::BuildSampleDrawing(cad);
   EXPECT_EQ(cad.GetLayersCount(), 2);
