@@ -94,6 +94,9 @@ struct TCanvas::Impl {
   std::unique_ptr<raster::TMask> clipPolygon;  // device pixels SetClipPolygon allows
   QTransform world;
   TRecordedPath path;
+  // Working lists reused from figure to figure, so drawing does not allocate.
+  raster::TScanBuffers scan;
+  std::vector<QPoint> vertices;
 
   // ---- coordinates (canvas.cpp) ------------------------------------------
   QRect ClipArea() const;
@@ -110,18 +113,27 @@ struct TCanvas::Impl {
   raster::TPaintSource BrushSource() const;
   // The device pixels a figure with these bounds may touch, within the clip.
   QRect AreaFor(const QRectF& bounds) const;
-  void StrokeThin(const TFigure& figure, TPenMasks& masks) const;
+  // With a copying pen every pixel simply takes its colour, so painting the
+  // brush and then a solid one-pixel pen over it gives the picture the
+  // disjoint masks give: such figures are painted span by span, no masks.
+  bool PaintsDirectly() const;
+  // Calls Plot(x, y, step) for the one-pixel outline's pixels within Area,
+  // Step counting along the whole figure (for dash patterns).
+  template <class Plot>
+  void ForEachOutlinePixel(const TFigure& figure, const QRect& area, Plot&& plot);
   void StrokeWide(const QPainterPath& centre, TPenMasks& masks) const;
   // Wide pens' centre line for a box figure: through the edge pixels, or
   // inside the box for psInsideFrame.
   QRectF WideBox(const QRect& box) const;
   void DrawFigure(const TFigure& figure, bool stroke, bool fill);
+  void DrawFigureDirectly(const TFigure& figure, const QRect& area, bool drawPen, bool drawBrush);
   // Clips the masks and combines them with the surface, brush first.
   void Render(TPenMasks* pen, raster::TMask* brush);
   void PaintMask(const raster::TMask& mask, const raster::TPaintSource& source, TPenMode mode);
 
   // ---- ellipses and arcs on device boxes (canvas_ellipse.cpp) --------------
   void DrawEllipseBox(const QRect& box);
+  void DrawEllipseDirectly(const QRect& box, const QRect& area, bool drawPen, bool drawBrush);
   void DrawArcBox(const QRect& box, QPointF start, QPointF end, TArcKind kind);
 };
 
