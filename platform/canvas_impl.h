@@ -10,6 +10,7 @@
 #include <QRect>
 #include <QTransform>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -97,6 +98,7 @@ struct TCanvas::Impl {
   // Working lists reused from figure to figure, so drawing does not allocate.
   raster::TScanBuffers scan;
   std::vector<QPoint> vertices;
+  TFigure reused;  // behind OneOutline
 
   // ---- coordinates (canvas.cpp) ------------------------------------------
   QRect ClipArea() const;
@@ -104,6 +106,13 @@ struct TCanvas::Impl {
   bool AxisAligned() const { return world.m12() == 0 && world.m21() == 0; }
   // The device box of a logical one, normalised; only for axis-aligned transforms.
   QRect MapBox(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) const;
+
+  // A figure of one outline (no area, no wide outline) in a TFigure the
+  // canvas keeps, so that drawing lines and polygons reuses its lists. Valid
+  // until the next call.
+  TFigure& OneOutline(bool closed);
+  TFigure& OneOutline(const std::vector<TPoint>& points, bool closed);  // mapped
+  TFigure& OneOutline(std::initializer_list<QPointF> points, bool closed);
 
   // ---- rendering (canvas_render.cpp) ---------------------------------------
   bool PenVisible() const { return pen.Style() != psClear; }

@@ -153,8 +153,15 @@ void ScanRow(int y, const QRect& area, std::size_t& next, TScanBuffers& buffers)
     const double x = e->x0 + (y - e->y0) * e->slope;
     crossings.push_back(TScanCrossing{ClampToInt(std::ceil(x), left, right), e->dir});
   }
-  std::sort(crossings.begin(), crossings.end(),
-            [](const TScanCrossing& l, const TScanCrossing& r) { return l.threshold < r.threshold; });
+  // Most rows cross a few edges, where an insertion sort beats the general
+  // one. (Crossings at one threshold bound no pixels, so their order is free.)
+  auto before = [](const TScanCrossing& l, const TScanCrossing& r) { return l.threshold < r.threshold; };
+  if (crossings.size() > 16) {
+    std::sort(crossings.begin(), crossings.end(), before);
+    return;
+  }
+  for (std::size_t i = 1; i < crossings.size(); ++i)
+    for (std::size_t j = i; j > 0 && before(crossings[j], crossings[j - 1]); --j) std::swap(crossings[j], crossings[j - 1]);
 }
 
 TMask PolygonMask(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area, TScanBuffers& buffers) {

@@ -13,6 +13,7 @@
 #include <QRgb>
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -171,12 +172,27 @@ struct TPaintSource {
   bool At(int x, int y, QRgb& out) const;
 };
 
+// Sets the colour bits of Row's pixels [X0, X1) to Color, keeping their top
+// bytes. Four pixels a step: filling spans is most of what painting costs.
+inline void CopySpan(std::uint32_t* row, int x0, int x1, std::uint32_t color) {
+  using TQuad = std::uint32_t __attribute__((vector_size(16)));
+  const TQuad colors = {color, color, color, color};
+  const TQuad tops = {0xFF000000u, 0xFF000000u, 0xFF000000u, 0xFF000000u};
+  int x = x0;
+  for (; x + 4 <= x1; x += 4) {
+    TQuad quad;
+    std::memcpy(&quad, row + x, sizeof quad);
+    quad = (quad & tops) | colors;
+    std::memcpy(row + x, &quad, sizeof quad);
+  }
+  for (; x < x1; ++x) row[x] = color | (row[x] & 0xFF000000u);
+}
+
 // Combines Source with row Y of a 32-bit surface (its pixels Row) on the
 // pixels [X0, X1).
 inline void PaintSpan(std::uint32_t* row, int y, int x0, int x1, const TPaintSource& source, TPenMode mode) {
   if (source.kind == TPaintSource::Kind::Solid && mode == pmCopy) {  // backgrounds and fills, without dispatch
-    const std::uint32_t color = source.color & 0x00FFFFFFu;
-    for (int x = x0; x < x1; ++x) row[x] = color | (row[x] & 0xFF000000u);
+    CopySpan(row, x0, x1, source.color & 0x00FFFFFFu);
     return;
   }
   QRgb p;

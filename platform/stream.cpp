@@ -62,9 +62,14 @@ std::int64_t TMemoryStream::Read(void* buffer, std::int64_t count) {
 
 std::int64_t TMemoryStream::Write(const void* buffer, std::int64_t count) {
   if (count <= 0) return 0;
+  const auto* bytes = static_cast<const std::uint8_t*>(buffer);
   const std::int64_t end = position_ + count;
-  if (end > Size()) data_.resize(static_cast<std::size_t>(end));
-  std::memcpy(data_.data() + position_, buffer, static_cast<std::size_t>(count));
+  if (position_ == Size()) {  // appending, as saving does: no zeros written first
+    data_.insert(data_.end(), bytes, bytes + count);
+  } else {
+    if (end > Size()) data_.resize(static_cast<std::size_t>(end));
+    std::memcpy(data_.data() + position_, bytes, static_cast<std::size_t>(count));
+  }
   position_ = end;
   return count;
 }
