@@ -143,43 +143,51 @@ void Configure(QDataStream& stream) {
   stream.setFloatingPointPrecision(QDataStream::SinglePrecision);
 }
 
+// Runs Body once untimed (the first run pays for growing the heap, which
+// would otherwise count against whichever benchmark runs first), then timed.
+template <typename F>
+void Run(benchmark::State& state, F&& body) {
+  body();
+  for (auto _ : state) body();
+}
+
 // ---------------------------------------------------------------------------
 // Saving
 
 void BM_SaveMemory(benchmark::State& state) {
   const std::unique_ptr<TMyCAD> cad = Drawing(static_cast<int>(state.range(0)));
-  for (auto _ : state) {
+  Run(state, [&] {
     TMemoryStream stream;
     cad->SaveToStream(stream);
     benchmark::DoNotOptimize(stream.Memory());
-  }
+  });
 }
 
 void BM_SaveMemory_Peer(benchmark::State& state) {
   const std::vector<TPlainShape> shapes = PlainShapes(*Drawing(static_cast<int>(state.range(0))));
-  for (auto _ : state) {
+  Run(state, [&] {
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
     Configure(out);
     WritePlain(out, shapes);
     benchmark::DoNotOptimize(bytes.constData());
-  }
+  });
 }
 
 void BM_SaveFile(benchmark::State& state) {
   const std::unique_ptr<TMyCAD> cad = Drawing(static_cast<int>(state.range(0)));
-  for (auto _ : state) cad->SaveToFile(FilePath());
+  Run(state, [&] { cad->SaveToFile(FilePath()); });
 }
 
 void BM_SaveFile_Peer(benchmark::State& state) {
   const std::vector<TPlainShape> shapes = PlainShapes(*Drawing(static_cast<int>(state.range(0))));
-  for (auto _ : state) {
+  Run(state, [&] {
     QFile file(QString::fromStdString(FilePath()));
     if (!file.open(QIODevice::WriteOnly)) state.SkipWithError("cannot write the file");
     QDataStream out(&file);
     Configure(out);
     WritePlain(out, shapes);
-  }
+  });
 }
 
 // ---------------------------------------------------------------------------
@@ -189,10 +197,10 @@ void BM_LoadMemory(benchmark::State& state) {
   TMemoryStream saved;
   Drawing(static_cast<int>(state.range(0)))->SaveToStream(saved);
   TMyCAD cad;
-  for (auto _ : state) {
+  Run(state, [&] {
     TMemoryStream stream(saved.Bytes());
     benchmark::DoNotOptimize(cad.LoadFromStream(stream));
-  }
+  });
 }
 
 void BM_LoadMemory_Peer(benchmark::State& state) {
@@ -202,18 +210,18 @@ void BM_LoadMemory_Peer(benchmark::State& state) {
     Configure(out);
     WritePlain(out, PlainShapes(*Drawing(static_cast<int>(state.range(0)))));
   }
-  for (auto _ : state) {
+  Run(state, [&] {
     QByteArray copy(bytes.constData(), bytes.size());  // as ours copies its bytes
     QDataStream in(copy);
     Configure(in);
     benchmark::DoNotOptimize(ReadPlain(in).size());
-  }
+  });
 }
 
 void BM_LoadFile(benchmark::State& state) {
   Drawing(static_cast<int>(state.range(0)))->SaveToFile(FilePath());
   TMyCAD cad;
-  for (auto _ : state) benchmark::DoNotOptimize(cad.LoadFromFile(FilePath()));
+  Run(state, [&] { benchmark::DoNotOptimize(cad.LoadFromFile(FilePath())); });
 }
 
 void BM_LoadFile_Peer(benchmark::State& state) {
@@ -224,13 +232,13 @@ void BM_LoadFile_Peer(benchmark::State& state) {
     Configure(out);
     WritePlain(out, PlainShapes(*Drawing(static_cast<int>(state.range(0)))));
   }
-  for (auto _ : state) {
+  Run(state, [&] {
     QFile file(QString::fromStdString(FilePath()));
     if (!file.open(QIODevice::ReadOnly)) state.SkipWithError("cannot read the file");
     QDataStream in(&file);
     Configure(in);
     benchmark::DoNotOptimize(ReadPlain(in).size());
-  }
+  });
 }
 
 #define LUMATREX_STREAM_BENCH(name) \
