@@ -47,6 +47,32 @@ QRect TCanvas::Impl::MapBox(std::int32_t x1, std::int32_t y1, std::int32_t x2, s
   return QRect(l, t, r - l, btm - t);
 }
 
+TFigure& TCanvas::Impl::OneOutline(bool closed) {
+  TFigure& figure = reused;
+  figure.area.clear();  // first, so that the outline's list is no longer shared
+  figure.wideOutline = QPainterPath();
+  figure.winding = false;
+  figure.outline.resize(1);
+  figure.closed.assign(1, closed);
+  return figure;
+}
+
+TFigure& TCanvas::Impl::OneOutline(const std::vector<TPoint>& points, bool closed) {
+  TFigure& figure = OneOutline(closed);
+  QPolygonF& outline = figure.outline.front();
+  outline.resize(static_cast<qsizetype>(points.size()));
+  for (std::size_t i = 0; i < points.size(); ++i) outline[static_cast<qsizetype>(i)] = Map(points[i].X, points[i].Y);
+  return figure;
+}
+
+TFigure& TCanvas::Impl::OneOutline(std::initializer_list<QPointF> points, bool closed) {
+  TFigure& figure = OneOutline(closed);
+  QPolygonF& outline = figure.outline.front();
+  outline.resize(static_cast<qsizetype>(points.size()));
+  std::copy(points.begin(), points.end(), outline.begin());
+  return figure;
+}
+
 // ---------------------------------------------------------------------------
 // State
 
@@ -85,6 +111,7 @@ namespace {
 
 QPolygonF MapPoints(const TCanvas::Impl& impl, const std::vector<TPoint>& points) {
   QPolygonF mapped;
+  mapped.reserve(static_cast<qsizetype>(points.size()));
   for (const TPoint& p : points) mapped.append(impl.Map(p.X, p.Y));
   return mapped;
 }
@@ -116,28 +143,26 @@ void TCanvas::LineTo(std::int32_t x, std::int32_t y) {
   if (impl_->path.recording)
     impl_->path.LineTo(from, to);
   else
-    impl_->DrawFigure(OutlineFigure(QPolygonF{from, to}, false), true, false);
+    impl_->DrawFigure(impl_->OneOutline({from, to}, false), true, false);
   impl_->penPos = TPoint{x, y};
 }
 
 void TCanvas::Polyline(const std::vector<TPoint>& points) {
   if (points.size() < 2) return;
-  const QPolygonF mapped = MapPoints(*impl_, points);
   if (impl_->path.recording)
-    impl_->path.AddPolyline(mapped, false);
+    impl_->path.AddPolyline(MapPoints(*impl_, points), false);
   else
-    impl_->DrawFigure(OutlineFigure(mapped, false), true, false);
+    impl_->DrawFigure(impl_->OneOutline(points, false), true, false);
 }
 
 void TCanvas::Polygon(const std::vector<TPoint>& points) {
   if (points.size() < 2) return;
-  const QPolygonF mapped = MapPoints(*impl_, points);
   if (impl_->path.recording) {
-    impl_->path.AddPolyline(mapped, true);
+    impl_->path.AddPolyline(MapPoints(*impl_, points), true);
     return;
   }
-  TFigure figure = OutlineFigure(mapped, true);
-  figure.area = {mapped};
+  TFigure& figure = impl_->OneOutline(points, true);
+  figure.area.push_back(figure.outline.front());
   figure.winding = impl_->fillMode == pfmWinding;
   impl_->DrawFigure(figure, true, true);
 }

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "platform/bitmap.h"
+#include "platform/bitmap_impl.h"
 #include "platform/canvas_impl.h"
 
 namespace lumatrex {
@@ -136,6 +138,10 @@ void TCanvas::Impl::DrawEllipseBox(const QRect& box) {
   const bool drawPen = PenVisible(), drawBrush = BrushVisible();
   const QRect area = AreaFor(QRectF(box));
   if (box.isEmpty() || area.isEmpty() || (!drawPen && !drawBrush)) return;
+  if (PaintsDirectly()) {
+    DrawEllipseDirectly(box, area, drawPen, drawBrush);
+    return;
+  }
   TPenMasks masks{TMask(area), TMask(area)};
   if (drawPen && WidePen()) {
     QPainterPath centre;
@@ -152,6 +158,28 @@ void TCanvas::Impl::DrawEllipseBox(const QRect& box) {
   }
   TMask brushMask = drawBrush ? EllipseMask(box, area) : TMask();
   Render(drawPen ? &masks : nullptr, drawBrush ? &brushMask : nullptr);
+}
+
+void TCanvas::Impl::DrawEllipseDirectly(const QRect& box, const QRect& area, bool drawPen, bool drawBrush) {
+  const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
+  const raster::TPaintSource source = BrushSource();
+  if (drawBrush && !(source.kind == raster::TPaintSource::Kind::Tile && source.tile->isNull())) {
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+      int x0, x1;
+      if (!raster::EllipseRow(box, y, x0, x1)) continue;
+      x0 = std::max(x0, area.left());
+      x1 = std::min(x1, area.right() + 1);
+      if (x0 < x1) raster::PaintSpan(rows.Row(y), y, x0, x1, source, pmCopy);
+    }
+  }
+  if (drawPen) {
+    const std::uint32_t color = raster::ToRgb(pen.Color()) & 0x00FFFFFFu;
+    ForEachEdgePixel(box, area.top(), area.bottom(), [&](int x, int y) {
+      if (!area.contains(x, y)) return;
+      std::uint32_t& pixel = rows.Row(y)[x];
+      pixel = color | (pixel & 0xFF000000u);
+    });
+  }
 }
 
 void TCanvas::Impl::DrawArcBox(const QRect& box, QPointF start, QPointF end, TArcKind kind) {

@@ -10,6 +10,7 @@
 #include <QRect>
 #include <QTransform>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -94,6 +95,10 @@ struct TCanvas::Impl {
   std::unique_ptr<raster::TMask> clipPolygon;  // device pixels SetClipPolygon allows
   QTransform world;
   TRecordedPath path;
+  // Working lists reused from figure to figure, so drawing does not allocate.
+  raster::TScanBuffers scan;
+  std::vector<QPoint> vertices;
+  TFigure reused;  // behind OneOutline
 
   // ---- coordinates (canvas.cpp) ------------------------------------------
   QRect ClipArea() const;
@@ -101,6 +106,13 @@ struct TCanvas::Impl {
   bool AxisAligned() const { return world.m12() == 0 && world.m21() == 0; }
   // The device box of a logical one, normalised; only for axis-aligned transforms.
   QRect MapBox(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::int32_t y2) const;
+
+  // A figure of one outline (no area, no wide outline) in a TFigure the
+  // canvas keeps, so that drawing lines and polygons reuses its lists. Valid
+  // until the next call.
+  TFigure& OneOutline(bool closed);
+  TFigure& OneOutline(const std::vector<TPoint>& points, bool closed);  // mapped
+  TFigure& OneOutline(std::initializer_list<QPointF> points, bool closed);
 
   // ---- rendering (canvas_render.cpp) ---------------------------------------
   bool PenVisible() const { return pen.Style() != psClear; }
@@ -110,18 +122,27 @@ struct TCanvas::Impl {
   raster::TPaintSource BrushSource() const;
   // The device pixels a figure with these bounds may touch, within the clip.
   QRect AreaFor(const QRectF& bounds) const;
-  void StrokeThin(const TFigure& figure, TPenMasks& masks) const;
+  // With a copying pen every pixel simply takes its colour, so painting the
+  // brush and then a solid one-pixel pen over it gives the picture the
+  // disjoint masks give: such figures are painted span by span, no masks.
+  bool PaintsDirectly() const;
+  // Calls Plot(x, y, step) for the one-pixel outline's pixels within Area,
+  // Step counting along the whole figure (for dash patterns).
+  template <class Plot>
+  void ForEachOutlinePixel(const TFigure& figure, const QRect& area, Plot&& plot);
   void StrokeWide(const QPainterPath& centre, TPenMasks& masks) const;
   // Wide pens' centre line for a box figure: through the edge pixels, or
   // inside the box for psInsideFrame.
   QRectF WideBox(const QRect& box) const;
   void DrawFigure(const TFigure& figure, bool stroke, bool fill);
+  void DrawFigureDirectly(const TFigure& figure, const QRect& area, bool drawPen, bool drawBrush);
   // Clips the masks and combines them with the surface, brush first.
   void Render(TPenMasks* pen, raster::TMask* brush);
   void PaintMask(const raster::TMask& mask, const raster::TPaintSource& source, TPenMode mode);
 
   // ---- ellipses and arcs on device boxes (canvas_ellipse.cpp) --------------
   void DrawEllipseBox(const QRect& box);
+  void DrawEllipseDirectly(const QRect& box, const QRect& area, bool drawPen, bool drawBrush);
   void DrawArcBox(const QRect& box, QPointF start, QPointF end, TArcKind kind);
 };
 

@@ -82,18 +82,25 @@ QRect TCanvas::Impl::AreaFor(const QRectF& bounds) const {
 // ---------------------------------------------------------------------------
 // Strokes
 
-void TCanvas::Impl::StrokeThin(const TFigure& figure, TPenMasks& masks) const {
-  TPenPlotter plotter(masks, pen.Style(), bkMode == bkOpaque);
+template <class Plot>
+void TCanvas::Impl::ForEachOutlinePixel(const TFigure& figure, const QRect& area, Plot&& plot) {
   std::int64_t step = 0;  // the dash pattern runs on across the whole figure
   for (std::size_t k = 0; k < figure.outline.size(); ++k) {
-    std::vector<QPoint> points;
+    vertices.clear();
     for (const QPointF& p : figure.outline[k]) {
       const QPoint pixel(static_cast<int>(std::floor(p.x() + 0.5)), static_cast<int>(std::floor(p.y() + 0.5)));
-      if (points.empty() || points.back() != pixel) points.push_back(pixel);
+      if (vertices.empty() || vertices.back() != pixel) vertices.push_back(pixel);
     }
-    if (figure.closed[k] && points.size() > 1 && points.front() != points.back()) points.push_back(points.front());
-    for (std::size_t i = 0; i + 1 < points.size(); ++i) step = plotter.Line(points[i], points[i + 1], step);
+    if (figure.closed[k] && vertices.size() > 1 && vertices.front() != vertices.back())
+      vertices.push_back(vertices.front());
+    for (std::size_t i = 0; i + 1 < vertices.size(); ++i)
+      step += raster::LinePixels(vertices[i], vertices[i + 1], area,
+                                 [&plot, step](int x, int y, std::int64_t n) { plot(x, y, step + n); });
   }
+}
+
+bool TCanvas::Impl::PaintsDirectly() const {
+  return pen.Mode() == pmCopy && !clipPolygon && (!PenVisible() || (!WidePen() && raster::SolidStyle(pen.Style())));
 }
 
 void TCanvas::Impl::StrokeWide(const QPainterPath& centre, TPenMasks& masks) const {
@@ -152,15 +159,37 @@ void TCanvas::Impl::DrawFigure(const TFigure& figure, bool stroke, bool fill) {
   if (!drawPen && !drawBrush) return;
   const QRect area = AreaFor(Bounds(figure));
   if (area.isEmpty()) return;
-  TPenMasks masks{TMask(area), TMask(area)};
-  if (drawPen) {
-    if (WidePen())
-      StrokeWide(figure.wideOutline.isEmpty() ? CentreLine(figure) : figure.wideOutline, masks);
-    else
-      StrokeThin(figure, masks);
+  if (PaintsDirectly()) {
+    DrawFigureDirectly(figure, area, drawPen, drawBrush);
+    return;
   }
-  TMask brushMask = drawBrush ? raster::PolygonMask(figure.area, figure.winding, area) : TMask();
+  TPenMasks masks{TMask(area), TMask(area)};
+  if (drawPen && WidePen()) {
+    StrokeWide(figure.wideOutline.isEmpty() ? CentreLine(figure) : figure.wideOutline, masks);
+  } else if (drawPen) {
+    TPenPlotter plotter(masks, pen.Style(), bkMode == bkOpaque);
+    ForEachOutlinePixel(figure, area, [&plotter](int x, int y, std::int64_t step) { plotter.Plot(x, y, step); });
+  }
+  TMask brushMask = drawBrush ? raster::PolygonMask(figure.area, figure.winding, area, scan) : TMask();
   Render(drawPen ? &masks : nullptr, drawBrush ? &brushMask : nullptr);
+}
+
+void TCanvas::Impl::DrawFigureDirectly(const TFigure& figure, const QRect& area, bool drawPen, bool drawBrush) {
+  const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
+  const TPaintSource source = BrushSource();
+  if (drawBrush && !(source.kind == TPaintSource::Kind::Tile && source.tile->isNull())) {
+    raster::FillPolygons(
+        figure.area, figure.winding, area,
+        [&](int y, int x0, int x1) { raster::PaintSpan(rows.Row(y), y, x0, x1, source, pmCopy); }, scan);
+  }
+  if (drawPen) {
+    const std::uint32_t color = raster::ToRgb(pen.Color()) & 0x00FFFFFFu;
+    ForEachOutlinePixel(figure, area, [&](int x, int y, std::int64_t) {
+      if (!area.contains(x, y)) return;
+      std::uint32_t& pixel = rows.Row(y)[x];
+      pixel = color | (pixel & 0xFF000000u);
+    });
+  }
 }
 
 void TCanvas::Impl::Render(TPenMasks* penMasks, TMask* brushMask) {

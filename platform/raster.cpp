@@ -85,11 +85,6 @@ bool TMask::Empty() const {
   return std::all_of(rows_.begin(), rows_.end(), [](const TRow& row) { return row.empty(); });
 }
 
-void TMask::ForEachSpan(const std::function<void(int, int, int)>& f) const {
-  for (std::size_t i = 0; i < rows_.size(); ++i)
-    for (const TRun& r : rows_[i]) f(area_.top() + static_cast<int>(i), r.x0, r.x1);
-}
-
 // ---------------------------------------------------------------------------
 // Lines
 
@@ -101,73 +96,17 @@ std::int64_t FloorDiv(__int128 a, __int128 b) {  // b > 0
   return static_cast<std::int64_t>(q);
 }
 
-// The integer nearest to I*D/N (N > 0), ties toward minus infinity:
+}  // namespace
+
 // ceil(t - 1/2) = -floor((N - 2ID) / 2N).
 std::int64_t NearestRoundingDown(std::int64_t i, std::int64_t d, std::int64_t n) {
   return -FloorDiv(static_cast<__int128>(n) - 2 * static_cast<__int128>(i) * d, 2 * static_cast<__int128>(n));
-}
-
-}  // namespace
-
-std::int64_t LinePixels(QPoint a, QPoint b, const QRect& area,
-                        const std::function<void(int, int, std::int64_t)>& plot) {
-  const std::int64_t dx = std::int64_t{b.x()} - a.x(), dy = std::int64_t{b.y()} - a.y();
-  const std::int64_t n = std::max(std::llabs(dx), std::llabs(dy));
-  if (n == 0 || area.isEmpty()) return n;
-  const bool xMajor = std::llabs(dx) >= std::llabs(dy);
-  const std::int64_t major0 = xMajor ? a.x() : a.y();
-  const std::int64_t minor0 = xMajor ? a.y() : a.x();
-  const std::int64_t step = (xMajor ? dx : dy) > 0 ? 1 : -1;
-  const std::int64_t minorDelta = xMajor ? dy : dx;
-  const std::int64_t lo = xMajor ? area.left() : area.top();
-  const std::int64_t hi = xMajor ? area.right() : area.bottom();
-  // Steps whose major coordinate major0 + step*i lies in [lo, hi].
-  std::int64_t first = step > 0 ? lo - major0 : major0 - hi;
-  std::int64_t last = step > 0 ? hi - major0 : major0 - lo;
-  first = std::max<std::int64_t>(first, 0);
-  last = std::min(last, n - 1);
-  for (std::int64_t i = first; i <= last; ++i) {
-    const std::int64_t major = major0 + step * i;
-    const std::int64_t minor = minor0 + NearestRoundingDown(i, minorDelta, n);
-    if (minor < std::numeric_limits<int>::min() || minor > std::numeric_limits<int>::max()) continue;
-    if (xMajor)
-      plot(static_cast<int>(major), static_cast<int>(minor), i);
-    else
-      plot(static_cast<int>(minor), static_cast<int>(major), i);
-  }
-  return n;
 }
 
 // ---------------------------------------------------------------------------
 // Polygons
 
 namespace {
-
-struct TEdge {
-  double x0, y0, slope;  // x at y: x0 + (y - y0) * slope
-  double top, bottom;    // the edge covers rows y in [top, bottom)
-  int dir;               // +1 downward, -1 upward
-};
-
-struct TCrossing {
-  int threshold;  // the first pixel at or right of the crossing
-  int dir;
-};
-
-std::vector<TEdge> CollectEdges(const std::vector<QPolygonF>& polygons) {
-  std::vector<TEdge> edges;
-  for (const QPolygonF& polygon : polygons) {
-    const qsizetype n = polygon.size();
-    for (qsizetype i = 0; i < n; ++i) {
-      const QPointF a = polygon[i], b = polygon[(i + 1) % n];
-      if (a.y() == b.y() || !std::isfinite(a.x() + a.y() + b.x() + b.y())) continue;
-      edges.push_back(TEdge{a.x(), a.y(), (b.x() - a.x()) / (b.y() - a.y()), std::min(a.y(), b.y()),
-                            std::max(a.y(), b.y()), b.y() > a.y() ? 1 : -1});
-    }
-  }
-  std::sort(edges.begin(), edges.end(), [](const TEdge& l, const TEdge& r) { return l.top < r.top; });
-  return edges;
-}
 
 int ClampToInt(double v, int lo, int hi) {
   if (!(v > lo)) return lo;  // also catches NaN
@@ -177,45 +116,63 @@ int ClampToInt(double v, int lo, int hi) {
 
 }  // namespace
 
-void FillPolygons(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area,
-                  const std::function<void(int, int, int)>& span) {
+void ScanSetUp(const std::vector<QPolygonF>& polygons, const QRect& area, TScanBuffers& buffers, int& first,
+               int& end) {
+  std::vector<TScanEdge>& edges = buffers.edges;
+  edges.clear();
+  buffers.active.clear();
+  first = end = 0;
   if (area.isEmpty()) return;
-  const std::vector<TEdge> edges = CollectEdges(polygons);
-  if (edges.empty()) return;
-  double bottom = edges.front().bottom;
-  for (const TEdge& e : edges) bottom = std::max(bottom, e.bottom);
-  // Rows y in [first top, last bottom).
-  const int firstRow = ClampToInt(std::ceil(edges.front().top), area.top(), area.bottom() + 1);
-  const int endRow = ClampToInt(std::ceil(bottom), area.top(), area.bottom() + 1);
-  const int left = area.left(), right = area.right() + 1;
-
-  std::vector<const TEdge*> active;
-  std::vector<TCrossing> crossings;
-  std::size_t next = 0;
-  for (int y = firstRow; y < endRow; ++y) {
-    while (next < edges.size() && edges[next].top <= y) active.push_back(&edges[next++]);
-    std::erase_if(active, [y](const TEdge* e) { return e->bottom <= y; });
-    crossings.clear();
-    for (const TEdge* e : active) {
-      const double x = e->x0 + (y - e->y0) * e->slope;
-      crossings.push_back(TCrossing{ClampToInt(std::ceil(x), left, right), e->dir});
-    }
-    std::sort(crossings.begin(), crossings.end(),
-              [](const TCrossing& l, const TCrossing& r) { return l.threshold < r.threshold; });
-    int count = 0;
-    for (std::size_t k = 0; k + 1 < crossings.size(); ++k) {
-      count += winding ? crossings[k].dir : 1;
-      const bool inside = winding ? count != 0 : (count & 1) != 0;
-      if (inside && crossings[k].threshold < crossings[k + 1].threshold)
-        span(y, crossings[k].threshold, crossings[k + 1].threshold);
+  for (const QPolygonF& polygon : polygons) {
+    const qsizetype n = polygon.size();
+    for (qsizetype i = 0; i < n; ++i) {
+      const QPointF a = polygon[i], b = polygon[i + 1 == n ? 0 : i + 1];
+      if (a.y() == b.y() || !std::isfinite(a.x() + a.y() + b.x() + b.y())) continue;
+      edges.push_back(TScanEdge{a.x(), a.y(), (b.x() - a.x()) / (b.y() - a.y()), std::min(a.y(), b.y()),
+                                std::max(a.y(), b.y()), b.y() > a.y() ? 1 : -1});
     }
   }
+  if (edges.empty()) return;
+  std::sort(edges.begin(), edges.end(), [](const TScanEdge& l, const TScanEdge& r) { return l.top < r.top; });
+  double bottom = edges.front().bottom;
+  for (const TScanEdge& e : edges) bottom = std::max(bottom, e.bottom);
+  // Rows y in [first top, last bottom).
+  first = ClampToInt(std::ceil(edges.front().top), area.top(), area.bottom() + 1);
+  end = ClampToInt(std::ceil(bottom), area.top(), area.bottom() + 1);
+}
+
+void ScanRow(int y, const QRect& area, std::size_t& next, TScanBuffers& buffers) {
+  const std::vector<TScanEdge>& edges = buffers.edges;
+  std::vector<const TScanEdge*>& active = buffers.active;
+  while (next < edges.size() && edges[next].top <= y) active.push_back(&edges[next++]);
+  std::erase_if(active, [y](const TScanEdge* e) { return e->bottom <= y; });
+  std::vector<TScanCrossing>& crossings = buffers.crossings;
+  crossings.clear();
+  const int left = area.left(), right = area.right() + 1;
+  for (const TScanEdge* e : active) {
+    const double x = e->x0 + (y - e->y0) * e->slope;
+    crossings.push_back(TScanCrossing{ClampToInt(std::ceil(x), left, right), e->dir});
+  }
+  // Most rows cross a few edges, where an insertion sort beats the general
+  // one. (Crossings at one threshold bound no pixels, so their order is free.)
+  auto before = [](const TScanCrossing& l, const TScanCrossing& r) { return l.threshold < r.threshold; };
+  if (crossings.size() > 16) {
+    std::sort(crossings.begin(), crossings.end(), before);
+    return;
+  }
+  for (std::size_t i = 1; i < crossings.size(); ++i)
+    for (std::size_t j = i; j > 0 && before(crossings[j], crossings[j - 1]); --j) std::swap(crossings[j], crossings[j - 1]);
+}
+
+TMask PolygonMask(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area, TScanBuffers& buffers) {
+  TMask mask(area);
+  FillPolygons(polygons, winding, area, [&mask](int y, int x0, int x1) { mask.SetSpan(y, x0, x1); }, buffers);
+  return mask;
 }
 
 TMask PolygonMask(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area) {
-  TMask mask(area);
-  FillPolygons(polygons, winding, area, [&mask](int y, int x0, int x1) { mask.SetSpan(y, x0, x1); });
-  return mask;
+  TScanBuffers buffers;
+  return PolygonMask(polygons, winding, area, buffers);
 }
 
 // ---------------------------------------------------------------------------
@@ -315,6 +272,8 @@ TDashPattern::TDashPattern(TPenStyle style) {
   }
 }
 
+bool SolidStyle(TPenStyle style) { return DashRuns(style, false).empty(); }
+
 std::vector<double> WideDashPattern(TPenStyle style) {
   const std::vector<int> runs = DashRuns(style, true);
   return std::vector<double>(runs.begin(), runs.end());
@@ -351,17 +310,8 @@ bool TPaintSource::At(int x, int y, QRgb& out) const {
 void Composite(QImage& surface, const TMask& mask, const TPaintSource& source, TPenMode mode) {
   assert(surface.depth() == 32 && surface.rect().contains(mask.Area()));
   if (source.kind == TPaintSource::Kind::Tile && (!source.tile || source.tile->isNull())) return;
-  const bool solid = source.kind == TPaintSource::Kind::Solid;
-  mask.ForEachSpan([&](int y, int x0, int x1) {
-    auto* row = reinterpret_cast<std::uint32_t*>(surface.scanLine(y));
-    if (solid && mode == pmCopy) {  // the common case (backgrounds, fills) without per-pixel dispatch
-      for (int x = x0; x < x1; ++x) row[x] = (source.color & 0x00FFFFFFu) | (row[x] & 0xFF000000u);
-      return;
-    }
-    QRgb p;
-    for (int x = x0; x < x1; ++x)
-      if (source.At(x, y, p)) row[x] = Rop2(mode, p, row[x]);
-  });
+  const TSurfaceRows rows(surface);
+  mask.ForEachSpan([&](int y, int x0, int x1) { PaintSpan(rows.Row(y), y, x0, x1, source, mode); });
 }
 
 }  // namespace lumatrex::raster

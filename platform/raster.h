@@ -11,8 +11,10 @@
 #include <QPolygonF>
 #include <QRect>
 #include <QRgb>
+#include <algorithm>
 #include <cstdint>
-#include <functional>
+#include <cstring>
+#include <limits>
 #include <vector>
 
 #include "platform/graphics.h"
@@ -42,7 +44,11 @@ class TMask {
   void Intersect(const TMask& other);
   bool Empty() const;
   // Calls F(y, x0, x1) for every run [x0, x1) of set pixels, top to bottom.
-  void ForEachSpan(const std::function<void(int, int, int)>& f) const;
+  template <class F>
+  void ForEachSpan(F&& f) const {
+    for (std::size_t i = 0; i < rows_.size(); ++i)
+      for (const TRun& r : rows_[i]) f(area_.top() + static_cast<int>(i), r.x0, r.x1);
+  }
 
  private:
   struct TRun {
@@ -65,22 +71,48 @@ class TMask {
 // nearest to the ideal line, ties going to the smaller minor coordinate, so a
 // line covers the same pixels whichever way it is drawn. Returns the number of
 // pixels of the whole line, for dash patterns that continue on the next line.
-std::int64_t LinePixels(QPoint a, QPoint b, const QRect& area,
-                        const std::function<void(int, int, std::int64_t)>& plot);
+template <class Plot>
+std::int64_t LinePixels(QPoint a, QPoint b, const QRect& area, Plot&& plot);
 
 // ---------------------------------------------------------------------------
 // Polygons
 // ---------------------------------------------------------------------------
+
+struct TScanEdge {
+  double x0, y0, slope;  // x at y: x0 + (y - y0) * slope
+  double top, bottom;    // the edge covers rows y in [top, bottom)
+  int dir;               // +1 downward, -1 upward
+};
+
+struct TScanCrossing {
+  int threshold;  // the first pixel at or right of the crossing
+  int dir;
+};
+
+// The working lists of the polygon scan. A caller that fills many figures
+// keeps one, so that filling allocates nothing once the lists have grown.
+struct TScanBuffers {
+  std::vector<TScanEdge> edges;
+  std::vector<const TScanEdge*> active;
+  std::vector<TScanCrossing> crossings;
+};
 
 // Calls Span(y, x0, x1) for the runs of pixels within Area whose points lie
 // inside the polygons (each implicitly closed, all filled together) under the
 // alternate or winding rule. A point exactly on a left or top edge is inside,
 // on a right or bottom edge outside, so shapes that share an edge never share
 // a pixel and an axis-aligned rectangle (x1,y1)-(x2,y2) fills [x1,x2) x [y1,y2).
-void FillPolygons(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area,
-                  const std::function<void(int, int, int)>& span);
+template <class Span>
+void FillPolygons(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area, Span&& span,
+                  TScanBuffers& buffers);
+template <class Span>
+void FillPolygons(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area, Span&& span) {
+  TScanBuffers buffers;
+  FillPolygons(polygons, winding, area, span, buffers);
+}
 
 TMask PolygonMask(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area);
+TMask PolygonMask(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area, TScanBuffers& buffers);
 
 // ---------------------------------------------------------------------------
 // Ellipses
@@ -102,6 +134,9 @@ QRgb ToRgb(TColor color);
 // Combines pen (or brush) colour P with destination D under Mode, bitwise on
 // the red, green and blue bits; the result's top byte is D's.
 std::uint32_t Rop2(TPenMode mode, std::uint32_t p, std::uint32_t d);
+
+// Whether pens of Style draw every pixel of their lines (no dash pattern).
+bool SolidStyle(TPenStyle style);
 
 // The on/off pattern of a one-pixel (cosmetic) styled line, in pixels.
 class TDashPattern {
@@ -137,8 +172,125 @@ struct TPaintSource {
   bool At(int x, int y, QRgb& out) const;
 };
 
+// Sets the colour bits of Row's pixels [X0, X1) to Color, keeping their top
+// bytes. Four pixels a step: filling spans is most of what painting costs.
+inline void CopySpan(std::uint32_t* row, int x0, int x1, std::uint32_t color) {
+  using TQuad = std::uint32_t __attribute__((vector_size(16)));
+  const TQuad colors = {color, color, color, color};
+  const TQuad tops = {0xFF000000u, 0xFF000000u, 0xFF000000u, 0xFF000000u};
+  int x = x0;
+  for (; x + 4 <= x1; x += 4) {
+    TQuad quad;
+    std::memcpy(&quad, row + x, sizeof quad);
+    quad = (quad & tops) | colors;
+    std::memcpy(row + x, &quad, sizeof quad);
+  }
+  for (; x < x1; ++x) row[x] = color | (row[x] & 0xFF000000u);
+}
+
+// Combines Source with row Y of a 32-bit surface (its pixels Row) on the
+// pixels [X0, X1).
+inline void PaintSpan(std::uint32_t* row, int y, int x0, int x1, const TPaintSource& source, TPenMode mode) {
+  if (source.kind == TPaintSource::Kind::Solid && mode == pmCopy) {  // backgrounds and fills, without dispatch
+    CopySpan(row, x0, x1, source.color & 0x00FFFFFFu);
+    return;
+  }
+  QRgb p;
+  for (int x = x0; x < x1; ++x)
+    if (source.At(x, y, p)) row[x] = Rop2(mode, p, row[x]);
+}
+
+// The rows of a 32-bit surface, found once per figure rather than per pixel.
+class TSurfaceRows {
+ public:
+  explicit TSurfaceRows(QImage& surface)
+      : bits_(surface.bits()), stride_(surface.bytesPerLine()) {}
+  std::uint32_t* Row(int y) const { return reinterpret_cast<std::uint32_t*>(bits_ + stride_ * y); }
+
+ private:
+  uchar* bits_;
+  qsizetype stride_;
+};
+
 // Combines Source with the 32-bit Surface on every pixel of Mask, whose area
 // must lie within the surface.
 void Composite(QImage& surface, const TMask& mask, const TPaintSource& source, TPenMode mode);
+
+// ---------------------------------------------------------------------------
+// Template definitions
+// ---------------------------------------------------------------------------
+
+// The integer nearest to I*D/N (N > 0), ties toward minus infinity.
+std::int64_t NearestRoundingDown(std::int64_t i, std::int64_t d, std::int64_t n);
+
+template <class Plot>
+std::int64_t LinePixels(QPoint a, QPoint b, const QRect& area, Plot&& plot) {
+  const std::int64_t dx = std::int64_t{b.x()} - a.x(), dy = std::int64_t{b.y()} - a.y();
+  const std::int64_t n = std::max(dx < 0 ? -dx : dx, dy < 0 ? -dy : dy);
+  if (n == 0 || area.isEmpty()) return n;
+  const bool xMajor = (dx < 0 ? -dx : dx) >= (dy < 0 ? -dy : dy);
+  const std::int64_t major0 = xMajor ? a.x() : a.y();
+  const std::int64_t minor0 = xMajor ? a.y() : a.x();
+  const std::int64_t step = (xMajor ? dx : dy) > 0 ? 1 : -1;
+  const std::int64_t d = xMajor ? dy : dx;
+  const std::int64_t lo = xMajor ? area.left() : area.top();
+  const std::int64_t hi = xMajor ? area.right() : area.bottom();
+  // Steps whose major coordinate major0 + step*i lies in [lo, hi].
+  const std::int64_t first = std::max<std::int64_t>(step > 0 ? lo - major0 : major0 - hi, 0);
+  const std::int64_t last = std::min(step > 0 ? hi - major0 : major0 - lo, n - 1);
+  if (first > last) return n;
+  // The minor offset at step i is q = ceil((2id - n) / 2n); it is carried
+  // from step to step with the remainder r = 2nq - (2id - n), kept in [0, 2n).
+  const std::int64_t twoN = 2 * n;
+  std::int64_t q = NearestRoundingDown(first, d, n);
+  std::int64_t r = static_cast<std::int64_t>(static_cast<__int128>(twoN) * q -
+                                             (2 * static_cast<__int128>(first) * d - n));
+  for (std::int64_t i = first; i <= last; ++i) {
+    const std::int64_t minor = minor0 + q;
+    if (minor >= std::numeric_limits<int>::min() && minor <= std::numeric_limits<int>::max()) {
+      const auto major = static_cast<int>(major0 + step * i);
+      if (xMajor)
+        plot(major, static_cast<int>(minor), i);
+      else
+        plot(static_cast<int>(minor), major, i);
+    }
+    r -= 2 * d;
+    if (r < 0) {
+      r += twoN;
+      ++q;
+    } else if (r >= twoN) {
+      r -= twoN;
+      --q;
+    }
+  }
+  return n;
+}
+
+// Gathers the polygons' edges, sorted by top; returns the rows [First, End)
+// of Area they may cover (First >= End: none).
+void ScanSetUp(const std::vector<QPolygonF>& polygons, const QRect& area, TScanBuffers& buffers, int& first,
+               int& end);
+// Brings the active edges up to row Y and sorts their crossings of it into
+// buffers.crossings.
+void ScanRow(int y, const QRect& area, std::size_t& next, TScanBuffers& buffers);
+
+template <class Span>
+void FillPolygons(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area, Span&& span,
+                  TScanBuffers& buffers) {
+  int firstRow = 0, endRow = 0;
+  ScanSetUp(polygons, area, buffers, firstRow, endRow);
+  std::size_t next = 0;
+  for (int y = firstRow; y < endRow; ++y) {
+    ScanRow(y, area, next, buffers);
+    const std::vector<TScanCrossing>& crossings = buffers.crossings;
+    int count = 0;
+    for (std::size_t k = 0; k + 1 < crossings.size(); ++k) {
+      count += winding ? crossings[k].dir : 1;
+      const bool inside = winding ? count != 0 : (count & 1) != 0;
+      if (inside && crossings[k].threshold < crossings[k + 1].threshold)
+        span(y, crossings[k].threshold, crossings[k + 1].threshold);
+    }
+  }
+}
 
 }  // namespace lumatrex::raster

@@ -1,5 +1,7 @@
 #include "platform/stream.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QSaveFile>
@@ -60,9 +62,14 @@ std::int64_t TMemoryStream::Read(void* buffer, std::int64_t count) {
 
 std::int64_t TMemoryStream::Write(const void* buffer, std::int64_t count) {
   if (count <= 0) return 0;
+  const auto* bytes = static_cast<const std::uint8_t*>(buffer);
   const std::int64_t end = position_ + count;
-  if (end > Size()) data_.resize(static_cast<std::size_t>(end));
-  std::memcpy(data_.data() + position_, buffer, static_cast<std::size_t>(count));
+  if (position_ == Size()) {  // appending, as saving does: no zeros written first
+    data_.insert(data_.end(), bytes, bytes + count);
+  } else {
+    if (end > Size()) data_.resize(static_cast<std::size_t>(end));
+    std::memcpy(data_.data() + position_, bytes, static_cast<std::size_t>(count));
+  }
   position_ = end;
   return count;
 }
@@ -105,56 +112,144 @@ void TMemoryStream::SaveToFile(const std::string& fileName) const {
 
 // ---------------------------------------------------------------------------
 
-TFileStream::TFileStream(const std::string& fileName, TFileMode mode) : fileName_(fileName) {
-  static constexpr const char* kModes[] = {"w+b", "rb", "r+b", "r+b"};
-  file_ = std::fopen(fileName.c_str(), kModes[mode]);
-  if (!file_) throw EFOpenError("cannot open file \"" + fileName + "\": " + std::strerror(errno));
+namespace {
+
+constexpr std::int64_t kFileBufferSize = 1 << 16;
+
+// Reads up to Count bytes at Offset; fewer only at the end of the file or on an error.
+std::int64_t ReadAt(int fd, void* buffer, std::int64_t count, std::int64_t offset) {
+  std::int64_t done = 0;
+  while (done < count) {
+    const ssize_t n = pread(fd, static_cast<char*>(buffer) + done, static_cast<std::size_t>(count - done), offset + done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) break;
+    done += n;
+  }
+  return done;
+}
+
+// Writes Count bytes at Offset; returns how many the system took.
+std::int64_t WriteAt(int fd, const void* buffer, std::int64_t count, std::int64_t offset) {
+  std::int64_t done = 0;
+  while (done < count) {
+    const ssize_t n =
+        pwrite(fd, static_cast<const char*>(buffer) + done, static_cast<std::size_t>(count - done), offset + done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) break;
+    done += n;
+  }
+  return done;
+}
+
+}  // namespace
+
+TFileStream::TFileStream(const std::string& fileName, TFileMode mode)
+    : fileName_(fileName), writable_(mode != fmOpenRead) {
+  static constexpr int kFlags[] = {O_RDWR | O_CREAT | O_TRUNC, O_RDONLY, O_RDWR, O_RDWR};
+  fd_ = open(fileName.c_str(), kFlags[mode] | O_CLOEXEC, 0666);
+  struct stat info {};
+  if (fd_ < 0 || fstat(fd_, &info) != 0) {
+    const int error = errno;
+    if (fd_ >= 0) close(fd_);
+    throw EFOpenError("cannot open file \"" + fileName + "\": " + std::strerror(error));
+  }
+  size_ = info.st_size;
 }
 
 TFileStream::~TFileStream() {
-  if (file_) std::fclose(file_);
+  try {
+    Flush();
+  } catch (const EWriteError&) {  // a destructor cannot report it; Flush can
+  }
+  close(fd_);
+}
+
+void TFileStream::DropBuffer() {
+  bufferStart_ = bufferLength_ = 0;
+  dirty_ = false;
+}
+
+void TFileStream::Fill() {
+  Flush();
+  if (buffer_.empty()) buffer_.resize(kFileBufferSize);
+  bufferStart_ = position_;
+  bufferLength_ = ReadAt(fd_, buffer_.data(), std::min(kFileBufferSize, size_ - position_), position_);
 }
 
 std::int64_t TFileStream::Read(void* buffer, std::int64_t count) {
-  if (count <= 0) return 0;
-  std::fseek(file_, position_, SEEK_SET);
-  const auto n = static_cast<std::int64_t>(std::fread(buffer, 1, static_cast<std::size_t>(count), file_));
-  position_ += n;
-  return n;
+  auto* out = static_cast<std::uint8_t*>(buffer);
+  std::int64_t left = std::clamp<std::int64_t>(size_ - position_, 0, std::max<std::int64_t>(count, 0));
+  const std::int64_t start = position_;
+  while (left > 0) {
+    const std::int64_t inBuffer = bufferStart_ + bufferLength_ - position_;
+    if (position_ >= bufferStart_ && inBuffer > 0) {
+      const std::int64_t n = std::min(left, inBuffer);
+      std::memcpy(out, buffer_.data() + (position_ - bufferStart_), static_cast<std::size_t>(n));
+      out += n;
+      position_ += n;
+      left -= n;
+    } else if (left >= kFileBufferSize) {  // large reads skip the buffer
+      Flush();
+      const std::int64_t n = ReadAt(fd_, out, left, position_);
+      position_ += n;
+      break;
+    } else {
+      Fill();
+      if (bufferLength_ == 0) break;
+    }
+  }
+  return position_ - start;
 }
 
 std::int64_t TFileStream::Write(const void* buffer, std::int64_t count) {
-  if (count <= 0) return 0;
-  std::fseek(file_, position_, SEEK_SET);
-  const auto n = static_cast<std::int64_t>(std::fwrite(buffer, 1, static_cast<std::size_t>(count), file_));
-  position_ += n;
-  return n;
+  if (!writable_ || count <= 0) return 0;
+  const bool joins = position_ >= bufferStart_ && position_ <= bufferStart_ + bufferLength_ &&
+                     position_ + count <= bufferStart_ + kFileBufferSize;
+  std::int64_t written = count;
+  if (joins && !buffer_.empty()) {
+    std::memcpy(buffer_.data() + (position_ - bufferStart_), buffer, static_cast<std::size_t>(count));
+    bufferLength_ = std::max(bufferLength_, position_ + count - bufferStart_);
+    dirty_ = true;
+  } else {
+    Flush();
+    DropBuffer();
+    if (count >= kFileBufferSize) {
+      written = WriteAt(fd_, buffer, count, position_);
+    } else {
+      if (buffer_.empty()) buffer_.resize(kFileBufferSize);
+      std::memcpy(buffer_.data(), buffer, static_cast<std::size_t>(count));
+      bufferStart_ = position_;
+      bufferLength_ = count;
+      dirty_ = true;
+    }
+  }
+  position_ += written;
+  size_ = std::max(size_, position_);
+  return written;
 }
 
 std::int64_t TFileStream::Seek(std::int64_t offset, TSeekOrigin origin) {
-  const std::int64_t base = origin == soBeginning ? 0 : origin == soCurrent ? position_ : Size();
+  const std::int64_t base = origin == soBeginning ? 0 : origin == soCurrent ? position_ : size_;
   position_ = std::max<std::int64_t>(0, base + offset);
   return position_;
 }
 
-std::int64_t TFileStream::Size() const {
-  std::fflush(file_);
-  const long here = std::ftell(file_);
-  std::fseek(file_, 0, SEEK_END);
-  const long size = std::ftell(file_);
-  std::fseek(file_, here, SEEK_SET);
-  return size;
-}
-
 void TFileStream::SetSize(std::int64_t size) {
-  std::fflush(file_);
-  if (ftruncate(fileno(file_), std::max<std::int64_t>(size, 0)) != 0)
-    throw EWriteError("cannot resize file \"" + fileName_ + "\"");
-  position_ = std::min(position_, Size());
+  Flush();
+  DropBuffer();
+  size = std::max<std::int64_t>(size, 0);
+  if (!writable_ || ftruncate(fd_, size) != 0) throw EWriteError("cannot resize file \"" + fileName_ + "\"");
+  size_ = size;
+  position_ = std::min(position_, size_);
 }
 
 void TFileStream::Flush() {
-  if (std::fflush(file_) != 0) throw EWriteError("cannot write file \"" + fileName_ + "\"");
+  if (!dirty_) return;
+  dirty_ = false;
+  if (WriteAt(fd_, buffer_.data(), bufferLength_, bufferStart_) != bufferLength_) {
+    DropBuffer();
+    throw EWriteError("cannot write file \"" + fileName_ + "\"");
+  }
 }
 
 void SaveBytesToFileAtomically(const std::string& fileName, const std::vector<std::uint8_t>& bytes) {

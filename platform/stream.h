@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -123,6 +122,12 @@ enum TFileMode : std::uint8_t {
   fmOpenReadWrite,  // existing file, read and write
 };
 
+// A file read and written through one buffer of its own, so that the many
+// small reads and writes of the file formats cost a copy each, not a system
+// call (let alone a seek). The size is kept, not asked of the system.
+// Buffered writes reach the file on Flush, a seek away from them, a read, a
+// resize or destruction; a write the system refuses throws EWriteError then
+// (the destructor cannot throw: call Flush to learn of it).
 class TFileStream : public TStream {
  public:
   // Throws EFOpenError when the file cannot be opened in the mode asked.
@@ -132,17 +137,29 @@ class TFileStream : public TStream {
   TFileStream& operator=(const TFileStream&) = delete;
 
   std::int64_t Read(void* buffer, std::int64_t count) override;
+  // Writes nothing (returns 0) on a stream opened for reading only.
   std::int64_t Write(const void* buffer, std::int64_t count) override;
   std::int64_t Seek(std::int64_t offset, TSeekOrigin origin) override;
-  std::int64_t Size() const override;
+  std::int64_t Size() const override { return size_; }
   void SetSize(std::int64_t size) override;
   const std::string& FileName() const { return fileName_; }
-  // Flushes buffered writes to the operating system; throws EWriteError on failure.
+  // Hands buffered writes to the operating system; throws EWriteError on failure.
   void Flush();
 
  private:
+  // The buffer holds file bytes [bufferStart_, bufferStart_ + bufferLength_):
+  // read ahead, or written and not yet flushed when dirty_.
+  void Fill();
+  void DropBuffer();
+
   std::string fileName_;
-  std::FILE* file_ = nullptr;
+  int fd_ = -1;
+  bool writable_ = false;
+  std::int64_t size_ = 0;
+  std::vector<std::uint8_t> buffer_;
+  std::int64_t bufferStart_ = 0;
+  std::int64_t bufferLength_ = 0;
+  bool dirty_ = false;
 };
 
 // Replaces FileName by Bytes through a temporary file in the same folder that

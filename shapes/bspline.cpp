@@ -8,6 +8,7 @@
 #include "platform/canvas.h"
 #include "shapes/bspline_system.h"
 #include "shapes/drawing_modes.h"
+#include "shapes/outline.h"
 
 namespace lumatrex {
 
@@ -110,14 +111,30 @@ void TMyBLine::Interpolate() {
   PhantomPoints();
 }
 
-void TMyBLine::DrawBLine(TCanvas& canvas) {
-  for (std::int32_t i = 0; i <= kSampleSegments; ++i) {
-    const TPoint p = MyPtToPt(GetVPoint(static_cast<float>(i) / kSampleSegments));
-    if (i == 0)
-      canvas.MoveTo(p.X, p.Y);
-    else
-      canvas.LineTo(p.X, p.Y);
+std::vector<TPoint> TMyBLine::SampleCurve() const {
+  std::vector<TPoint> samples;
+  samples.reserve(kSampleSegments + 1);
+  for (std::int32_t i = 0; i <= kSampleSegments; ++i)
+    samples.push_back(MyPtToPt(GetVPoint(static_cast<float>(i) / kSampleSegments)));
+  return samples;
+}
+
+void TMyBLine::DrawBLine(TCanvas& canvas) { StrokeChain(canvas, SampleCurve()); }
+
+void TMyBLine::DrawCachedCurve(TCanvas& canvas) {
+  TCurveCache& cache = curveCache_;
+  TArrMyPoint zoomed = ZoomedPoints();
+  if (!cache.valid || !SameBits(zoomed, cache.zoomed)) {
+    cache.samples = LoadVertices(zoomed) ? SampleCurve() : std::vector<TPoint>();
+    cache.zoomed = std::move(zoomed);
+    cache.vertices = vertices_;
+    cache.vertexCount = vertexCount_;
+    cache.valid = true;
+  } else {
+    vertices_ = cache.vertices;
+    vertexCount_ = cache.vertexCount;
   }
+  StrokeChain(canvas, cache.samples);
 }
 
 bool TMyBLine::LoadVertices(const TArrMyPoint& zoomed) {
@@ -148,7 +165,7 @@ void TMyBLine::Draw(TCanvas& canvas) {
   previous.Assign(canvas.Pen());
   SetPS(canvas, canvas.Pen().Style(), canvas.Pen().Color(), canvas.Pen().Width());
   canvas.BeginPath();
-  DrawCurveThrough(canvas, ZoomedPoints());
+  DrawCachedCurve(canvas);
   canvas.EndPath();
   canvas.StrokePath();
   canvas.Pen().Assign(previous);

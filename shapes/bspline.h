@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 #include "shapes/shape.h"
 
@@ -106,8 +107,23 @@ class TMyBLine : public TMyShape {
   // Index of the sampled segment nearest to P within the hit tolerance, or -1.
   std::int32_t NearestSampleSegment(const TPoint& p);
 
+  // The curve's 601 samples in device pixels; empty without a curve.
+  std::vector<TPoint> SampleCurve() const;
+  // Draws Draw's curve from the cache, remaking it first when the zoomed
+  // points differ in any bit from those it was made from (a move, an edit or
+  // a zoom). The vertex buffer is left as making it would leave it.
+  void DrawCachedCurve(TCanvas& canvas);
+
   std::array<TMyPoint, kMaxPoints + 2> vertices_{};
   std::int32_t vertexCount_ = 0;
+  struct TCurveCache {
+    TArrMyPoint zoomed;
+    std::array<TMyPoint, kMaxPoints + 2> vertices{};
+    std::int32_t vertexCount = 0;
+    std::vector<TPoint> samples;
+    bool valid = false;
+  };
+  TCurveCache curveCache_;
 };
 
 }  // namespace lumatrex

@@ -264,25 +264,70 @@ void TMyRectangle::Assign(const TMyShape& source) {
 // TMyEllipse
 // ===========================================================================
 
+namespace {
+
+constexpr std::int32_t kOutlineSteps = 72;  // every 5 degrees
+
+// sin and cos of the outline's parameter angles, the same for every ellipse.
+struct TUnitCircle {
+  std::array<long double, kOutlineSteps + 1> sin, cos;
+};
+
+const TUnitCircle& UnitCircle() {
+  static const TUnitCircle circle = [] {
+    TUnitCircle c;
+    for (std::int32_t i = 0; i <= kOutlineSteps; ++i) {
+      const long double t = i * kPi / 36;
+      c.sin[static_cast<std::size_t>(i)] = std::sin(t);
+      c.cos[static_cast<std::size_t>(i)] = std::cos(t);
+    }
+    return c;
+  }();
+  return circle;
+}
+
+template <typename T>
+bool SameValueBits(const T& a, const T& b) {
+  return std::memcmp(&a, &b, sizeof(T)) == 0;
+}
+
+}  // namespace
+
 TArrMyPoint TMyEllipse::Outline() const {
   const long double zoom = Zoom();
   const long double a = zoom * GetMyWidth() / 2, b = zoom * GetMyHeight() / 2;
   const long double angle = GetAngle();
   const long double cosA = std::cos(angle), sinA = std::sin(angle);
   const TMyPoint centre = GetCenterPointInZoom();
+  const TUnitCircle& circle = UnitCircle();
   TArrMyPoint outline;
-  outline.reserve(73);
-  for (std::int32_t i = 0; i <= 72; ++i) {
-    const long double t = i * kPi / 36;
-    const long double u = a * std::sin(t), v = b * std::cos(t);
+  outline.reserve(kOutlineSteps + 1);
+  for (std::size_t i = 0; i <= kOutlineSteps; ++i) {
+    const long double u = a * circle.sin[i], v = b * circle.cos[i];
     outline.push_back({static_cast<float>(u * cosA - v * sinA + centre.X),
                        static_cast<float>(u * sinA + v * cosA + centre.Y)});
   }
   return outline;
 }
 
+const std::vector<TPoint>& TMyEllipse::DeviceOutline() const {
+  TOutlineCache& cache = outlineCache_;
+  const double zoom = Zoom();
+  const float angle = GetAngle();
+  if (!cache.valid || !SameBits(cache.points, Points) || !SameValueBits(cache.centre, CenterPoint) ||
+      !SameValueBits(cache.angle, angle) || !SameValueBits(cache.zoom, zoom)) {
+    cache.device = RoundPoints(Outline());
+    cache.points = Points;
+    cache.centre = CenterPoint;
+    cache.angle = angle;
+    cache.zoom = zoom;
+    cache.valid = true;
+  }
+  return cache.device;
+}
+
 void TMyEllipse::Draw(TCanvas& canvas) {
-  PowerDrawShape(canvas, RoundPoints(Outline()), true);
+  PowerDrawShape(canvas, DeviceOutline(), true);
   DrawInfo(canvas);
 }
 

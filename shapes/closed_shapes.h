@@ -154,6 +154,21 @@ class TMyEllipse : public TMyRectangle {
  private:
   // The 73 outline points, zoomed.
   TArrMyPoint Outline() const;
+  // Outline() rounded to device points: what Draw paints. It is kept with
+  // the inputs it was made from (points, centre, angle, zoom) and made again
+  // only when one of them differs in any bit, so it is always the outline
+  // those inputs give.
+  const std::vector<TPoint>& DeviceOutline() const;
+
+  struct TOutlineCache {
+    TArrMyPoint points;
+    TMyPoint centre{};
+    float angle = 0;
+    double zoom = 0;
+    std::vector<TPoint> device;
+    bool valid = false;
+  };
+  mutable TOutlineCache outlineCache_;
 };
 
 // ---------------------------------------------------------------------------

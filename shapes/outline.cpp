@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "platform/canvas.h"
 #include "shapes/shape.h"
@@ -13,6 +14,10 @@ TArrMyPoint ZoomedPoints(const TMyShape& shape) {
   zoomed.reserve(static_cast<std::size_t>(shape.GetPointsCount()));
   for (std::int32_t i = 0; i < shape.GetPointsCount(); ++i) zoomed.push_back(shape.GetPointInZoom(i));
   return zoomed;
+}
+
+bool SameBits(const TArrMyPoint& a, const TArrMyPoint& b) {
+  return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(TMyPoint)) == 0);
 }
 
 std::vector<TPoint> RoundPoints(const TArrMyPoint& zoomed) { return ShiftAndRound(zoomed, 0, 0); }

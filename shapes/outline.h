@@ -16,6 +16,10 @@ class TMyShape;
 
 // Shape's points (through its GetPoint) multiplied by the owner's zoom.
 TArrMyPoint ZoomedPoints(const TMyShape& shape);
+// Whether two point lists are the same bit for bit: the test of the outline
+// caches, which must never take a list that merely compares equal (-0 and 0)
+// or miss one that holds the same NaN.
+bool SameBits(const TArrMyPoint& a, const TArrMyPoint& b);
 // Each zoomed point rounded to a device point.
 std::vector<TPoint> RoundPoints(const TArrMyPoint& zoomed);
 // Each zoomed point moved by the device offset (DX, DY), then rounded. (The

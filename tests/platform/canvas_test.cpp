@@ -5,13 +5,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
 #include "platform/qt_interop.h"
+#include "platform/raster.h"
 
 namespace lumatrex {
 namespace {
@@ -219,6 +222,45 @@ TEST(CanvasFigures, BrushNeverReachesPastTheOutline) {
   }
 }
 
+// Figures drawn with a copying pen are painted span by span; under a clip
+// polygon they go through coverage masks. With the polygon covering the
+// whole picture both ways must paint the same pixels.
+TEST(CanvasFigures, CopyingPenPaintsAsTheMaskPipelineDoes) {
+  struct Case {
+    const char* name;
+    TPenStyle pen;
+    TBrushStyle brush;
+  };
+  const Case cases[] = {{"solid_pen_solid_brush", psSolid, bsSolid},
+                        {"solid_pen_hatch", psSolid, bsDiagCross},
+                        {"clear_pen_solid_brush", psClear, bsSolid},
+                        {"solid_pen_clear_brush", psSolid, bsClear}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    auto draw = [&c](bool throughMasks) {
+      TBitmap bitmap(48, 40, pf32bit);
+      PaintGradient(bitmap);
+      TCanvas& canvas = bitmap.Canvas();
+      if (throughMasks) canvas.SetClipPolygon({{0, 0}, {48, 0}, {48, 40}, {0, 40}});
+      canvas.Pen().SetStyle(c.pen);
+      canvas.Pen().SetColor(clRed);
+      canvas.Brush().SetColor(clYellow);
+      canvas.Brush().SetStyle(c.brush);
+      canvas.Polygon(Pentagram());
+      canvas.SetPolyFillMode(pfmWinding);
+      canvas.Polygon({{30, -5}, {60, 20}, {30, 45}, {20, 20}});
+      canvas.Rectangle(-3, 25, 14, 52);
+      canvas.Ellipse(5, 3, 44, 37);
+      canvas.Ellipse(-20, -9, 11, 12);
+      canvas.Polyline({{-7, 39}, {47, 0}, {3, 3}, {40, 36}});
+      canvas.MoveTo(47, 39);
+      canvas.LineTo(100, -80);
+      return Colours(bitmap);
+    };
+    EXPECT_EQ(draw(false), draw(true));
+  }
+}
+
 // ---------------------------------------------------------------------------
 // Lines
 // ---------------------------------------------------------------------------
@@ -253,6 +295,26 @@ INSTANTIATE_TEST_SUITE_P(
                       LineCase{"zero_length_draws_nothing", {3, 3}, {3, 3}, {}},
                       LineCase{"from_far_outside", {-100000, 2}, {4, 2}, {{0, 2}, {1, 2}, {2, 2}, {3, 2}}}),
     [](const ::testing::TestParamInfo<LineCase>& info) { return std::string(info.param.name); });
+
+// Lines step from pixel to pixel incrementally; every pixel must still be the
+// one the closed formula gives, whatever the direction, length and clip.
+TEST(CanvasLines, SteppedPixelsAreTheNearestOnesAlsoWhenClipped) {
+  std::mt19937 random(3);
+  std::uniform_int_distribution<int> coordinate(-3000, 3000);
+  for (int k = 0; k < 300; ++k) {
+    const QPoint a(coordinate(random), coordinate(random)), b(coordinate(random), coordinate(random));
+    const QRect area(coordinate(random), coordinate(random), 1 + random() % 2000, 1 + random() % 2000);
+    const std::int64_t dx = b.x() - a.x(), dy = b.y() - a.y(), n = std::max(std::abs(dx), std::abs(dy));
+    const bool xMajor = std::abs(dx) >= std::abs(dy);
+    int wrong = 0;
+    raster::LinePixels(a, b, area, [&](int x, int y, std::int64_t i) {
+      const std::int64_t minor = (xMajor ? a.y() : a.x()) + raster::NearestRoundingDown(i, xMajor ? dy : dx, n);
+      const std::int64_t major = (xMajor ? a.x() : a.y()) + i * ((xMajor ? dx : dy) > 0 ? 1 : -1);
+      wrong += (xMajor ? x : y) != major || (xMajor ? y : x) != minor;
+    });
+    EXPECT_EQ(wrong, 0) << "line " << k;
+  }
+}
 
 TEST(CanvasPolyline, DrawsEachJointOnceSoXorLeavesNoHoles) {
   TBitmap bitmap(7, 7, pf32bit);

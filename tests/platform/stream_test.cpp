@@ -6,6 +6,8 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <random>
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -258,6 +260,71 @@ TEST_F(FileStream, MemoryStreamSavesToAndLoadsFromFiles) {
   loaded.LoadFromFile(Path("m.bin"));
   EXPECT_EQ(loaded.Bytes(), (Bytes{4, 5, 6}));
   EXPECT_EQ(loaded.Position(), 0);
+}
+
+
+// The file stream buffers its reads and writes: any mix of them, small and
+// larger than its buffer, at any position, must leave it (and the file) as a
+// memory stream given the same calls.
+TEST_F(FileStream, BufferedCallsMatchAMemoryStream) {
+  TMemoryStream memory;
+  std::mt19937 random(8);
+  {
+    TFileStream file(Path("b.bin"), fmCreate);
+    Bytes data(400000), got(200000), want(200000);
+    for (std::uint8_t& b : data) b = static_cast<std::uint8_t>(random());
+    for (int step = 0; step < 400; ++step) {
+      SCOPED_TRACE(step);
+      const std::int64_t count = random() % 4 == 0 ? random() % 150000 : random() % 40;
+      const std::int64_t at = random() % 180000;
+      switch (random() % 5) {
+        case 0:
+        case 1: EXPECT_EQ(file.Write(data.data() + at, count), memory.Write(data.data() + at, count)); break;
+        case 2:
+        case 3:
+          EXPECT_EQ(file.Read(got.data(), count), memory.Read(want.data(), count));
+          EXPECT_TRUE(std::equal(got.begin(), got.begin() + count, want.begin()));
+          break;
+        default:
+          if (step % 20 == 0) {
+            file.SetSize(at);
+            memory.SetSize(at);
+          } else {
+            const auto origin = static_cast<TSeekOrigin>(random() % 3);
+            EXPECT_EQ(file.Seek(at - 90000, origin), memory.Seek(at - 90000, origin));
+          }
+      }
+      ASSERT_EQ(file.Position(), memory.Position());
+      ASSERT_EQ(file.Size(), memory.Size());
+    }
+    file.Flush();
+  }
+  TFileStream reopened(Path("b.bin"), fmOpenRead);
+  EXPECT_EQ(ReadAll(reopened), memory.Bytes());
+}
+
+TEST_F(FileStream, ReadPastTheEndThrowsWithItsOffsetAfterBufferedReads) {
+  WriteFile("a.bin", Bytes(100000, 7));
+  TFileStream file(Path("a.bin"), fmOpenRead);
+  Bytes buffer(20);
+  file.ReadBuffer(buffer.data(), 10);  // fills the buffer from the start
+  file.SetPosition(99990);
+  try {
+    file.ReadBuffer(buffer.data(), 20, "tail");
+    FAIL() << "no error";
+  } catch (const EReadError& e) {
+    EXPECT_EQ(e.Offset(), 99990);
+  }
+}
+
+TEST_F(FileStream, AFailedWriteIsReportedWhenSmallOrLarge) {
+  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
+  const Bytes small(10, 1), large(1 << 17, 2);
+  TFileStream buffered("/dev/full", fmOpenWrite);
+  buffered.WriteBuffer(small.data(), 10);  // held in the buffer until flushed
+  EXPECT_THROW(buffered.Flush(), EWriteError);
+  TFileStream direct("/dev/full", fmOpenWrite);
+  EXPECT_THROW(direct.WriteBuffer(large.data(), static_cast<std::int64_t>(large.size())), EWriteError);
 }
 
 }  // namespace

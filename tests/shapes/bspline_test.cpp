@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <vector>
 
 #include "platform/bitmap.h"
@@ -163,6 +164,46 @@ TEST(TMyBLineDraw, SamplesStartAndEndOnTheClickedEndsInZoomedSpace) {
     EXPECT_EQ(types.back(), ptLineTo);
     EXPECT_EQ(path.front(), (TPoint{20 + offset.X, 120 + offset.Y}));  // 20.5 rounds to even
     EXPECT_EQ(path.back(), (TPoint{181 + offset.X, 40 + offset.Y}));
+  }
+}
+
+// Draw keeps the curve it painted; after a preview, an edit or a zoom the
+// picture and the vertex buffer must be those of a fresh curve.
+TEST(TMyBLineDraw, ACachedCurveRedrawsAsAFreshOneAfterEveryChange) {
+  struct Case {
+    const char* name;
+    void (*change)(TMyBLine&, TFakeOwner&);
+  };
+  const Case cases[] = {
+      {"unchanged after a preview",
+       [](TMyBLine& c, TFakeOwner&) {
+         TSheet preview;
+         c.Draging(preview.canvas(), {0, 0}, {7, 3});
+       }},
+      {"moved point", [](TMyBLine& c, TFakeOwner&) { c.Points[1].Y += 0.25f; }},
+      {"zoomed", [](TMyBLine&, TFakeOwner& owner) { owner.zoom = 1.25; }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TFakeOwner owner;
+    auto make = [&owner] {
+      auto curve = std::make_unique<TMyBLine>(&owner);
+      curve->Points = {{10, 60}, {30, 15}, {60, 55}, {90, 20}};
+      return curve;
+    };
+    auto cached = make();
+    TSheet first, after, expected;
+    cached->Draw(first.canvas());
+    c.change(*cached, owner);
+    auto fresh = make();
+    c.change(*fresh, owner);
+    cached->Draw(after.canvas());
+    fresh->Draw(expected.canvas());
+    for (int y = 0; y < 150; ++y)
+      ASSERT_TRUE(std::equal(after.bitmap.ScanLine(y), after.bitmap.ScanLine(y) + 200 * 4, expected.bitmap.ScanLine(y)))
+          << "row " << y;
+    ASSERT_EQ(cached->VertexCount(), fresh->VertexCount());
+    for (int i = 0; i <= fresh->VertexCount() + 1; ++i) EXPECT_TRUE(cached->Vertex(i) == fresh->Vertex(i)) << i;
   }
 }
 

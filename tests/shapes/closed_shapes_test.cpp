@@ -2,6 +2,7 @@
 
 #include <QVariant>
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -415,6 +416,36 @@ TEST(TMyEllipse, PreviewsAreAnEllipseWhileDrawingAndTheMovedOutlineWhileDragging
   EXPECT_TRUE(moved.inked(35, 32));
   EXPECT_TRUE(moved.inked(55, 22));
   EXPECT_FALSE(moved.inked(35, 22));
+}
+
+// Draw keeps the outline it painted; after any change of its inputs the
+// picture must be the one a fresh ellipse in the new state paints.
+TEST(TMyEllipse, AChangedEllipsePaintsAsAFreshOne) {
+  struct Case {
+    const char* name;
+    std::function<void(TMyEllipse&, TFakeOwner&)> change;
+  };
+  const Case cases[] = {
+      {"moved point", [](TMyEllipse& e, TFakeOwner&) { e.Points[2].X += 3; }},
+      {"moved centre", [](TMyEllipse& e, TFakeOwner&) { e.CenterPoint.Y += 2; }},
+      {"turned", [](TMyEllipse& e, TFakeOwner&) { e.RotateChangeValueByAngle(e.CenterPoint, 0.3); }},
+      {"zoomed", [](TMyEllipse&, TFakeOwner& owner) { owner.zoom = 1.5; }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TFakeOwner owner;
+    auto cached = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
+    TSheet before;
+    cached->Draw(before.canvas());
+    c.change(*cached, owner);
+    auto fresh = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
+    c.change(*fresh, owner);
+    TSheet after, expected;
+    cached->Draw(after.canvas());
+    fresh->Draw(expected.canvas());
+    EXPECT_TRUE(after == expected);
+    EXPECT_FALSE(after == before);
+  }
 }
 
 TEST(TMyEllipse, TheAreaIsPiTimesTheHalfAxes) {
