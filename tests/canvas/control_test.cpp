@@ -63,13 +63,6 @@ TEST(TCustomControl, ReportsQtMouseEventsInTheClassicForm) {
   EXPECT_EQ(probe.calls[2].shift, ssCtrl | ssRight);
 }
 
-TEST(TCustomControl, ADoubleClickArrivesAsAPressWithTheDoubleFlag) {
-  TProbe probe;
-  Send(probe, QEvent::MouseButtonDblClick, {1, 1}, Qt::LeftButton, Qt::LeftButton);
-  ASSERT_EQ(probe.calls.size(), 1u);
-  EXPECT_TRUE(probe.calls[0].shift & ssDouble);
-}
-
 TEST(TCustomControl, PaintRendersInvalidatedAreasIntoTheScreenBitmapOnce) {
   TProbe probe;
   probe.resize(64, 48);

@@ -41,6 +41,13 @@ inline TMyShape* AddBox(TMyCAD& cad, float l, float t, float r, float b) {
   return cad.AddShapeByCode2("TMyRectangle", "", Box(l, t, r, b), 0);
 }
 
+// The shapes' names in list order.
+inline std::vector<std::string> Names(const TMyCAD& cad) {
+  std::vector<std::string> names;
+  for (std::int32_t i = 0; i < cad.GetShapesCount(); ++i) names.push_back(cad.GetShapeByNo(i)->GetName());
+  return names;
+}
+
 // The number of steps in the history.
 inline std::int32_t StepCount(const TMyCAD& cad) {
   const auto& list = cad.GetUndoRedoShapeList();

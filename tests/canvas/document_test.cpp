@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "canvas/document_state.h"
 #include "canvas/tmycad.h"
 #include "platform/hooks.h"
 #include "platform/screen.h"
@@ -10,7 +11,8 @@
 namespace lumatrex {
 namespace {
 
-TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
+using test::Box;
+using test::Names;
 
 // Adds a plain shape with the given points and a fresh identity.
 TMyShape* AddPlain(TMyCAD& cad, TArrMyPoint points = Box(0, 0, 10, 10)) {
@@ -32,29 +34,8 @@ void Group(TMyShape* group, const std::vector<TMyShape*>& members) {
   }
 }
 
-std::vector<std::string> Names(const TMyCAD& cad) {
-  std::vector<std::string> names;
-  for (int i = 0; i < cad.GetShapesCount(); ++i) names.push_back(cad.GetShapeByNo(i)->GetName());
-  return names;
-}
-
 // ---------------------------------------------------------------------------
 // A new canvas
-
-TEST(TMyCADDocument, ANewCanvasHasOneVisibleCurrentLayerAndNoShapes) {
-  TMyCAD cad;
-  ASSERT_EQ(cad.GetLayersCount(), 1);
-  EXPECT_EQ(cad.Layers()[0], (LayerRec{"Layer0", 0, true}));
-  EXPECT_EQ(cad.GetCurrentLayerId(), 0);
-  EXPECT_EQ(cad.GetShapesCount(), 0);
-  EXPECT_EQ(cad.GetNextShapeId(), 0);
-  EXPECT_TRUE(cad.GetOperateAllLayer());
-  EXPECT_EQ(cad.GetColorOfBackGround(), clWhite);
-  EXPECT_EQ(cad.GetPageStyle(), A4);
-  EXPECT_EQ(cad.GetPageWidth(), 794);  // 210 mm at 96 pixels per inch
-  EXPECT_EQ(cad.GetPageHeight(), 1123);
-  EXPECT_EQ(cad.GetPageFootAlignment(), 1);
-}
 
 TEST(TMyCADDocument, CreateAddShapeByNameNumbersShapesFromZero) {
   TMyCAD cad;
@@ -68,15 +49,6 @@ TEST(TMyCADDocument, CreateAddShapeByNameNumbersShapesFromZero) {
   EXPECT_EQ(first->LayerId, 0);
   EXPECT_EQ(cad.CreateAddShapeByName("TMyRectangle")->GetName(), "Shape1");
   EXPECT_EQ(cad.CreateAddShapeByName("TNoSuchShape"), nullptr);
-}
-
-TEST(TMyCADDocument, CreateAddShapeByNameCopiesATemplateButGivesANewIdentity) {
-  TMyCAD cad;
-  TMyShape* original = cad.AddShapeByCode("TMyRectangle", "Original", Box(1, 2, 30, 40), 0);
-  TMyShape* copy = cad.CreateAddShapeByName("TMyRectangle", original);
-  EXPECT_EQ(copy->Points, original->Points);
-  EXPECT_EQ(copy->GetName(), "Shape1");
-  EXPECT_EQ(copy->ShapeNo, 1);
 }
 
 TEST(TMyCADDocument, AddingWithoutLayersShowsTheMessageEndsTheApplicationAndRefuses) {
@@ -93,28 +65,6 @@ TEST(TMyCADDocument, AddingWithoutLayersShowsTheMessageEndsTheApplicationAndRefu
   EXPECT_EQ(terminations, 1);
   EXPECT_EQ(cad.GetShapesCount(), 0);
   EXPECT_FALSE(cad.AddShape(nullptr));
-}
-
-TEST(TMyCADDocument, AddShapeKeepsTheLayerOrCountOnlyWhenAsked) {
-  TMyCAD cad;
-  auto shape = std::make_unique<TMyShape>(&cad);
-  shape->LayerId = 7;
-  cad.AddShape(std::move(shape), true, true);
-  EXPECT_EQ(cad.GetShapeByNo(0)->LayerId, 7);
-  EXPECT_EQ(cad.GetNextShapeId(), 0);
-}
-
-TEST(TMyCADDocument, LookupsByIdNameAndPositionAnswerNullOrMinusOneWhenAbsent) {
-  TMyCAD cad;
-  TMyShape* a = AddPlain(cad);
-  EXPECT_EQ(cad.GetShapeByID(0), a);
-  EXPECT_EQ(cad.GetShapeByName("Shape0"), a);
-  EXPECT_EQ(cad.GetShapeByID(5), nullptr);
-  EXPECT_EQ(cad.GetShapeNoById(5), -1);
-  EXPECT_EQ(cad.GetShapeByNo(1), nullptr);
-  EXPECT_TRUE(cad.RenameShapeName("Shape0", "Renamed"));
-  EXPECT_EQ(cad.GetShapeByName("Renamed"), a);
-  EXPECT_FALSE(cad.RenameShapeName("Shape0", "x"));
 }
 
 // ---------------------------------------------------------------------------
@@ -152,14 +102,6 @@ TEST(TMyCADDocument, DeletingAGroupTakesItsMembersAndDeletingAMemberLeavesTheGro
   EXPECT_TRUE(cad.DeleteShapeById(group->ShapeId, false));
   EXPECT_EQ(Names(cad), std::vector<std::string>{"Shape3"});
   EXPECT_EQ(cad.GetShapeByNo(0)->ShapeNo, 0);
-}
-
-TEST(TMyCADDocument, ALockedShapeIsNotDeleted) {
-  TMyCAD cad;
-  TMyShape* shape = AddPlain(cad);
-  shape->SetLocked(true);
-  EXPECT_FALSE(cad.DeleteShapeById(0, true));
-  EXPECT_EQ(cad.GetShapesCount(), 1);
 }
 
 TEST(TMyCADDocument, DeletingASelectedShapeDropsItFromTheSelection) {
@@ -227,29 +169,6 @@ TEST(TMyCADLayers, MergeMovesTheShapesMakesTheTargetCurrentAndDeletesTheSource) 
   EXPECT_EQ(cad.GetShapesCount(), 1);
 }
 
-TEST(TMyCADLayers, NamesVisibilityAndPositions) {
-  TMyCAD cad;
-  cad.NewLayer("A", true);
-  EXPECT_TRUE(cad.SetLayerNameByName("A", "B"));
-  EXPECT_EQ(cad.GetLayerNameByID(1), "B");
-  EXPECT_EQ(cad.GetLayerIdByNo(1), 1);
-  EXPECT_EQ(cad.GetLayerIdByNo(2), -1);
-  EXPECT_EQ(cad.GetLayerNoById(1), 1);
-  cad.InVisibleLayerByName("B");
-  EXPECT_FALSE(cad.IsVisibleLayerByID(1));
-  cad.VisibleAllLayer();
-  EXPECT_TRUE(cad.IsVisibleLayerByID(1));
-  EXPECT_FALSE(cad.IsVisibleLayerByID(9));
-  EXPECT_FALSE(cad.SetLayerNameByID(9, "x"));
-}
-
-TEST(TMyCADLayers, WithoutLayersTheMaxIdIsMinusOne) {
-  TMyCAD cad;
-  cad.DeleteAllLayers();
-  EXPECT_EQ(cad.GetMaxLayerId(), -1);
-  EXPECT_EQ(cad.GetLayersCount(), 0);
-}
-
 // ---------------------------------------------------------------------------
 // Paint order
 
@@ -268,19 +187,6 @@ TEST(TMyCADZOrder, BringToFrontPassesWholeGroupsAndKeepsTheirReferences) {
   EXPECT_EQ(cad.GetShapeByNo(cad.GetShapesCount() - 1), moved);
   EXPECT_EQ(last->ShapeNo, 1);
   EXPECT_EQ(member->ParentId, group->ShapeNo);
-}
-
-TEST(TMyCADZOrder, SendToBackAndTheFrontMostShapeStayingPut) {
-  TMyCAD cad;
-  AddPlain(cad);
-  AddPlain(cad);
-  TMyShape* front = AddPlain(cad);
-  cad.BringToFront(front, true);
-  EXPECT_EQ(front->ShapeNo, 2);
-  cad.SendToBack(front, false);
-  EXPECT_EQ(Names(cad), (std::vector<std::string>{"Shape2", "Shape0", "Shape1"}));
-  cad.SendToBackByStep(front, false);
-  EXPECT_EQ(front->ShapeNo, 0);
 }
 
 TEST(TMyCADZOrder, NeighbourLookupsSkipGroupMembers) {

@@ -208,16 +208,6 @@ TEST(TMyCADDrawingRoundTrip, SaveLoadSaveGivesTheSameBytesForEveryClassTag) {
   for (std::int32_t i = 0; i < loaded.GetShapesCount(); ++i) EXPECT_EQ(loaded.GetShapeByNo(i)->Owner(), &loaded);
 }
 
-TEST(TMyCADDrawingLoad, ADrawingIsReadFromTheStreamsStartWhereverThePositionIs) {
-  TMyCAD source;
-  BuildEveryKind(source);
-  TMemoryStream stream(Saved(source));
-  stream.Seek(0, soEnd);
-  TMyCAD cad;
-  ASSERT_TRUE(cad.LoadFromStream(stream));
-  EXPECT_EQ(Saved(cad), stream.Bytes());
-}
-
 TEST(TMyCADDrawingLoad, OneLayerAndNoShapesGivesNextShapeIdOneAndTheLayersIdPlusOne) {
   THeaderFields header;
   header.layers = {{"Only", 5, 1}};
@@ -227,15 +217,6 @@ TEST(TMyCADDrawingLoad, OneLayerAndNoShapesGivesNextShapeIdOneAndTheLayersIdPlus
   EXPECT_EQ(cad.GetShapesCount(), 0);
   EXPECT_EQ(cad.GetNextShapeId(), 1);
   EXPECT_EQ(cad.NewLayer("next", true), 6);
-}
-
-TEST(TMyCADDrawingLoad, NoLayerAndNoShapesIsAnEmptyDrawing) {
-  THeaderFields header;
-  header.layers = {};
-  TMyCAD cad;
-  ASSERT_TRUE(Load(cad, Drawing(header, {})));
-  EXPECT_TRUE(cad.Layers().empty());
-  EXPECT_EQ(cad.NewLayer("first", true), 1);
 }
 
 TEST(TMyCADDrawingLoad, ShapesWithoutALayerShowTheMessageEndTheApplicationAndChangeNothing) {
@@ -409,13 +390,6 @@ TEST_F(TMyCADDrawingFile, AFileThatIsNoDrawingIsRefusedWithoutTouchingTheCanvas)
   EXPECT_THROW(cad.LoadFromFile(Path("short.zlt")), EReadError);
   EXPECT_THROW(cad.LoadFromFile(Path("missing.zlt")), EFOpenError);
   EXPECT_EQ(Saved(cad), before);
-}
-
-TEST_F(TMyCADDrawingFile, AddBlockfromZOLTFileAddsTheFilesShapes) {
-  WriteFileBytes(Path("block.zlt"), Drawing(THeaderFields{}, GroupAndConnector()));
-  TMyCAD cad;
-  ASSERT_TRUE(cad.AddBlockfromZOLTFile(Path("block.zlt"), Merge));
-  EXPECT_EQ(cad.GetShapesCount(), 4);
 }
 
 // A rectangle whose record cannot be written, as on a full disk.

@@ -13,6 +13,7 @@
 #include <QImage>
 #include <string>
 
+#include "canvas/document_state.h"
 #include "canvas/tmycad.h"
 #include "platform/qt_interop.h"
 #include "shapes/bspline.h"
@@ -23,7 +24,7 @@
 namespace lumatrex {
 namespace {
 
-TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
+using test::Box;
 
 template <typename T>
 T* Add(TMyCAD& cad, const char* className, const TArrMyPoint& points, float angle = 0) {

@@ -126,17 +126,5 @@ INSTANTIATE_TEST_SUITE_P(
                                     }}),
     [](const testing::TestParamInfo<TRefusedUngroup>& info) { return std::string(info.param.edge); });
 
-TEST(TMyCADGrouping, AGroupOfAnotherCanvasIsNotUngrouped) {
-  TMyCAD cad;
-  TMyCAD other;
-  AddBox(cad, 0, 0, 10, 10);
-  TMyShape* foreign = other.GroupShapes({AddBox(other, 0, 0, 10, 10)}, false);
-  const auto before = DocumentState(cad);
-  const auto otherBefore = DocumentState(other);
-  cad.UnGroupShape(foreign, true);
-  EXPECT_EQ(DocumentState(cad), before);
-  EXPECT_EQ(DocumentState(other), otherBefore);
-}
-
 }  // namespace
 }  // namespace lumatrex

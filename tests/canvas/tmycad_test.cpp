@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 
+#include "canvas/document_state.h"
 #include "canvas/tmycad.h"
 #include "shapes/drawing_modes.h"
 
 namespace lumatrex {
 namespace {
 
-TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
+using test::Box;
 
 // A canvas holding a group (position 0) with two members (1 and 2).
 struct TGroupedCanvas {
@@ -45,15 +46,6 @@ TEST(TMyCAD, NewShapesTakeTheCanvasDefaultsAtCreation) {
   EXPECT_EQ(shape.GetPenStyleJoinType(), psjtMITER);
 }
 
-TEST(TMyCAD, ZoomKeepsThePreviousValue) {
-  TMyCAD cad;
-  EXPECT_EQ(cad.GetZoom(), 1.0);
-  EXPECT_EQ(cad.GetPreviousZoom(), 1.0);
-  cad.SetZoom(2.5);
-  cad.SetZoom(4);
-  EXPECT_EQ(cad.GetPreviousZoom(), 2.5);
-}
-
 TEST(TMyCAD, ColorOfHotReplacesTheProcessWideHandleColour) {
   const TColor before = GetHotColor();
   TMyCAD cad;
@@ -62,14 +54,6 @@ TEST(TMyCAD, ColorOfHotReplacesTheProcessWideHandleColour) {
   cad.SetColorOfHot(clAqua);
   EXPECT_EQ(GetHotColor(), clAqua);
   SetHotColor(before);
-}
-
-TEST(TMyCAD, ShapeNumbersFollowTheListAndOutOfRangeIsNull) {
-  TGroupedCanvas c;
-  EXPECT_EQ(c.cad.GetShapeByNo(2), c.b);
-  EXPECT_EQ(c.b->ShapeNo, 2);
-  EXPECT_EQ(c.cad.GetShapeByNo(3), nullptr);
-  EXPECT_EQ(c.cad.GetShapeByNo(-1), nullptr);
 }
 
 TEST(TMyCAD, RootParentOfAMemberIsItsOutermostGroupAndACycleDoesNotHang) {
@@ -120,13 +104,6 @@ TEST(TMyCAD, BulkUpdateStopsGroupStylingAndNests) {
   c.cad.EndUpdate();
   c.group->Pen().SetColor(clLime);
   EXPECT_EQ(c.a->Pen().Color(), clLime);
-}
-
-TEST(TMyCAD, PublishedPropertiesAreVisibleToTheMetaObjectSystem) {
-  TMyCAD cad;
-  EXPECT_TRUE(cad.setProperty("Zoom", 3.0));
-  EXPECT_EQ(cad.GetZoom(), 3.0);
-  EXPECT_EQ(cad.property("TheUNIT").value<TUnits>(), mm);
 }
 
 }  // namespace

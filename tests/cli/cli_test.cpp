@@ -5,11 +5,14 @@
 #include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "cli/drawing_bytes.h"
 #include "library/library_fixture.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -53,125 +56,18 @@ TBytes SmallDrawing(const std::string& version = "XP.j") {
   return DrawingBytes(content);
 }
 
-// The fields every shape of SmallDrawing shares after its points.
-std::string CommonFields(const std::string& indent) {
-  const std::vector<std::string> lines = {
-      "\"Tag\": 0,",
-      "\"Angle\": 0,",
-      "\"Brush\": {",
-      "  \"Color\": 0,",
-      "  \"Style\": 0,",
-      "  \"Bitmap\": null",
-      "},",
-      "\"Caption\": \"\",",
-      "\"ColorBegin\": 16777215,",
-      "\"ColorEnd\": 0,",
-      "\"Font\": {",
-      "  \"Name\": \"DejaVu Sans\",",
-      "  \"Charset\": 1,",
-      "  \"Color\": 0,",
-      "  \"Height\": -11,",
-      "  \"Size\": 8,",
-      "  \"Pitch\": 0,",
-      "  \"Style\": 0",
-      "},",
-      "\"GradientStyle\": " + std::to_string(gsNone) + ",",
-      "\"Info\": \"\",",
-      "\"Pen\": {",
-      "  \"Color\": 0,",
-      "  \"Mode\": " + std::to_string(pmCopy) + ",",
-      "  \"Style\": 0,",
-      "  \"Width\": 1",
-      "},",
-      "\"UserData\": [],",
-      "\"IsFlipHorz\": false,",
-      "\"IsFlipVert\": false,",
-      "\"Visible\": true,",
-      "\"MultiInfo\": [],",
-      "\"MultiInfoAlignment\": 2,",
-      "\"LogHeight\": 10,",
-      "\"LogUse\": false,",
-      "\"LogWidth\": 10,",
-      "\"Locked\": false,",
-      "\"PenStyleEndCapType\": 0,",
-      "\"PenStyleJoinType\": 0,",
-      "\"HotShow\": true,",
-      "\"ResizeEnable\": true,",
-      "\"RotateEnable\": true",
-  };
-  std::string text;
-  for (const std::string& line : lines) text += indent + line + "\n";
-  return text;
-}
-
+// The whole dump of SmallDrawing is kept as a file: every field of the
+// drawing, its layer and both shapes, with the escapes and float spellings.
+// After an intended change of the output, LUMATREX_UPDATE_GOLDEN=1 rewrites it.
 TEST(LumatrexDump, PrintsEveryFieldOfASmallDrawing) {
   TScratchFolder folder;
   const TRun run = Lumatrex({"dump", folder.Write("small.lmx", SmallDrawing())});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, "");
-  const std::string shapeIndent = "      ";
-  std::string common = CommonFields(shapeIndent);
-  const std::string expected =
-      "{\n"
-      "  \"Version\": \"XP.j\",\n"
-      "  \"ColorOfBackGround\": 16777215,\n"
-      "  \"Width\": 200,\n"
-      "  \"Height\": 100,\n"
-      "  \"TheUNIT\": 1,\n"
-      "  \"BkBitmap\": null,\n"
-      "  \"BkBitmapMode\": 2,\n"
-      "  \"Ratio\": 1.5,\n"
-      "  \"Tag\": 7,\n"
-      "  \"UserData\": [\n"
-      "    [\"k\", \"caf\\u00e9\\u000a\\u0022\"]\n"
-      "  ],\n"
-      "  \"Layers\": [\n"
-      "    {\n"
-      "      \"LayerName\": \"Layer0\",\n"
-      "      \"LayerId\": 0,\n"
-      "      \"Visible\": true\n"
-      "    }\n"
-      "  ],\n"
-      "  \"CurrentLayerId\": 0,\n"
-      "  \"Shapes\": [\n"
-      "    {\n"
-      "      \"Class\": \"TMyRectangle\",\n"
-      "      \"Name\": \"Shape0\",\n"
-      "      \"ShapeId\": 0,\n"
-      "      \"ShapeNo\": 0,\n"
-      "      \"LayerId\": 0,\n"
-      "      \"ParentId\": -1,\n"
-      "      \"ChildShapes\": [],\n"
-      "      \"LinkLines\": [],\n"
-      "      \"Points\": [\n"
-      "        [10, 20],\n"
-      "        [30.5, 40]\n"
-      "      ],\n"
-      "      \"LinkPoints\": [],\n"
-      "      \"CenterPoint\": [20.25, 30],\n" +
-      common +
-      "    },\n"
-      "    {\n"
-      "      \"Class\": \"TMyLine\",\n"
-      "      \"Name\": \"Shape1\",\n"
-      "      \"ShapeId\": 1,\n"
-      "      \"ShapeNo\": 1,\n"
-      "      \"LayerId\": 0,\n"
-      "      \"ParentId\": -1,\n"
-      "      \"ChildShapes\": [],\n"
-      "      \"LinkLines\": [],\n"
-      "      \"Points\": [\n"
-      "        [0, 0],\n"
-      "        [0.100000001, 50]\n"
-      "      ],\n"
-      "      \"LinkPoints\": [],\n"
-      "      \"CenterPoint\": [0.0500000007, 25],\n" +
-      common.substr(0, common.size() - 1) + ",\n" + shapeIndent + "\"ArrowAngle\": 30,\n" + shapeIndent +
-      "\"ArrowLength\": 10,\n" + shapeIndent + "\"ArrowOffset\": 0,\n" + shapeIndent + "\"ArrowStyle\": 1\n" +
-      "    }\n"
-      "  ]\n"
-      "}\n";
-  EXPECT_EQ(run.out, expected);
+  const std::string path = test::DataPath("cli/small-drawing-dump.json");
+  if (qEnvironmentVariableIsSet("LUMATREX_UPDATE_GOLDEN")) std::ofstream(path, std::ios::binary) << run.out;
+  std::ifstream expected(path, std::ios::binary);
+  EXPECT_EQ(run.out, std::string(std::istreambuf_iterator<char>(expected), std::istreambuf_iterator<char>()));
 }
 
 TEST(LumatrexDump, PrintsALibraryWithItsTagAndStoredCoordinates) {

@@ -66,11 +66,6 @@ TEST(LibraryProbes, AFileShorterThanATagIsNoLibrary) {
   EXPECT_EQ(ReadLibFileTag(file), "");
 }
 
-TEST(LibraryProbes, AMissingFileFailsToOpen) {
-  TScratchFolder folder;
-  EXPECT_THROW(IsZOLTLibFile(folder.File("absent")), EFOpenError);
-}
-
 TEST(LibraryTags, MapToTheRecordVersionTheyHold) {
   const std::vector<std::pair<std::string, std::string>> rows = {
       {"ZOLTLIBX.j", "XP.j"}, {"ZOLTLIBX.i", "XP.i"},

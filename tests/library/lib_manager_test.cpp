@@ -80,12 +80,6 @@ TEST(TLibManagerRead, TheWalkFindsEveryEntryInOrder) {
   EXPECT_EQ(lib.GetCmbShape("C"), nullptr);
 }
 
-TEST(TLibManagerRead, EmptyAndTagOnlyLibrariesHaveNoEntries) {
-  EXPECT_EQ(Library({}).GetcmbShapesCount(), 0);
-  EXPECT_EQ(Library(kTag).GetcmbShapesCount(), 0);
-  EXPECT_EQ(Library(TagBytes("ZOLT")).GetcmbShapesCount(), 0);
-}
-
 TEST(TLibManagerRead, OlderTagsReadTheirOwnLayoutWithoutUserData) {
   // ".3" libraries hold "XP.4" records: 80-bit coordinates and legacy bytes.
   const TBytes entry =
@@ -222,21 +216,6 @@ class TLibManagerEdit : public ::testing::Test {
     return renamed.raw(entry.data() + oldName, entry.size() - oldName).bytes;
   }
 };
-
-TEST_F(TLibManagerEdit, DeleteCutsOutOneEntry) {
-  ASSERT_TRUE(lib.DeleteShape("B"));
-  EXPECT_EQ(lib.Bytes(), Concat({kTag, a, c}));
-  ASSERT_TRUE(lib.DeleteShape("A"));
-  ASSERT_TRUE(lib.DeleteShape("C"));
-  EXPECT_EQ(lib.Bytes(), kTag);
-}
-
-TEST_F(TLibManagerEdit, RenameChangesOnlyTheName) {
-  ASSERT_TRUE(lib.RenameCmbShapeName("B", "Bee"));
-  EXPECT_EQ(lib.Bytes(), Concat({kTag, a, Renamed(b, "Bee"), c}));
-  ASSERT_TRUE(lib.RenameCmbShapeName("Bee", "Bee"));
-  EXPECT_EQ(lib.Bytes(), Concat({kTag, a, Renamed(b, "Bee"), c}));
-}
 
 TEST_F(TLibManagerEdit, MovePutsAnEntryBeforeAnother) {
   ASSERT_TRUE(lib.MoveCmbShapeBeforeByName("C", "A"));

@@ -50,11 +50,6 @@ TEST(FixText, PadsWithSpacesCutsAndTrimsOnReading) {
   EXPECT_EQ(ReadFixText(stream, 6, "tag"), "a b");
 }
 
-TEST(StrBuffer, WritesExactlyCountBytes) {
-  EXPECT_EQ(Written([](TStream& s) { WriteStrBuffer(s, "abc", 2); }), (TBytes{'a', 'b'}));
-  EXPECT_EQ(Written([](TStream& s) { WriteStrBuffer(s, "a", 3); }), (TBytes{'a', 0, 0}));
-}
-
 TEST(Extended, DecodesKnownBitPatterns) {
   // 1.0: mantissa 0x8000000000000000, exponent 16383.
   TMemoryStream one(TBytes{0, 0, 0, 0, 0, 0, 0, 0x80, 0xFF, 0x3F});
@@ -108,18 +103,6 @@ TEST(ReadOrdinal, TheLastValueReadsAndOnePastItIsMalformedAtItsOffset) {
     EXPECT_EQ(e.Offset(), 1);
     EXPECT_NE(std::string(e.what()).find("three"), std::string::npos);
   }
-}
-
-TEST(ReadOrdinal, AnInt32OrdinalIsItsLowByte) {
-  TMemoryStream stream(TBytes{1, 0xAA, 0xBB, 0xCC, 3, 0, 0, 0});
-  EXPECT_EQ((ReadOrdinal<TThree, std::int32_t>(stream, kLast, "three")), kSecond);
-  EXPECT_THROW((ReadOrdinal<TThree, std::int32_t>(stream, kLast, "three")), EStreamFormatError);
-}
-
-TEST(BitmapBuffer, AbsentAndEmptyBitmapsWriteAZeroCount) {
-  EXPECT_EQ(Written([](TStream& s) { WriteBitmapBuffer(s, nullptr); }), TBytes(8, 0));
-  TBitmap empty;
-  EXPECT_EQ(Written([&](TStream& s) { WriteBitmapBuffer(s, &empty); }), TBytes(8, 0));
 }
 
 TEST(BitmapBuffer, ZeroOrNegativeCountsHoldNoBitmapAndNothingFollows) {

@@ -108,17 +108,6 @@ TEST(CanvasFigures, EllipseIsInscribedInTheHalfOpenBox) {
                              }));
 }
 
-TEST(CanvasFigures, EvenEllipseIsSymmetricAndStaysInsideItsBox) {
-  TBitmap bitmap(24, 16, pf32bit);
-  bitmap.Canvas().Ellipse(2, 3, 22, 13);
-  EXPECT_EQ(InkBounds(bitmap), Rect(2, 3, 22, 13));
-  for (int y = 3; y < 13; ++y)
-    for (int x = 2; x < 22; ++x) {
-      EXPECT_EQ(bitmap.Canvas().GetPixel(x, y), bitmap.Canvas().GetPixel(23 - x, y)) << x << "," << y;
-      EXPECT_EQ(bitmap.Canvas().GetPixel(x, y), bitmap.Canvas().GetPixel(x, 15 - y)) << x << "," << y;
-    }
-}
-
 TEST(CanvasFigures, FillRectFillsHalfOpenWithTheBrushAndIgnoresThePenMode) {
   TBitmap bitmap(6, 4, pf32bit);
   TCanvas& canvas = bitmap.Canvas();
@@ -170,13 +159,6 @@ TEST(CanvasFigures, ClearPenAndClearBrushDrawNothing) {
   EXPECT_EQ(Colours(bitmap), before);
 }
 
-TEST(CanvasFigures, ClearBrushLeavesTheInsideOfAnOutlineAlone) {
-  TBitmap bitmap(5, 5, pf32bit);
-  bitmap.Canvas().Brush().SetStyle(bsClear);
-  bitmap.Canvas().Rectangle(0, 0, 5, 5);
-  EXPECT_EQ(Picture(bitmap)[2], "#...#");
-}
-
 TEST(CanvasFigures, ArcRunsCounterClockwiseFromStartRayToEndRay) {
   TBitmap bitmap(21, 21, pf32bit);
   // From the ray toward the right to the ray toward the left: the upper half.
@@ -186,17 +168,6 @@ TEST(CanvasFigures, ArcRunsCounterClockwiseFromStartRayToEndRay) {
   EXPECT_LE(ink.Bottom, 11);
   EXPECT_EQ(ink.Left, 0);
   EXPECT_EQ(ink.Right, 21);
-}
-
-TEST(CanvasFigures, PieFillsItsSectorOnly) {
-  TBitmap bitmap(21, 21, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Brush().SetColor(clRed);
-  canvas.Pie(0, 0, 21, 21, 21, 10, 10, 0);  // the upper right quarter
-  EXPECT_EQ(canvas.GetPixel(15, 5), clRed);
-  EXPECT_EQ(canvas.GetPixel(5, 5), clWhite);
-  EXPECT_EQ(canvas.GetPixel(15, 15), clWhite);
-  EXPECT_EQ(canvas.GetPixel(10, 10), clBlack);  // the centre is on the outline
 }
 
 TEST(CanvasFigures, BrushNeverReachesPastTheOutline) {
@@ -333,15 +304,6 @@ TEST(CanvasPolyline, DrawsEachJointOnceSoXorLeavesNoHoles) {
                              }));
 }
 
-TEST(CanvasPolyline, SelfCrossingPixelsAreCombinedOnce) {
-  TBitmap bitmap(9, 9, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Pen().SetColor(clWhite);
-  canvas.Pen().SetMode(pmXor);
-  canvas.Polyline({{0, 0}, {8, 8}, {8, 0}, {0, 8}});
-  EXPECT_EQ(canvas.GetPixel(4, 4), clBlack);  // crossed by two segments
-}
-
 // ---------------------------------------------------------------------------
 // Pen modes
 // ---------------------------------------------------------------------------
@@ -443,12 +405,6 @@ INSTANTIATE_TEST_SUITE_P(
                   c.Brush().SetStyle(bsClear);
                   c.Rectangle(2, 2, 37, 31);
                 }},
-        XorCase{"dashed_line_with_opaque_gaps",
-                [](TCanvas& c) {
-                  c.Pen().SetStyle(psDashDot);
-                  c.MoveTo(0, 20);
-                  c.LineTo(39, 25);
-                }},
         XorCase{"hatched_rectangle",
                 [](TCanvas& c) {
                   c.Brush().SetStyle(bsDiagCross);
@@ -459,14 +415,6 @@ INSTANTIATE_TEST_SUITE_P(
                   c.Pen().SetWidth(5);
                   c.Polyline({{5, 5}, {35, 10}, {10, 35}});
                 }},
-        XorCase{"wide_geometric_rectangle",
-                [](TCanvas& c) {
-                  c.Pen().SetWidth(4);
-                  c.Pen().SetGeometric(pjMiter, pecSquare);
-                  c.Rectangle(6, 6, 30, 30);
-                }},
-        XorCase{"arc", [](TCanvas& c) { c.Arc(2, 2, 38, 30, 38, 2, 2, 30); }},
-        XorCase{"chord", [](TCanvas& c) { c.Chord(2, 2, 38, 30, 38, 2, 2, 30); }},
         XorCase{"pie", [](TCanvas& c) { c.Pie(2, 2, 38, 30, 2, 2, 38, 16); }},
         XorCase{"bezier", [](TCanvas& c) { c.PolyBezier({{2, 38}, {2, 2}, {38, 2}, {38, 38}}); }},
         XorCase{"turned_figures", [](TCanvas& c) {
@@ -481,24 +429,32 @@ INSTANTIATE_TEST_SUITE_P(
 // Pen styles and brush patterns
 // ---------------------------------------------------------------------------
 
-TEST(CanvasPenStyles, DotIsThreePixelsOnThreeOffAndGapsStayUnderAClearBrush) {
-  TBitmap bitmap(30, 1, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Pen().SetStyle(psDot);
-  canvas.Brush().SetStyle(bsClear);  // the classic canvas turns the background transparent
-  canvas.MoveTo(0, 0);
-  canvas.LineTo(30, 0);
-  EXPECT_EQ(Picture(bitmap)[0], "###...###...###...###...###...");
-}
-
-TEST(CanvasPenStyles, OpaqueBackgroundFillsDashGapsWithTheBrushColour) {
-  TBitmap bitmap(30, 1, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Pen().SetStyle(psDot);
-  canvas.Brush().SetColor(clYellow);
-  canvas.MoveTo(0, 0);
-  canvas.LineTo(30, 0);
-  EXPECT_EQ(Picture(bitmap)[0], "###yyy###yyy###yyy###yyy###yyy");
+TEST(CanvasPenStyles, DashPatternsAndTheirGapsUnderClearAndOpaqueBackgrounds) {
+  struct Case {
+    const char* name;
+    TPenStyle style;
+    TBrushStyle brush;  // bsClear turns the background transparent, as the classic canvas does
+    std::string row;
+  };
+  const Case cases[] = {
+      {"dot_gaps_left_alone", psDot, bsClear, "###...###...###...###...###..."},
+      {"dot_gaps_in_the_brush_colour", psDot, bsSolid, "###yyy###yyy###yyy###yyy###yyy"},
+      {"alternate", psAlternate, bsClear, "#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#."},
+      {"dash", psDash, bsClear, "##################......##################"},
+      {"dash_dot", psDashDot, bsClear, "#########......###......#########......###"},
+      {"dash_dot_dot", psDashDotDot, bsClear, "#########...###...###...#########...###..."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TBitmap bitmap(static_cast<int>(c.row.size()), 1, pf32bit);
+    TCanvas& canvas = bitmap.Canvas();
+    canvas.Pen().SetStyle(c.style);
+    canvas.Brush().SetColor(clYellow);
+    canvas.Brush().SetStyle(c.brush);
+    canvas.MoveTo(0, 0);
+    canvas.LineTo(static_cast<int>(c.row.size()) + 1, 0);
+    EXPECT_EQ(Picture(bitmap)[0], c.row);
+  }
 }
 
 TEST(CanvasPenStyles, DashPatternRunsOnAcrossPolylineJoints) {
@@ -517,24 +473,6 @@ TEST(CanvasPenStyles, DashPatternRunsOnAcrossPolylineJoints) {
                              }));
 }
 
-TEST(CanvasPenStyles, AlternateAndDashPatterns) {
-  const std::vector<std::pair<TPenStyle, std::string>> cases = {
-      {psAlternate, "#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#."},
-      {psDash, "##################......##################"},
-      {psDashDot, "#########......###......#########......###"},
-      {psDashDotDot, "#########...###...###...#########...###..."},
-  };
-  for (const auto& [style, row] : cases) {
-    SCOPED_TRACE(row);
-    TBitmap bitmap(static_cast<int>(row.size()), 1, pf32bit);
-    bitmap.Canvas().Pen().SetStyle(style);
-    bitmap.Canvas().Brush().SetStyle(bsClear);
-    bitmap.Canvas().MoveTo(0, 0);
-    bitmap.Canvas().LineTo(static_cast<int>(row.size()) + 1, 0);
-    EXPECT_EQ(Picture(bitmap)[0], row);
-  }
-}
-
 TEST(CanvasPenStyles, InsideFrameKeepsAWidePenWithinTheBox) {
   TBitmap bitmap(20, 20, pf32bit);
   TCanvas& canvas = bitmap.Canvas();
@@ -545,33 +483,6 @@ TEST(CanvasPenStyles, InsideFrameKeepsAWidePenWithinTheBox) {
   EXPECT_EQ(InkBounds(bitmap), Rect(4, 4, 16, 16));
   EXPECT_EQ(canvas.GetPixel(7, 10), clBlack);
   EXPECT_EQ(canvas.GetPixel(8, 10), clRed);
-}
-
-TEST(CanvasPenStyles, WidePenIsCentredOnTheOutline) {
-  TBitmap bitmap(20, 20, pf32bit);
-  bitmap.Canvas().Pen().SetWidth(3);
-  bitmap.Canvas().Rectangle(4, 4, 16, 16);
-  EXPECT_EQ(InkBounds(bitmap), Rect(3, 3, 17, 17));
-}
-
-TEST(CanvasPenStyles, GeometricPenEndsFollowTheirCapKind) {
-  const std::vector<std::pair<TPenEndCap, TRect>> cases = {
-      {pecFlat, Rect(5, 7, 25, 13)},
-      {pecSquare, Rect(2, 7, 28, 13)},
-  };
-  for (const auto& [cap, ink] : cases) {
-    SCOPED_TRACE(cap);
-    TBitmap bitmap(30, 20, pf32bit);
-    TCanvas& canvas = bitmap.Canvas();
-    canvas.Pen().SetWidth(6);
-    canvas.Pen().SetGeometric(pjMiter, cap);
-    canvas.BeginPath();  // as curves are drawn: one path, stroked whole
-    canvas.MoveTo(5, 10);
-    canvas.LineTo(25, 10);
-    canvas.EndPath();
-    canvas.StrokePath();
-    EXPECT_EQ(InkBounds(bitmap), ink);
-  }
 }
 
 TEST(CanvasBrushes, HatchIsAnchoredAtTheDeviceOriginOverAnOpaqueBackground) {
@@ -618,19 +529,6 @@ TEST(CanvasBrushes, BitmapBrushIsTiledFromTheDeviceOrigin) {
 // Pixels, flood fill and bitmap copies
 // ---------------------------------------------------------------------------
 
-TEST(CanvasPixels, GetPixelOutsideTheBitmapIsMinusOne) {
-  TBitmap bitmap(3, 3, pf32bit);
-  EXPECT_EQ(bitmap.Canvas().GetPixel(3, 0), -1);
-  EXPECT_EQ(bitmap.Canvas().GetPixel(0, -1), -1);
-  EXPECT_EQ(bitmap.Canvas().GetPixel(2, 2), clWhite);
-}
-
-TEST(CanvasPixels, SetPixelResolvesSystemColours) {
-  TBitmap bitmap(1, 1, pf32bit);
-  bitmap.Canvas().SetPixel(0, 0, clBtnFace);
-  EXPECT_EQ(bitmap.Canvas().GetPixel(0, 0), ColorToRGB(clBtnFace));
-}
-
 class CanvasFloodFill : public ::testing::TestWithParam<TFillStyle> {};
 
 TEST_P(CanvasFloodFill, FillsTheAreaInsideTheBorderOnly) {
@@ -657,14 +555,6 @@ INSTANTIATE_TEST_SUITE_P(BothStyles, CanvasFloodFill, ::testing::Values(fsSurfac
                          [](const ::testing::TestParamInfo<TFillStyle>& info) {
                            return std::string(info.param == fsSurface ? "surface" : "border");
                          });
-
-TEST(CanvasFloodFill, StartingOnANonMatchingPixelFillsNothing) {
-  TBitmap bitmap(4, 4, pf32bit);
-  bitmap.Canvas().Brush().SetColor(clRed);
-  bitmap.Canvas().FloodFill(1, 1, clBlack, fsSurface);
-  bitmap.Canvas().FloodFill(1, 1, clWhite, fsBorder);
-  EXPECT_EQ(InkBounds(bitmap), Rect(4, 4, 0, 0));
-}
 
 TEST(CanvasFloodFill, LargeAreaNeedsNoRecursion) {
   TBitmap bitmap(300, 300, pf32bit);
@@ -723,13 +613,6 @@ TEST(CanvasCopies, ReversedDestinationMirrors) {
   EXPECT_EQ(Picture(bitmap), (Art{".#", "yr"}));
 }
 
-TEST(CanvasCopies, CopyRectCopiesPartOfAnotherCanvas) {
-  TBitmap source = Quad();
-  TBitmap bitmap(3, 3, pf32bit);
-  bitmap.Canvas().CopyRect(Rect(1, 1, 3, 2), source.Canvas(), Rect(0, 1, 2, 2));
-  EXPECT_EQ(Picture(bitmap), (Art{"...", ".#.", "..."}));
-}
-
 TEST(CanvasCopies, DrawingABitmapOntoItselfReadsTheOriginal) {
   TBitmap bitmap(4, 1, pf32bit);
   bitmap.Canvas().SetPixel(0, 0, clRed);
@@ -759,12 +642,6 @@ TEST(CanvasClip, ClipRectangleLimitsEveryDrawing) {
   EXPECT_EQ(canvas.ClipRect(), Rect(0, 0, 8, 8));
 }
 
-TEST(CanvasClip, ClipRectangleIsLimitedToTheBitmap) {
-  TBitmap bitmap(8, 8, pf32bit);
-  bitmap.Canvas().SetClipRect(Rect(-5, 4, 100, 100));
-  EXPECT_EQ(bitmap.Canvas().ClipRect(), Rect(0, 4, 8, 8));
-}
-
 TEST(CanvasClip, ClipPolygonPassesExactlyThePixelsOfItsRegion) {
   const std::vector<TPoint> triangle = {{1, 1}, {18, 4}, {6, 17}};
   TBitmap bitmap(20, 20, pf32bit);
@@ -776,17 +653,6 @@ TEST(CanvasClip, ClipPolygonPassesExactlyThePixelsOfItsRegion) {
   for (int y = 0; y < 20; ++y)
     for (int x = 0; x < 20; ++x)
       ASSERT_EQ(canvas.GetPixel(x, y) == clRed, region.PtInRegion(x, y)) << x << "," << y;
-}
-
-TEST(Region, RightAndBottomEdgesOfARectangleAreOutside) {
-  const TRegion region = TRegion::CreatePolygonRgn({{0, 0}, {10, 0}, {10, 10}, {0, 10}});
-  EXPECT_TRUE(region.PtInRegion(0, 0));
-  EXPECT_TRUE(region.PtInRegion(9, 9));
-  EXPECT_FALSE(region.PtInRegion(10, 5));
-  EXPECT_FALSE(region.PtInRegion(5, 10));
-  EXPECT_FALSE(region.PtInRegion(-1, 5));
-  EXPECT_EQ(region.BoundingRect(), Rect(0, 0, 10, 10));
-  EXPECT_FALSE(region.IsEmpty());
 }
 
 TEST(Region, AlternateLeavesTheStarCentreOutWindingTakesItIn) {
@@ -882,32 +748,6 @@ TEST(CanvasPaths, StrokePathDrawsWhatTheFiguresWouldAndClearsThePath) {
   EXPECT_TRUE(points.empty());
 }
 
-TEST(CanvasPaths, FillPathFillsClosedFiguresWithTheBrush) {
-  TBitmap bitmap(6, 6, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Brush().SetColor(clRed);
-  canvas.BeginPath();
-  canvas.Polygon({{1, 1}, {5, 1}, {5, 5}, {1, 5}});
-  canvas.EndPath();
-  canvas.FillPath();
-  EXPECT_EQ(InkBounds(bitmap), Rect(1, 1, 5, 5));
-  EXPECT_EQ(canvas.GetPixel(1, 1), clRed);
-}
-
-TEST(CanvasPaths, AbortPathDiscardsTheRecording) {
-  TBitmap bitmap(10, 10, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.BeginPath();
-  canvas.Ellipse(0, 0, 8, 8);
-  canvas.AbortPath();
-  std::vector<TPoint> points;
-  std::vector<std::uint8_t> types;
-  canvas.GetPath(points, types);
-  EXPECT_TRUE(points.empty());
-  canvas.Rectangle(0, 0, 3, 3);  // draws again
-  EXPECT_EQ(canvas.GetPixel(0, 0), clBlack);
-}
-
 // ---------------------------------------------------------------------------
 // World transform
 // ---------------------------------------------------------------------------
@@ -924,34 +764,9 @@ TEST(CanvasWorldTransform, TranslationMovesARectangleExactly) {
   EXPECT_EQ(moved.Canvas().WorldTransform().eDx, 0);
 }
 
-TEST(CanvasWorldTransform, ScaleEnlargesTheBox) {
-  TBitmap scaled(16, 16, pf32bit), reference(16, 16, pf32bit);
-  scaled.Canvas().SetWorldTransform(TXForm{2, 0, 0, 2, 0, 0});
-  scaled.Canvas().Ellipse(1, 1, 7, 5);
-  reference.Canvas().Ellipse(2, 2, 14, 10);
-  EXPECT_EQ(Picture(scaled), Picture(reference));
-}
-
-TEST(CanvasWorldTransform, QuarterTurnMakesAHorizontalLineVertical) {
-  TBitmap bitmap(10, 10, pf32bit);
-  bitmap.Canvas().SetWorldTransform(TXForm{0, 1, -1, 0, 4, 1});  // x' = 4 - y, y' = 1 + x
-  bitmap.Canvas().MoveTo(0, 0);
-  bitmap.Canvas().LineTo(5, 0);
-  EXPECT_EQ(InkBounds(bitmap), Rect(4, 1, 5, 6));
-}
-
 // ---------------------------------------------------------------------------
 // Text
 // ---------------------------------------------------------------------------
-
-TEST(CanvasText, ExtentIsTheCellOfTheDefaultFont) {
-  TBitmap bitmap(1, 1, pf32bit);
-  const TSize extent = bitmap.Canvas().TextExtent("Hello");
-  EXPECT_GT(extent.cx, 20);
-  EXPECT_GE(extent.cy, 11);  // at least the em size of 8 points at 96 pixels per inch
-  EXPECT_EQ(bitmap.Canvas().TextHeight("x"), extent.cy);
-  EXPECT_EQ(bitmap.Canvas().TextExtent(""), (TSize{0, extent.cy}));
-}
 
 TEST(CanvasText, CharacterExtraAddsItsPixelsAfterEveryCharacter) {
   TBitmap bitmap(1, 1, pf32bit);
@@ -959,15 +774,6 @@ TEST(CanvasText, CharacterExtraAddsItsPixelsAfterEveryCharacter) {
   const TSize plain = canvas.TextExtent("Hello");
   canvas.SetTextCharacterExtra(3);
   EXPECT_EQ(canvas.TextExtent("Hello"), (TSize{plain.cx + 15, plain.cy}));
-}
-
-TEST(CanvasText, PositiveHeightIsTheCellHeightNegativeTheEmSize) {
-  TBitmap bitmap(1, 1, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Font().SetHeight(40);
-  EXPECT_NEAR(canvas.TextHeight("H"), 40, 1);
-  canvas.Font().SetHeight(-40);
-  EXPECT_GT(canvas.TextHeight("H"), 44);  // the cell adds leading above the em
 }
 
 TEST(CanvasText, OpaqueBackgroundFillsTheCellWithTheBrushColour) {
@@ -980,43 +786,6 @@ TEST(CanvasText, OpaqueBackgroundFillsTheCellWithTheBrushColour) {
   EXPECT_EQ(canvas.GetPixel(5 + extent.cx - 1, 4 + extent.cy - 1), clYellow);
   EXPECT_EQ(canvas.GetPixel(5 + extent.cx, 4), clWhite);
   EXPECT_EQ(canvas.GetPixel(4, 4), clWhite);
-}
-
-TEST(CanvasText, TransparentBackgroundDrawsOnlyTheGlyphs) {
-  TBitmap bitmap(80, 30, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Brush().SetColor(clYellow);
-  canvas.SetBkMode(bkTransparent);
-  canvas.TextOut(5, 4, "Hi");
-  EXPECT_EQ(canvas.GetPixel(5, 4), clWhite);
-  const TRect ink = InkBounds(bitmap);
-  EXPECT_GE(ink.Left, 5);
-  EXPECT_GT(ink.Right, ink.Left);
-}
-
-TEST(CanvasText, ClearBrushMakesTheBackgroundTransparent) {
-  TBitmap bitmap(80, 30, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Brush().SetStyle(bsClear);
-  EXPECT_EQ(canvas.BkMode(), bkTransparent);
-  canvas.TextOut(5, 4, "Hi");
-  EXPECT_EQ(canvas.GetPixel(5, 4), clWhite);
-}
-
-TEST(CanvasText, NonAntialiasedTextUsesOnlyTheFontColour) {
-  TBitmap bitmap(120, 40, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.SetBkMode(bkTransparent);
-  canvas.Font().SetQuality(fqNonAntialiased);
-  canvas.Font().SetColor(clRed);
-  canvas.Font().SetHeight(-24);
-  canvas.TextOut(2, 2, "Wave");
-  int red = 0;
-  for (TColor c : Colours(bitmap)) {
-    ASSERT_TRUE(c == clWhite || c == clRed) << std::hex << c;
-    red += c == clRed;
-  }
-  EXPECT_GT(red, 50);
 }
 
 TEST(CanvasText, OrientationNinetyTurnsTextUpwardAboutItsReferencePoint) {
@@ -1033,30 +802,6 @@ TEST(CanvasText, OrientationNinetyTurnsTextUpwardAboutItsReferencePoint) {
   EXPECT_GE(ink.Top, 100 - extent.cx - 1);
   EXPECT_GE(ink.Left, 10);
   EXPECT_LE(ink.Right, 10 + extent.cy + 1);
-}
-
-TEST(CanvasText, TextIsRecordedIntoAPathAsClosedOutlines) {
-  TBitmap bitmap(60, 30, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.BeginPath();
-  canvas.TextOut(5, 5, "O");
-  canvas.EndPath();
-  std::vector<TPoint> points;
-  std::vector<std::uint8_t> types;
-  canvas.GetPath(points, types);
-  ASSERT_FALSE(points.empty());
-  EXPECT_EQ(InkBounds(bitmap), Rect(60, 30, 0, 0));
-  EXPECT_EQ(std::count(types.begin(), types.end(), ptMoveTo), 2);  // outer and inner ring
-  EXPECT_TRUE(types.back() & ptCloseFigure);
-}
-
-TEST(CanvasText, ClipAppliesToText) {
-  TBitmap bitmap(80, 30, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.SetClipRect(Rect(0, 0, 10, 30));
-  canvas.Font().SetHeight(-20);
-  canvas.TextOut(2, 2, "MMMM");
-  EXPECT_LE(InkBounds(bitmap).Right, 10);
 }
 
 }  // namespace

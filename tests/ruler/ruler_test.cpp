@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QMetaEnum>
-#include <QMetaProperty>
 #include <algorithm>
 #include <ostream>
 #include <string>
@@ -28,10 +26,6 @@ template <typename TCase>
 void PrintTo(const TCase& c, std::ostream* out) {
   *out << c.name;
 }
-
-static_assert(sizeof(TRulerDir) == 1 && sizeof(TRulerScaleDir) == 1 && sizeof(TRulerUnit) == 1 &&
-              sizeof(TCornerPos) == 1 && sizeof(THairLineStyle) == 1);
-static_assert(rdBottom == 3 && rsdReverse == 1 && ruNone == 6 && cpRightBottom == 3 && hlsRect == 1);
 
 // ---------------------------------------------------------------------------
 // Helpers: rendered pictures and what they show
@@ -172,63 +166,6 @@ bool SamePicture(TBitmap& a, TBitmap& b) {
 // TRsRuler: properties
 // ---------------------------------------------------------------------------
 
-TEST(TRsRuler, StartsWithTheClassicDefaults) {
-  TRsRuler ruler;
-  EXPECT_EQ(ruler.Width(), 200);
-  EXPECT_EQ(ruler.Height(), 33);
-  EXPECT_EQ(ruler.GetDirection(), rdTop);
-  EXPECT_EQ(ruler.GetScaleDir(), rsdNormal);
-  EXPECT_EQ(ruler.GetScale(), 100);
-  EXPECT_EQ(ruler.GetOffset(), 0.0);
-  EXPECT_FALSE(ruler.GetHairLine());
-  EXPECT_EQ(ruler.GetHairLinePos(), -1);
-  EXPECT_EQ(ruler.GetHairLineStyle(), hlsLine);
-  EXPECT_TRUE(ruler.GetShowMinus());
-  EXPECT_EQ(ruler.GetMyLongTick(), 5);
-  EXPECT_EQ(ruler.GetMyShortTick(), 1);
-  EXPECT_EQ(ruler.GetUnits(), ruMilli);
-  EXPECT_FALSE(ruler.GetFlat());
-  EXPECT_EQ(ruler.GetScaleColor(), clWindow);
-  EXPECT_EQ(ruler.GetTickColor(), clWindowText);
-}
-
-TEST(TRsRuler, PublishesItsPropertiesToQtWithEnumNames) {
-  TRsRuler ruler;
-  const QMetaObject* meta = ruler.metaObject();
-  const QMetaProperty direction = meta->property(meta->indexOfProperty("Direction"));
-  ASSERT_TRUE(direction.isEnumType());
-  EXPECT_STREQ(direction.enumerator().valueToKey(rdRight), "rdRight");
-  const QMetaProperty units = meta->property(meta->indexOfProperty("Units"));
-  ASSERT_TRUE(units.isEnumType());
-  EXPECT_STREQ(units.enumerator().valueToKey(ruInch), "ruInch");
-
-  EXPECT_TRUE(ruler.setProperty("HairLineStyle", QVariant::fromValue(hlsRect)));
-  EXPECT_EQ(ruler.GetHairLineStyle(), hlsRect);
-  EXPECT_TRUE(ruler.setProperty("Scale", 250));
-  EXPECT_EQ(ruler.GetScale(), 250);
-
-  const QMetaProperty version = meta->property(meta->indexOfProperty("VersionInfo"));
-  EXPECT_FALSE(version.isWritable());
-  EXPECT_EQ(ruler.GetVersionInfo().rfind("Lumatrex ", 0), 0u) << ruler.GetVersionInfo();
-
-  TRsRulerCorner corner;
-  const QMetaProperty position = corner.metaObject()->property(corner.metaObject()->indexOfProperty("Position"));
-  ASSERT_TRUE(position.isEnumType());
-  EXPECT_STREQ(position.enumerator().valueToKey(cpLeftBottom), "cpLeftBottom");
-}
-
-TEST(TRsRuler, MovingBetweenHorizontalAndVerticalEdgesSwapsTheSize) {
-  TRsRuler ruler;
-  ruler.SetDirection(rdLeft);
-  EXPECT_EQ(SizeOf(ruler), std::pair(33, 200));
-  ruler.SetDirection(rdRight);
-  EXPECT_EQ(SizeOf(ruler), std::pair(33, 200));
-  ruler.SetDirection(rdBottom);
-  EXPECT_EQ(SizeOf(ruler), std::pair(200, 33));
-  ruler.SetDirection(rdTop);
-  EXPECT_EQ(SizeOf(ruler), std::pair(200, 33));
-}
-
 TEST(TRsRuler, WhileLoadingPropertiesAreTakenAsSaved) {
   TRsRuler ruler;
   ruler.BeginLoading();
@@ -315,28 +252,15 @@ INSTANTIATE_TEST_SUITE_P(
     UnitsAndScales, TRsRulerTicks,
     ::testing::Values(
         TTickCase{"mm_at_100", ruMilli, 100, 100, kMetricPitch},
-        TTickCase{"mm_at_50_doubles_the_step", ruMilli, 100, 50, kMetricPitch},
-        TTickCase{"mm_at_200_halves_the_step", ruMilli, 100, 200, kMetricPitch},
-        TTickCase{"mm_at_400_quarters_the_step", ruMilli, 100, 400, kMetricPitch},
+        TTickCase{"inch_at_400", ruInch, 100, 400, kInchPitch},
+        TTickCase{"pixel_at_50", ruPixel, 100, 50, kPixelPitch},
         TTickCase{"mm_at_150_inside_a_step_range", ruMilli, 100, 150, {0, 5, 11, 17, 22, 28, 34, 39, 45, 51, 56}},
         TTickCase{"mm_at_30_inside_a_step_range", ruMilli, 100, 30, {0, 9, 18, 27, 36, 45, 54, 63, 72, 81, 90}},
-        TTickCase{"mm_at_1_coarsest_step", ruMilli, 100, 1, kMetricPitch},
-        TTickCase{"mm_at_1000_finest_step", ruMilli, 100, 1000, kMetricPitch},
         TTickCase{"mm_at_2000_keeps_the_finest_step", ruMilli, 1000, 2000,
                   {0, 15, 30, 45, 60, 75, 90, 105, 120, 136, 151}},
         TTickCase{"mm_at_2000_keeps_the_unit_step", ruMilli, 100, 2000, {0, 151, 302}},
-        TTickCase{"cm_like_mm", ruCenti, 100, 100, kMetricPitch},
-        TTickCase{"km_like_mm", ruKilo, 100, 400, kMetricPitch},
         TTickCase{"none_like_mm", ruNone, 100, 50, kMetricPitch},
-        TTickCase{"inch_at_50", ruInch, 100, 50, kInchPitch},
-        TTickCase{"inch_at_100", ruInch, 100, 100, kInchPitch},
-        TTickCase{"inch_at_200", ruInch, 100, 200, kInchPitch},
-        TTickCase{"inch_at_400", ruInch, 100, 400, kInchPitch},
         TTickCase{"inch_at_150", ruInch, 100, 150, {0, 14, 28, 43, 57, 72, 86, 100, 115, 129, 144}},
-        TTickCase{"pixel_at_50", ruPixel, 100, 50, kPixelPitch},
-        TTickCase{"pixel_at_100", ruPixel, 100, 100, kPixelPitch},
-        TTickCase{"pixel_at_200", ruPixel, 100, 200, kPixelPitch},
-        TTickCase{"pixel_at_400", ruPixel, 100, 400, kPixelPitch},
         TTickCase{"pixel_at_150", ruPixel, 100, 150, {0, 7, 15, 22, 30, 37, 45, 52, 60, 67, 75}}),
     [](const auto& info) { return std::string(info.param.name); });
 
@@ -443,10 +367,6 @@ INSTANTIATE_TEST_SUITE_P(
     UnitsScalesAndOffsets, TRsRulerLabels,
     ::testing::Values(
         TLabelCase{"mm_at_50", ruMilli, 50, 0, true, AtMetricTicks({"40", "80", "120", "160", "200"})},
-        TLabelCase{"mm_at_100", ruMilli, 100, 0, true, AtMetricTicks({"20", "40", "60", "80", "100"})},
-        TLabelCase{"mm_at_200", ruMilli, 200, 0, true, AtMetricTicks({"10", "20", "30", "40", "50"})},
-        TLabelCase{"mm_at_400", ruMilli, 400, 0, true, AtMetricTicks({"5", "10", "15", "20", "25"})},
-        TLabelCase{"cm_at_100", ruCenti, 100, 0, true, AtMetricTicks({"2", "4", "6", "8", "10"})},
         TLabelCase{"cm_at_400_half_centimetres", ruCenti, 400, 0, true,
                    AtMetricTicks({"0.5", "1", "1.5", "2", "2.5"})},
         TLabelCase{"m_at_100_two_decimals", ruMeter, 100, 0, true,
@@ -454,20 +374,11 @@ INSTANTIATE_TEST_SUITE_P(
         TLabelCase{"km_below_a_hundredth_reads_0", ruKilo, 100, 0, true, AtMetricTicks({"0", "0", "0", "0", "0"})},
         TLabelCase{"km_shows_its_offset", ruKilo, 100, 1.25, true,
                    AtMetricTicks({"1.25", "1.25", "1.25", "1.25", "1.25"})},
-        TLabelCase{"inch_at_50", ruInch, 50, 0, true, {{192, "4"}, {384, "8"}}},
-        TLabelCase{"inch_at_100", ruInch, 100, 0, true, {{192, "2"}, {384, "4"}}},
-        TLabelCase{"inch_at_200", ruInch, 200, 0, true, {{192, "1"}, {384, "2"}}},
-        TLabelCase{"inch_at_400_half_inches", ruInch, 400, 0, true, {{192, "0.5"}, {384, "1"}}},
         TLabelCase{"inch_at_150", ruInch, 150, 0, true, {{144, "1"}, {288, "2"}}},
         TLabelCase{"inch_offset_keeps_hundredths", ruInch, 100, 0.3, true, {{192, "2.3"}, {384, "4.3"}}},
-        TLabelCase{"pixel_at_50", ruPixel, 50, 0, true, AtPixelTicks({"200", "400", "600", "800"})},
         TLabelCase{"pixel_at_100_last_label_on_the_end_pixel", ruPixel, 100, 0, true,
                    AtPixelTicks({"100", "200", "300", "400"})},
-        TLabelCase{"pixel_at_200", ruPixel, 200, 0, true, AtPixelTicks({"50", "100", "150", "200"})},
-        TLabelCase{"pixel_at_400", ruPixel, 400, 0, true, AtPixelTicks({"25", "50", "75", "100"})},
         TLabelCase{"pixel_half_rounds_to_even_down", ruPixel, 100, 2.5, true,
-                   AtPixelTicks({"102", "202", "302", "402"})},
-        TLabelCase{"pixel_half_rounds_to_even_up", ruPixel, 100, 1.5, true,
                    AtPixelTicks({"102", "202", "302", "402"})},
         TLabelCase{"none_has_no_labels", ruNone, 100, 0, true, {}},
         TLabelCase{"offset_shifts_values_not_ticks", ruMilli, 100, 5, true,
@@ -481,14 +392,6 @@ INSTANTIATE_TEST_SUITE_P(
         TLabelCase{"rounding_to_zero_has_no_sign", ruMeter, 100, -0.021, true,
                    AtMetricTicks({"0", "0.02", "0.04", "0.06", "0.08"})}),
     [](const auto& info) { return std::string(info.param.name); });
-
-TEST(TRsRuler, ChangingTheFontRedrawsTheLabelsInIt) {
-  TRsRuler ruler;
-  Place(ruler, rdLeft, 200);
-  ruler.Font().SetSize(10);
-  ruler.Font().SetStyle(fsBold);
-  EXPECT_TRUE(ShowsLabels(ruler, {{75, "20"}, {151, "40"}}));
-}
 
 TEST(TRsRuler, PaintsInItsColoursWithARaisedEdgeUnlessFlat) {
   TRsRuler ruler;
@@ -579,37 +482,9 @@ INSTANTIATE_TEST_SUITE_P(
                       TConversionCase{"from_none_keeps_the_number", ruNone, ruMilli, 3, 3}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(TRsRuler, TheLengthUnderAPixelSurvivesARoundOfUnitChanges) {
-  TRsRuler ruler;
-  ruler.SetOffset(10);
-  const double millimetres = ruler.Pos2Unit(150);
-  const std::pair<TRulerUnit, double> units[] = {{ruCenti, 10}, {ruMeter, 1000}, {ruKilo, 1e6}, {ruInch, 25.4}};
-  for (const auto& [unit, perUnit] : units) {
-    ruler.SetUnit(unit);
-    EXPECT_NEAR(ruler.Pos2Unit(150) * perUnit, millimetres, 1e-9) << static_cast<int>(unit);
-  }
-  ruler.SetUnit(ruPixel);
-  ruler.SetUnit(ruMilli);
-  EXPECT_NEAR(ruler.GetOffset(), 10, 1e-12);
-  EXPECT_NEAR(ruler.Pos2Unit(150), millimetres, 1e-12);
-}
-
 // ---------------------------------------------------------------------------
 // TRsRuler: the hair line
 // ---------------------------------------------------------------------------
-
-TEST(TRsRuler, DrawsNoHairLineAtMinusOneOrWhenSwitchedOff) {
-  TRsRuler ruler;
-  Place(ruler, rdTop, 200);
-  TBitmap bare = Rendered(ruler);
-  ruler.SetHairLinePos(50);
-  TBitmap off = OnScreen(ruler);
-  EXPECT_TRUE(SamePicture(off, bare));
-  ruler.SetHairLine(true);
-  ruler.SetHairLinePos(-1);
-  TBitmap none = Rendered(ruler);
-  EXPECT_TRUE(SamePicture(none, bare));
-}
 
 struct THairLineCase {
   const char* name;

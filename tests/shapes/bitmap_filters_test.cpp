@@ -27,12 +27,6 @@ TEST(GrayScaleBitmap, AveragesTheThreeChannelsTruncating) {
   EXPECT_EQ(Bytes(bitmap), (TBgr{20, 20, 20, 0, 0, 0}));
 }
 
-TEST(GrayScaleBitmap, FalseLeavesThePictureAlone) {
-  TBitmap bitmap = Row({31, 20, 10});
-  GrayScaleBitmap(bitmap, false);
-  EXPECT_EQ(Bytes(bitmap), (TBgr{31, 20, 10}));
-}
-
 TEST(AdjustBrightBitmap, ShiftsEveryByteAndClamps) {
   TBitmap bitmap = Row({0, 100, 250});
   AdjustBrightBitmap(bitmap, 10);
@@ -48,12 +42,6 @@ TEST(AdjustContrastBitmap, FullContrastSplitsAtTheMiddleGrey) {
   AdjustContrastBitmap(bitmap, 255);
   // 0 - 127 clamps, 200 + 73 clamps, 127 moves by 0, 128 by 1, 100 by 27.
   EXPECT_EQ(Bytes(bitmap), (TBgr{0, 255, 127, 129, 255, 73}));
-}
-
-TEST(AdjustContrastBitmap, NegativeValuesPullTowardTheMiddle) {
-  TBitmap bitmap = Row({0, 255, 127});
-  AdjustContrastBitmap(bitmap, -255);
-  EXPECT_EQ(Bytes(bitmap), (TBgr{127, 127, 127}));
 }
 
 TEST(AdjustContrastBitmap, ZeroDoesNothingAndOtherFormatsAreConvertedFirst) {

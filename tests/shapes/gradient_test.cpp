@@ -116,12 +116,6 @@ INSTANTIATE_TEST_SUITE_P(
         TPixelCase{"Butterfly_bottom_right", gsButterfly, 200, 210, 138}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(TMyShapeGradient, NoneLeavesTheGradientBitmapEmpty) {
-  TMyShape shape(nullptr);
-  shape.DrawGradient();
-  EXPECT_TRUE(shape.GradientBitmap().Empty());
-}
-
 TEST(TMyShapeGradient, StyleChangeBuildsThePatternMirroredByTheFlipFlags) {
   test::TFakeOwner owner;
   TMyShape& shape = owner.Add({{0, 0}, {10, 10}});

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QVariant>
 #include <cmath>
 
 #include "platform/bitmap.h"
@@ -36,41 +35,10 @@ TEST(TMyShape, NewShapeCopiesTheOwnersDefaultsAndLaterOwnerChangesDoNotReachIt) 
   EXPECT_EQ(shape.Pen().Color(), clRed);
   EXPECT_EQ(shape.Brush().Color(), clBlue);
   EXPECT_EQ(shape.Font().Name(), "Other");
-  EXPECT_EQ(shape.GetPenStyleJoinType(), psjtBEVEL);
-  EXPECT_EQ(shape.GetPenStyleEndCapType(), psectFLAT);
-  EXPECT_FALSE(shape.GetHotShow());
-  EXPECT_FALSE(shape.GetDragEnable());
-  EXPECT_EQ(shape.ParentId, -1);
-  EXPECT_EQ(shape.SpareRelationId, -1);
-  EXPECT_EQ(shape.GetLogHeight(), 10);
-  EXPECT_EQ(shape.GetColorBegin(), clWhite);
-  EXPECT_EQ(shape.GetColorEnd(), clBlack);
-  EXPECT_EQ(shape.GetGradientStyle(), gsNone);
-  EXPECT_TRUE(shape.GetCaptionShow());
-  EXPECT_TRUE(shape.GetVisible());
-  EXPECT_EQ(shape.GetMultiInfoAlignment(), taCenter);
-}
-
-TEST(TMyShape, PublishedPropertiesAreVisibleToTheMetaObjectSystem) {
-  TMyShape shape(nullptr);
-  EXPECT_TRUE(shape.setProperty("Tag", 7));
-  EXPECT_EQ(shape.GetTag(), 7);
-  EXPECT_EQ(shape.property("GradientStyle").value<TGradientStyle>(), gsNone);
-  EXPECT_EQ(shape.property("Caption").value<std::string>(), "");
-  EXPECT_GE(shape.metaObject()->indexOfProperty("PenStyleEndCapType"), 0);
 }
 
 // ---------------------------------------------------------------------------
 // Points and coordinate spaces
-
-TEST(TMyShape, GetPointOutOfRangeIsTheOrigin) {
-  TMyShape shape(nullptr);
-  shape.AddPoint({3, 4});
-  EXPECT_EQ(shape.GetPoint(-1), TMyPoint{});
-  EXPECT_EQ(shape.GetPoint(1), TMyPoint{});
-  EXPECT_EQ(shape.GetPoint(0), (TMyPoint{3, 4}));
-  EXPECT_EQ(shape.GetLinkPoint(0), TMyPoint{});
-}
 
 TEST(TMyShape, ZoomedAccessorsScaleAndZoomedWritersDivide) {
   TFakeOwner owner;
@@ -111,19 +79,6 @@ INSTANTIATE_TEST_SUITE_P(Modes, GetPointInZoomWithMode,
                                            TModeCase{"Mode3_x_from_right", Mode3, {180, 10}}),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(TMyShape, ComputeCenterPointCornersCentreAndUnknownSelector) {
-  TMyShape shape(nullptr);
-  shape.Points = {{10, 40}, {30, 20}, {20, 60}};
-  ExpectNear(shape.ComputeCenterPoint(0), {10, 20});
-  ExpectNear(shape.ComputeCenterPoint(1), {30, 20});
-  ExpectNear(shape.ComputeCenterPoint(2), {30, 60});
-  ExpectNear(shape.ComputeCenterPoint(3), {10, 60});
-  ExpectNear(shape.ComputeCenterPoint(4), {20, 40});
-  EXPECT_EQ(shape.ComputeCenterPoint(5), TMyPoint{});
-  EXPECT_FLOAT_EQ(shape.GetWidth(), 20);
-  EXPECT_FLOAT_EQ(shape.GetHeight(), 40);
-}
-
 TEST(TMyShape, MyWidthAndHeightAreMeasuredInTheUnrotatedFrame) {
   TFakeOwner owner;
   TMyShape& shape = owner.Add(Box(0, 0, 40, 10));
@@ -147,18 +102,6 @@ TEST(TMyShape, DragMovesEverythingByTheDeviceDistanceOverTheZoom) {
   ExpectNear(shape.GetLinkPoint(0), {11, -4});
   ExpectNear(shape.CenterPoint, {15, 0});
   ExpectNear(shape.TextoutPoint, {15, 0});
-}
-
-TEST(TMyShape, AShapeWithoutPointsIgnoresRotationAndSetAngleOnlyStores) {
-  TFakeOwner owner;
-  TMyShape shape(&owner);
-  shape.TextoutPoint = {3, 3};
-  shape.RotateChangeValueByAngle({0, 0}, 1.0);
-  EXPECT_EQ(shape.GetAngle(), 0);
-  EXPECT_EQ(shape.TextoutPoint, (TMyPoint{3, 3}));
-  shape.SetAngle(1.5f);
-  EXPECT_EQ(shape.GetAngle(), 1.5f);
-  EXPECT_EQ(owner.rotations, 0);
 }
 
 TEST(TMyShape, RotationTurnsPointsClockwiseOnScreenAndAccumulatesTheAngle) {
@@ -300,16 +243,6 @@ TEST(TMyShape, PenAndBrushChangesReachTheMembersUnlessTheOwnerIsUpdating) {
   owner.updating = true;
   group.Brush().SetColor(clYellow);
   EXPECT_NE(member.Brush().Color(), clYellow);
-}
-
-TEST(TMyShape, LockingGoesThroughTheOwnerToTheWholeGroup) {
-  TFakeOwner owner;
-  TMyShape& group = owner.Add();
-  TMyShape& member = owner.Add();
-  group.ChildShapes = {member.ShapeNo};
-  group.SetLocked(true);
-  EXPECT_TRUE(member.GetLocked());
-  EXPECT_GT(owner.repaints, 0);
 }
 
 // ---------------------------------------------------------------------------
