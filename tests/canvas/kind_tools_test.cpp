@@ -11,7 +11,7 @@
 #include <cmath>
 
 #include "document_state.h"
-#include "mouse.h"
+#include "support/mouse.h"
 #include "platform/stream.h"
 #include "shapes/arc.h"
 #include "shapes/bezier.h"

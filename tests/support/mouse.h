@@ -45,8 +45,8 @@ class TMouse {
   QWidget& w_;
 };
 
-inline void Key(QWidget& w, int key, Qt::KeyboardModifiers mods = Qt::NoModifier) {
-  QKeyEvent event(QEvent::KeyPress, key, mods);
+inline void Key(QWidget& w, int key, Qt::KeyboardModifiers mods = Qt::NoModifier, const QString& text = {}) {
+  QKeyEvent event(QEvent::KeyPress, key, mods, text);
   QApplication::sendEvent(&w, &event);
 }
 
