@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev libqt6svg6-dev qt6-tools-dev qt6-tools-dev-tools libgl1-mesa-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   python3 python3-ezdxf
+  clang libclang-rt-14-dev llvm  # the sanitizer and fuzzing build; llvm gives llvm-symbolizer
 )
 
 missing=()

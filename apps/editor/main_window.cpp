@@ -48,7 +48,10 @@ constexpr TToolButton kTools[] = {
 // Forwards the canvas's mouse position to the rulers without taking events.
 class TMouseTracker : public QObject {
  public:
-  explicit TMouseTracker(std::function<void(int, int)> moved) : moved_(std::move(moved)) {}
+  // Owned by Watched, so it lives exactly as long as the widget it listens to.
+  TMouseTracker(QObject* watched, std::function<void(int, int)> moved) : QObject(watched), moved_(std::move(moved)) {
+    watched->installEventFilter(this);
+  }
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
@@ -86,7 +89,7 @@ TMainWindow::TMainWindow()
   cad_->SetUndoRedoSize(50);
   cad_->LabelXY = position_;
   cad_->LabelValue = value_;
-  cad_->installEventFilter(new TMouseTracker([this](int x, int y) { TrackMouse(x, y); }));
+  new TMouseTracker(cad_, [this](int x, int y) { TrackMouse(x, y); });
   cad_->OnShapeAdded = [this](QObject*, TMyShape*&, std::int32_t) { DocumentChanged(); };
 
   leftRuler_->SetDirection(rdLeft);
@@ -210,8 +213,11 @@ void TMainWindow::BuildFileMenu() {
   file->addAction(tr("&Place from library..."), this, &TMainWindow::PlaceFromLibrary);
   file->addAction(tr("&Export image..."), this, [this] {
     const QString name = QFileDialog::getSaveFileName(this, tr("Export image"), QString(), tr("Images (*.png *.jpg *.bmp)"));
-    if (!name.isEmpty() && !cad_->SaveToImageFile(name.toStdString()))
-      QMessageBox::warning(this, tr("Export image"), tr("The image could not be written."));
+    if (name.isEmpty()) return;
+    ReportErrors([&] {
+      if (!cad_->SaveToImageFile(name.toStdString()))
+        QMessageBox::warning(this, tr("Export image"), tr("The image could not be written."));
+    });
   });
   file->addSeparator();
   file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
