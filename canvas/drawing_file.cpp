@@ -5,7 +5,7 @@
 // read to its end is moved here, in one step that cannot fail part way.
 #include <algorithm>
 #include <cstdint>
-#include <ranges>
+#include <span>
 
 #include "canvas/tmycad.h"
 #include "geometry/geometry.h"
@@ -155,7 +155,7 @@ bool TMyCAD::SaveToStream(TStream& stream) const {
   WriteUserData(stream, userData_);
   const std::uint8_t layerCount = GetLayersCount();
   WriteValue<std::int32_t>(stream, layerCount);
-  for (const LayerRec& layer : layers_ | std::views::take(layerCount)) {
+  for (const LayerRec& layer : std::span(layers_).first(layerCount)) {
     WriteLString(stream, layer.LayerName);
     WriteValue(stream, layer.LayerId);
     WriteValue<std::int32_t>(stream, layer.Visible ? 1 : 0);

@@ -1,11 +1,70 @@
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImage>
+#include <algorithm>
+#include <climits>
 #include <cmath>
+#include <cstdio>
 
 #include "canvas/tmycad.h"
 #include "platform/qt_interop.h"
 
 namespace lumatrex {
+
+namespace {
+
+// Side lengths beyond this are refused whatever the pixel count: QImage and
+// the integer device coordinates of the paint pipeline stop near it.
+constexpr double kMaxPictureSide = 32767;
+
+std::string Decimal(const char* format, double value) {
+  char text[64];
+  std::snprintf(text, sizeof text, format, value);
+  return text;
+}
+
+// The largest factor on the zoom that brings the picture within the limits:
+// the shapes' part of each side scales with the zoom, the margins do not.
+// 0 when even the margins alone are too large.
+double FittingScale(double width, double height, double pad, double maxPixels) {
+  const double w = std::max(width - pad, 1.0);
+  const double h = std::max(height - pad, 1.0);
+  // (w s + pad)(h s + pad) <= maxPixels, solved for s.
+  const double a = w * h;
+  const double b = pad * (w + h);
+  const double c = pad * pad - maxPixels;
+  if (c >= 0) return 0;
+  const double byPixels = (-b + std::sqrt(b * b - 4 * a * c)) / (2 * a);
+  return std::min({byPixels, (kMaxPictureSide - pad) / w, (kMaxPictureSide - pad) / h});
+}
+
+// The device rectangle of Extent plus Margin, checked in floating point
+// before any conversion to integers: far-apart shapes at a high zoom, or
+// coordinates near float32's limits, must give an error, not a huge
+// allocation or an out-of-range conversion.
+TRect PictureArea(const TMyRect& extent, const TImageExportOptions& options) {
+  const double left = std::floor(extent.Left) - options.Margin;
+  const double top = std::floor(extent.Top) - options.Margin;
+  const double width = std::ceil(extent.Right) + options.Margin + 1 - left;
+  const double height = std::ceil(extent.Bottom) + options.Margin + 1 - top;
+  const double pixels = width * height;
+  const bool fits = width <= kMaxPictureSide && height <= kMaxPictureSide &&
+                    pixels <= static_cast<double>(options.MaxPixels) && std::fabs(left) <= INT32_MAX / 2 &&
+                    std::fabs(top) <= INT32_MAX / 2;
+  if (fits) return Rect(static_cast<std::int32_t>(left), static_cast<std::int32_t>(top),
+                        static_cast<std::int32_t>(left + width), static_cast<std::int32_t>(top + height));
+  const double scale = FittingScale(width, height, 2.0 * options.Margin + 3, static_cast<double>(options.MaxPixels));
+  std::string message = "the picture would be " + Decimal("%.0f", width) + " x " + Decimal("%.0f", height) +
+                        " pixels, more than the limit of " + std::to_string(options.MaxPixels) +
+                        " pixels and 32767 a side";
+  if (scale > 0 && std::isfinite(scale))
+    message += "; lower the zoom to " + Decimal("%.3g", options.Zoom * scale * 0.98) + " or less";
+  else
+    message += "; the shapes lie too far from the origin";
+  throw EPictureTooLarge(message);
+}
+
+}  // namespace
 
 TBitmap TMyCAD::RenderToBitmap(const TImageExportOptions& options) {
   std::vector<TMyShape*> chosen;
@@ -21,10 +80,9 @@ TBitmap TMyCAD::RenderToBitmap(const TImageExportOptions& options) {
   const double savedZoom = zoom_;
   zoom_ = options.Zoom;
   const TMyRect extent = GetShapesLTRBinZoom(all);
-  const TRect area = Rect(static_cast<std::int32_t>(std::floor(extent.Left)) - options.Margin,
-                          static_cast<std::int32_t>(std::floor(extent.Top)) - options.Margin,
-                          static_cast<std::int32_t>(std::ceil(extent.Right)) + options.Margin + 1,
-                          static_cast<std::int32_t>(std::ceil(extent.Bottom)) + options.Margin + 1);
+  zoom_ = savedZoom;  // a refused picture leaves the view as it was
+  const TRect area = PictureArea(extent, options);
+  zoom_ = options.Zoom;
   TBitmap picture(area.Width(), area.Height(), pf32bit);
   DrawBackground(picture);
   DrawBkBitmap(picture, -area.Left, -area.Top);
@@ -40,14 +98,16 @@ bool TMyCAD::SaveToImageFile(const std::string& fileName, const TImageExportOpti
   const TBitmap picture = RenderToBitmap(options);
   if (picture.Empty()) return false;
   if (suffix == "bmp") {
-    try {
-      picture.SaveToFile(fileName);
-    } catch (const std::exception&) {
-      return false;
-    }
+    picture.SaveToFile(fileName);
     return true;
   }
-  return ToQImage(picture).save(QString::fromStdString(fileName), format);
+  // Encoded in memory first, so that the file is replaced whole or not at all.
+  QByteArray encoded;
+  QBuffer buffer(&encoded);
+  buffer.open(QIODevice::WriteOnly);
+  if (!ToQImage(picture).save(&buffer, format)) return false;
+  SaveBytesToFileAtomically(fileName, std::vector<std::uint8_t>(encoded.begin(), encoded.end()));
+  return true;
 }
 
 }  // namespace lumatrex

@@ -225,6 +225,7 @@ void TMyCAD::MouseMove(TShiftState shift, std::int32_t x, std::int32_t y) {
   if ((actionTool_ == dtSelecting || actionTool_ == dtRotateSelecting) && !mouseIsDown_) HoverWhileSelecting(x, y);
   UpdateLabelXY(x, y);
   if (mouseIsDown_) MoveWithButton(shift, x, y);
+  MoveCrossHair(Point(x, y));
 }
 
 void TMyCAD::MoveWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y) {
@@ -428,13 +429,17 @@ void TMyCAD::ReleaseDrawing(TMouseButton button, TShiftState shift, TPoint p) {
   if (p != startPoint_ && !dynamic_cast<TMyFreeLine*>(currentShape_)) currentShape_->AddPointByMouse(p);
   currentPoint_ = p;
   if (!currentShape_->IsDrawingFinished(button, startPoint_)) return;
+  joinDrawnLine_ = !(shift & ssShift);
   FinishDrawnShape();
 }
 
 void TMyCAD::FinishDrawnShape() {
   std::unique_ptr<TMyShape> shape = std::move(pendingShape_);
-  TMyShape* added = shape.get();
   currentShape_ = nullptr;
+  std::unique_ptr<TMyShape> joined = joinDrawnLine_ ? CreateAndDelete(*shape) : nullptr;
+  const bool wasJoined = joined != nullptr;
+  if (wasJoined) shape = std::move(joined);
+  TMyShape* added = shape.get();
   added->ShapeNo = GetShapesCount();
   added->ShapeId = nextShapeId_;
   added->SetName("Shape" + std::to_string(added->ShapeId));
@@ -457,6 +462,7 @@ void TMyCAD::FinishDrawnShape() {
   TMyShape* reported = added;
   if (OnShapeAdded) OnShapeAdded(this, reported, count);
   PushtoUndoRedoShapeList({added}, "ACT_ADD");
+  if (wasJoined) JoinNewestUndoSteps();  // the pieces' deletion and the join undo as one
   if (returnToSelecting_) {
     if (OnActionToolToSelecting) OnActionToolToSelecting(this);
     actionTool_ = savedActionTool_;

@@ -42,6 +42,10 @@ void TMyCAD::Paint() {
   }
   if (painting_) return;
   painting_ = true;
+  // Off the screen image while it is redrawn (a repaint may cover only part
+  // of it), then back where it was.
+  const std::optional<TPoint> crossHair = crossHair_;
+  MoveCrossHair(std::nullopt);
   const TRect clip = screen.ClipRect();
   DrawAll(clip);
   screen.CopyRect(clip, backBuffer_.Canvas(), Rect(0, 0, backBuffer_.Width(), backBuffer_.Height()));
@@ -49,6 +53,7 @@ void TMyCAD::Paint() {
   if (!IsDesigning() && OnPaint) OnPaint(this);
   // The screen was drawn afresh: no gesture preview is on it any more.
   previewShown_ = false;
+  MoveCrossHair(crossHair);
   painting_ = false;
 }
 

@@ -27,6 +27,8 @@
 //   bezier_tool.cpp  drawing Bezier chains and adding or removing their pieces
 //   image_tool.cpp   image shapes from files, code and the clipboard
 //   text_editor.cpp  the in-place editor of text shapes
+//   cross_hair.cpp  the cross-hair through the mouse position
+//   line_joining.cpp  joining a newly drawn line to the free end it meets
 #pragma once
 
 #include <QLabel>
@@ -34,7 +36,9 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <ranges>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -70,6 +74,17 @@ struct TImageExportOptions {
   // Blank pixels around the extent of the shapes' points, so that wide pens,
   // arrow heads and labels are not cut.
   std::int32_t Margin = 16;
+  // The largest picture made, in pixels (4 bytes each): the extent of far-apart
+  // shapes at a high zoom would otherwise ask for gigabytes.
+  std::int64_t MaxPixels = std::int64_t{1} << 26;
+};
+
+// A picture larger than TImageExportOptions::MaxPixels (or wider or taller
+// than 32767 pixels) was asked for; the message names the size and the zoom
+// that would fit.
+class EPictureTooLarge : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
 };
 
 class TMyCAD : public TCustomControl, public TMyShapeOwner {
@@ -617,9 +632,12 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Renders the drawing's extent (every shape on a visible layer, or the
   // selection) at Options.Zoom on the output background. An empty drawing
   // gives an empty bitmap.
+  // Throws EPictureTooLarge when the picture would pass the size limits.
   TBitmap RenderToBitmap(const TImageExportOptions& options = {});
-  // RenderToBitmap saved by the file's extension: .png, .jpg/.jpeg or .bmp.
-  // False (with nothing written) for another extension or a write error.
+  // RenderToBitmap saved by the file's extension: .png, .jpg/.jpeg or .bmp,
+  // replacing the file whole (SaveBytesToFileAtomically). False (with nothing
+  // written) for another extension or nothing to render; a failed write
+  // throws EStreamError naming the reason, EPictureTooLarge as RenderToBitmap.
   bool SaveToImageFile(const std::string& fileName, const TImageExportOptions& options = {});
 
   // ==== drawing files (drawing_file.cpp) ====
@@ -710,6 +728,7 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void MouseMove(TShiftState shift, std::int32_t x, std::int32_t y) override;
   void MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void CMMouseLeave() override;
 
  private:
   template <typename T>
@@ -722,7 +741,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   template <typename Fn>
   void ForShapeAndMembers(TMyShape* shape, Fn fn) {
     if (!shape) return;
-    for (TMyShape* s : SubtreeOf(shape) | std::views::reverse) fn(*s);
+    const std::vector<TMyShape*> subtree = SubtreeOf(shape);
+    for (auto s = subtree.rbegin(); s != subtree.rend(); ++s) fn(**s);
   }
   // Shape and every shape of its group subtree, each group before its members.
   std::vector<TMyShape*> SubtreeOf(TMyShape* shape) const;
@@ -835,6 +855,21 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void DrawPreview();
   void ErasePreview();
   void ToggleRubberBand();
+  // The cross-hair (cross_hair.cpp): Move erases it where it is on the
+  // screen and, while CrossLine is on, draws it at To (none: hidden).
+  void ToggleCrossHair(const TPoint& at);
+  void MoveCrossHair(std::optional<TPoint> to);
+  // Line joining (line_joining.cpp). GetMergeShape: a plain line or poly-line
+  // other than Drawn, on its layer, top level, unlocked, without connectors,
+  // with an end within HotSize device pixels of End (model coordinates);
+  // AtStart tells which end. CreateAndDelete: the poly-line Drawn becomes
+  // with the pieces its ends meet (recording their deletion as an undo step
+  // and deleting them), or nullptr when it meets none; JoinNewestUndoSteps
+  // then makes that step one with the next.
+  bool EndsMeet(const TMyPoint& a, const TMyPoint& b) const;
+  TMyShape* GetMergeShape(const TMyShape& drawn, const TMyPoint& end, bool& atStart) const;
+  std::unique_ptr<TMyShape> CreateAndDelete(const TMyShape& drawn);
+  void JoinNewestUndoSteps();
   TMyPoint RotationCenterOf(TMyShape* shape) const;
   TPoint DrawingAnchor() const;
   std::vector<TMyShape*> WholeDragShapes() const;
@@ -895,6 +930,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   bool gestureChanged_ = false;
   // Whether the gesture's XOR preview is on the screen now.
   bool previewShown_ = false;
+  std::optional<TPoint> crossHair_;  // where the cross-hair is on the screen
+  bool joinDrawnLine_ = true;        // false when Shift was held at the release
 
   // ---- undo history (undo.cpp) ----
   std::vector<TSavedShape> undoList_;

@@ -68,8 +68,8 @@ std::vector<TMyShape*> TCmbShape::SubtreeOf(TMyShape* shape) const {
     pending.pop_back();
     if (!seen.insert(s).second) continue;
     found.push_back(s);
-    for (const std::int32_t no : s->ChildShapes | std::views::reverse)
-      if (const auto child = index.find(no); child != index.end()) pending.push_back(child->second);
+    for (auto no = s->ChildShapes.rbegin(); no != s->ChildShapes.rend(); ++no)
+      if (const auto child = index.find(*no); child != index.end()) pending.push_back(child->second);
   }
   return found;
 }

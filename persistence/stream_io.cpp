@@ -30,6 +30,14 @@ long double ReadExtended(TStream& stream, const char* what) {
   return negative ? -value : value;
 }
 
+float ReadFiniteFloat(TStream& stream, bool extended, const char* what) {
+  const std::int64_t offset = stream.Position();
+  const long double value = extended ? ReadExtended(stream, what) : ReadValue<float>(stream, what);
+  if (!std::isfinite(value) || std::fabs(value) > std::numeric_limits<float>::max())
+    Malformed(offset, std::string("non-finite or out-of-range number in ") + what);
+  return static_cast<float>(value);
+}
+
 void WriteExtended(TStream& stream, long double value) {
   std::uint64_t mantissa = 0;
   int exponent = 0;

@@ -62,6 +62,11 @@ inline bool ReadBool(TStream& stream, const char* what) { return ReadValue<std::
 long double ReadExtended(TStream& stream, const char* what);
 void WriteExtended(TStream& stream, long double value);
 
+// A coordinate or angle stored as float32, or as an 80-bit float when
+// Extended. NaN, infinities and 80-bit values beyond float32's range are
+// malformed: they would reach float-to-integer conversions when drawn.
+float ReadFiniteFloat(TStream& stream, bool extended, const char* what);
+
 // ---- counts ------------------------------------------------------------------------
 
 // Reads an int32 count of items of ItemSize bytes each and checks that so many

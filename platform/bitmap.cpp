@@ -341,8 +341,9 @@ void TBitmap::LoadFromStream(TStream& stream) {
 }
 
 void TBitmap::SaveToFile(const std::string& fileName) const {
-  TFileStream stream(fileName, fmCreate);
-  SaveToStream(stream);
+  TMemoryStream bytes;
+  SaveToStream(bytes);
+  SaveBytesToFileAtomically(fileName, bytes.Bytes());
 }
 
 void TBitmap::LoadFromFile(const std::string& fileName) {

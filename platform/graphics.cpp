@@ -22,7 +22,7 @@ void TPen::SetColor(TColor value) {
 }
 
 void TPen::SetWidth(std::int32_t value) {
-  width_ = value < 1 ? 1 : value;
+  width_ = value;
   Changed();
 }
 

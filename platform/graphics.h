@@ -3,6 +3,7 @@
 // Enumerations keep their classic ordinals, which drawing files store.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -67,8 +68,11 @@ class TPen {
  public:
   TColor Color() const { return color_; }
   void SetColor(TColor value);
-  std::int32_t Width() const { return width_; }
-  void SetWidth(std::int32_t value);  // values below 1 become 1
+  // The width lines are drawn with: the stored width, but at least 1.
+  std::int32_t Width() const { return std::max(width_, 1); }
+  // The width as set, 0 and negative values included, for files to keep.
+  std::int32_t StoredWidth() const { return width_; }
+  void SetWidth(std::int32_t value);
   TPenStyle Style() const { return style_; }
   void SetStyle(TPenStyle value);
   TPenMode Mode() const { return mode_; }

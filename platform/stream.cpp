@@ -4,8 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QSaveFile>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -104,11 +102,7 @@ void TMemoryStream::LoadFromFile(const std::string& fileName) {
   LoadFromStream(file);
 }
 
-void TMemoryStream::SaveToFile(const std::string& fileName) const {
-  TFileStream file(fileName, fmCreate);
-  SaveToStream(file);
-  file.Flush();
-}
+void TMemoryStream::SaveToFile(const std::string& fileName) const { SaveBytesToFileAtomically(fileName, data_); }
 
 // ---------------------------------------------------------------------------
 
@@ -250,16 +244,6 @@ void TFileStream::Flush() {
     DropBuffer();
     throw EWriteError("cannot write file \"" + fileName_ + "\"");
   }
-}
-
-void SaveBytesToFileAtomically(const std::string& fileName, const std::vector<std::uint8_t>& bytes) {
-  QSaveFile file(QString::fromStdString(fileName));
-  if (!file.open(QIODevice::WriteOnly))
-    throw EFOpenError("cannot create a file beside " + fileName + ": " + file.errorString().toStdString());
-  const auto size = static_cast<qint64>(bytes.size());
-  // Without a commit the temporary file is removed and FileName stays as it was.
-  if (file.write(reinterpret_cast<const char*>(bytes.data()), size) != size || !file.commit())
-    throw EWriteError("cannot write " + fileName + ": " + file.errorString().toStdString());
 }
 
 }  // namespace lumatrex

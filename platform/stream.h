@@ -163,9 +163,12 @@ class TFileStream : public TStream {
 };
 
 // Replaces FileName by Bytes through a temporary file in the same folder that
-// is renamed over it once complete, so a failed save leaves an existing file
-// as it was. Throws EFOpenError when the temporary file cannot be created and
-// EWriteError when writing or renaming fails.
+// is renamed over it once written and synced to disk, so a failed save leaves
+// an existing file as it was. A symbolic link is followed. Throws EFOpenError
+// when the target exists but is not a regular file (device, FIFO, folder) or
+// the temporary file cannot be created, EWriteError when writing, syncing or
+// renaming fails; the message names the file and the reason in plain words
+// ("the disk is full", "permission denied", "the folder does not exist").
 void SaveBytesToFileAtomically(const std::string& fileName, const std::vector<std::uint8_t>& bytes);
 
 }  // namespace lumatrex

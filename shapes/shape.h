@@ -75,8 +75,13 @@ class TMyShape : public QObject {
   // consults from then on; the caller moves the ownership with it. The
   // defaults taken at construction stay.
   void SetOwner(TMyShapeOwner* owner) { owner_ = owner; }
-  std::string GetName() const { return objectName().toStdString(); }
-  void SetName(const std::string& name) { setObjectName(QString::fromStdString(name)); }
+  // The name as bytes, kept exactly as set or read even when it is not UTF-8
+  // (the object name shows it decoded as UTF-8).
+  std::string GetName() const { return name_; }
+  void SetName(const std::string& name) {
+    name_ = name;
+    setObjectName(QString::fromStdString(name));
+  }
 
   // ==== virtual protocol (kinds override; the base behaviour is noted) ========
 
@@ -339,6 +344,7 @@ class TMyShape : public QObject {
   void ForEachChild(Fn fn) const;
 
   TMyShapeOwner* owner_;
+  std::string name_;
   std::int32_t tag_ = 0;
   float angle_ = 0;
   TBrush brush_;

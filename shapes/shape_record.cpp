@@ -21,12 +21,8 @@ void WritePoints(TStream& stream, const TArrMyPoint& points) {
 }
 
 TMyPoint ReadPoint(TStream& stream, bool extended, const char* what) {
-  if (extended) {
-    const long double x = ReadExtended(stream, what);
-    return MyPoint(static_cast<float>(x), static_cast<float>(ReadExtended(stream, what)));
-  }
-  const auto x = ReadValue<float>(stream, what);
-  return MyPoint(x, ReadValue<float>(stream, what));
+  const float x = ReadFiniteFloat(stream, extended, what);
+  return MyPoint(x, ReadFiniteFloat(stream, extended, what));
 }
 
 TArrMyPoint ReadPoints(TStream& stream, const std::string& version, const char* what) {
@@ -103,7 +99,7 @@ void TMyShape::SaveToStream(TStream& stream) const {
   WriteValue(stream, pen_.Color());
   WriteValue(stream, static_cast<std::uint8_t>(pen_.Mode()));
   WriteValue(stream, static_cast<std::uint8_t>(pen_.Style()));
-  WriteValue(stream, pen_.Width());
+  WriteValue(stream, pen_.StoredWidth());
   WriteValue<std::int32_t>(stream, userData_.GetCount());
   for (const TUserDataRecord& record : userData_.Records()) {
     WriteLString(stream, record.Key);
@@ -143,7 +139,7 @@ void TMyShape::LoadFromStream(TStream& stream) {
   CenterPoint = ReadPoint(stream, extended, "rotation centre");
   if (since("XP.3")) {
     tag_ = ReadValue<std::int32_t>(stream, "tag");
-    angle_ = extended ? static_cast<float>(ReadExtended(stream, "angle")) : ReadValue<float>(stream, "angle");
+    angle_ = ReadFiniteFloat(stream, extended, "angle");
   }
   const std::unique_ptr<TBitmap> brushBitmap = ReadBitmapBuffer(stream, "brush bitmap");
   const auto brushColor = ReadValue<TColor>(stream, "brush colour");

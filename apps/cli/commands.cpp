@@ -98,7 +98,11 @@ int Render(const std::vector<std::string>& args) {
   if (!IsImageFileName(out)) throw EUsageError(out + ": the image type must be .png, .jpg, .jpeg or .bmp");
   TMyCAD cad;
   LoadDrawing(cad, plain[0]);
-  if (cad.SaveToImageFile(out, export_)) return EXIT_SUCCESS;
+  try {
+    if (cad.SaveToImageFile(out, export_)) return EXIT_SUCCESS;
+  } catch (const EPictureTooLarge& e) {
+    throw ECliError(plain[0] + ": " + e.what() + " with --zoom");
+  }
   if (cad.RenderToBitmap(export_).Empty()) throw ECliError(plain[0] + ": nothing to render (no visible shapes)");
   throw ECliError(out + ": cannot write the image");
 }

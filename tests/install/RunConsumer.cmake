@@ -17,3 +17,9 @@ run("configure consumer" ${CMAKE_COMMAND} -S "${CONSUMER_SOURCE}" -B "${WORK_DIR
     "-DCMAKE_PREFIX_PATH=${prefix}")
 run("build consumer" ${CMAKE_COMMAND} --build "${WORK_DIR}/build")
 run("run consumer" "${WORK_DIR}/build/consumer")
+# The installed programs must start from the prefix alone (they find the
+# library through their relative run path).
+if(EXISTS "${prefix}/bin/lumatrex")
+  run("run installed lumatrex" "${prefix}/bin/lumatrex" dump --help)
+  run("run installed editor" "${prefix}/bin/lumatrex-editor" --output "${WORK_DIR}/editor.png")
+endif()

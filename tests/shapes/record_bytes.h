@@ -48,6 +48,7 @@ struct TRecordFields {
   std::vector<std::int32_t> children = {};
   // Coordinates are stored from "XP.3" on; "XP.2" records hold only the count.
   TArrMyPoint points = {};
+  std::int32_t penWidth = 1;
 };
 
 // A shape base record of Version: Fields, no connectors or link points,
@@ -71,7 +72,7 @@ inline TRecordBytes BaseRecord(const std::string& version, const TRecordFields& 
   if (version != "XP.7") r.i64(0);                              // reserved
   r.u8(23);                                                     // gsNone
   if (extended) r.u8(0).u8(0);                                  // legacy bytes
-  r.str("").i32(0).u8(4).u8(0).i32(1);                          // info, pen
+  r.str("").i32(0).u8(4).u8(0).i32(fields.penWidth);            // info, pen
   if (since("XP.8")) r.i32(0);                                  // no user data
   if (since("XP.9")) r.u8(0).u8(0).u8(1);                       // flips, visible
   if (since("XP.e")) r.i32(0).u8(2);                            // no info lines, centred
