@@ -117,7 +117,7 @@ bool TMainWindow::SaveDrawing() {
 }
 
 bool TMainWindow::SaveDrawingAs() {
-  const QString chosen = QFileDialog::getSaveFileName(this, tr("Save drawing"), fileName_, tr("Drawings (*.lmx)"));
+  const QString chosen = AskSaveFileName(tr("Save drawing"), fileName_, tr("Drawings (*.lmx)"));
   if (chosen.isEmpty()) return false;
   const QString name = WithSuffix(chosen, "lmx");
   if (!ReportErrors([&] { cad_->SaveToFile(name.toStdString()); })) return false;
@@ -128,7 +128,7 @@ bool TMainWindow::SaveDrawingAs() {
 }
 
 void TMainWindow::ExportImage() {
-  const QString chosen = QFileDialog::getSaveFileName(this, tr("Export"), QString(), tr("Images (*.png *.jpg *.bmp)"));
+  const QString chosen = AskSaveFileName(tr("Export"), QString(), tr("Images (*.png *.jpg *.bmp)"));
   if (chosen.isEmpty()) return;
   const QString name = WithSuffix(chosen, "png", {"jpg", "jpeg", "bmp"});
   if (!cad_->SaveToImageFile(name.toStdString()))
@@ -199,7 +199,7 @@ void TMainWindow::ImportDxf() {
 }
 
 void TMainWindow::ExportDxf() {
-  const QString chosen = QFileDialog::getSaveFileName(this, tr("Export DXF"), QString(), tr("DXF drawings (*.dxf)"));
+  const QString chosen = AskSaveFileName(tr("Export DXF"), QString(), tr("DXF drawings (*.dxf)"));
   if (chosen.isEmpty()) return;
   const QString name = WithSuffix(chosen, "dxf");
   TDxfWarnings warnings;

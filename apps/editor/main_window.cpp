@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QScrollArea>
+#include <QFileDialog>
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QStatusBar>
@@ -130,6 +131,9 @@ TMainWindow::TMainWindow()
       position_(new QLabel),
       sizes_(new QLabel),
       zoomBox_(new QSpinBox) {
+  AskSaveFileName = [this](const QString& caption, const QString& start, const QString& filter) {
+    return QFileDialog::getSaveFileName(this, caption, start, filter);
+  };
   cad_->SetDragMode(dgBoth);
   cad_->SetDragTrace(true);
   cad_->SetResizeEnable(true);

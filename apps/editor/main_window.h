@@ -60,6 +60,9 @@ class TMainWindow : public QMainWindow {
   // Asks whether to save unsaved changes (Save, Discard, Cancel); true when
   // the drawing may be dropped now.
   bool MaybeSave();
+  // Asks which file to write (caption, suggested name, filter); an empty
+  // answer cancels. A QFileDialog by default; tests and hosts may replace it.
+  std::function<QString(const QString&, const QString&, const QString&)> AskSaveFileName;
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -222,12 +222,7 @@ TEST_F(Editor, SaveAsAddsTheDrawingExtension) {
   for (const Case c : {Case{"plan", "plan.lmx"}, Case{"site.v2", "site.v2.lmx"}, Case{"kept.LMX", "kept.LMX"}}) {
     SCOPED_TRACE(c.typed);
     DrawRectangle();
-    const auto answering = AnswerDialogs([&](QWidget& dialog) {
-      if (auto* files = qobject_cast<QFileDialog*>(&dialog)) {
-        files->selectFile(folder.filePath(c.typed));
-        static_cast<QDialog*>(files)->accept();
-      }
-    });
+    window.AskSaveFileName = [&](const QString&, const QString&, const QString&) { return folder.filePath(c.typed); };
     window.findChild<QAction*>("saveAs")->trigger();
     EXPECT_EQ(window.FileName(), folder.filePath(c.written));
     EXPECT_TRUE(TMyCAD::IsZOLTFile(folder.filePath(c.written).toStdString()));
