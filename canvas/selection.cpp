@@ -66,12 +66,18 @@ void TMyCAD::SelectAllWorkingShapes() {
 void TMyCAD::SelectAllShapes() {
   // In one pass: the top-level shapes not yet selected join in list order.
   std::vector<TMyShape*> added;
-  for (const auto& shape : shapes_)
-    if (!shape->HasParentShape() && !workingAt_.contains(shape.get())) {
-      workingAt_[shape.get()] = static_cast<std::int32_t>(working_.size());
-      working_.push_back(shape.get());
-      added.push_back(shape.get());
-    }
+  added.reserve(shapes_.size());
+  workingAt_.reserve(working_.size() + shapes_.size());
+  working_.reserve(working_.size() + shapes_.size());
+  const bool none = working_.empty();
+  for (std::size_t i = 0; i < shapes_.size(); ++i) {
+    PrefetchShape(i + 16);
+    TMyShape* shape = shapes_[i].get();
+    if (shape->HasParentShape() || (!none && workingAt_.contains(shape))) continue;
+    workingAt_.emplace(shape, static_cast<std::int32_t>(working_.size()));
+    working_.push_back(shape);
+    added.push_back(shape);
+  }
   InvalidateHandles(added);
 }
 

@@ -54,6 +54,9 @@ void TMyCAD::RegisterShape(TMyShape* shape) {
 
 void TMyCAD::ShapeChanged(TMyShape& shape) {
   if (tearingDown_ || !index_) return;
+  // A shape of the list sits at its ShapeNo: copies (undo records) and shapes
+  // not added yet are told apart without a lookup.
+  if (GetShapeByNo(shape.ShapeNo) != &shape) return;
   if (index_->MarkStale(&shape)) update();
 }
 
@@ -71,6 +74,11 @@ void TMyCAD::InvalidateHandles(const std::vector<TMyShape*>& shapes) {
   // Handles lie in the shape's indexed box. A shape not indexed yet, or
   // changed since, has its old and new boxes repainted by the next flush.
   if (shapes.size() > kFewHandleChanges) {
+    // A good part of the drawing: its handles are about everywhere.
+    if (shapes.size() > shapes_.size() / 8) {
+      Invalidate();
+      return;
+    }
     TBoundsBuilder all;
     for (const TMyShape* s : shapes)
       if (const TShapeIndex::TSlot* slot = index_->SlotOf(s); slot && slot->indexed) all.Add(slot->box);

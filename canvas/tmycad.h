@@ -726,6 +726,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Gives every stored list position its new value after the list changed:
   // Map(old position) is the new one, -1 for a removed shape.
   void RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map);
+  // Asks the processor for the shape at list position No ahead of a pass.
+  void PrefetchShape(std::size_t no) const;
   void RemoveShapes(const std::vector<TMyShape*>& doomed);
   void ForgetShape(const TMyShape* shape);
   TMyShape* AddShapeFromCode(const std::string& className, const std::string& name, const TArrMyPoint& points,

@@ -62,8 +62,10 @@ void TMyCAD::BringToFront(TMyShape* shape, bool record) {
   if (record) PushtoUndoRedoShapeList({shape}, ACT_BRINGTOFRONT);
   if (!shape || GetShapeByNo(shape->ShapeNo) != shape) return;
   std::vector<std::int32_t> positions = {shape->ShapeNo};
-  for (std::int32_t i = shape->ShapeNo + 1; i < GetShapesCount(); ++i)
+  for (std::int32_t i = shape->ShapeNo + 1; i < GetShapesCount(); ++i) {
+    PrefetchShape(static_cast<std::size_t>(i) + 16);
     if (!GetShapeByNo(i)->HasParentShape()) positions.push_back(i);
+  }
   RotatePositions(positions, true);
   InvalidateShapeArea(shape);
 }
@@ -77,8 +79,10 @@ void TMyCAD::SendToBack(TMyShape* shape, bool record) {
   if (record) PushtoUndoRedoShapeList({shape}, ACT_SENDTOBACK);
   if (!shape || GetShapeByNo(shape->ShapeNo) != shape) return;
   std::vector<std::int32_t> positions;
-  for (std::int32_t i = 0; i < shape->ShapeNo; ++i)
+  for (std::int32_t i = 0; i < shape->ShapeNo; ++i) {
+    PrefetchShape(static_cast<std::size_t>(i) + 16);
     if (!GetShapeByNo(i)->HasParentShape()) positions.push_back(i);
+  }
   positions.push_back(shape->ShapeNo);
   RotatePositions(positions, false);
   InvalidateShapeArea(shape);

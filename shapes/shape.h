@@ -349,10 +349,22 @@ class TMyShape : public QObject {
   std::vector<std::int32_t> ChildShapes;
   // Numbers of the connectors attached to this shape.
   std::vector<std::uint32_t> LinkLines;
+  // Whether RemapShapeNumbers has anything to renumber: a parent, members,
+  // connectors, or list positions a kind keeps of its own (connector ends).
+  // The owner's renumbering passes over shapes without any.
+  bool HoldsListPositions() const {
+    return ParentId >= 0 || !ChildShapes.empty() || !LinkLines.empty() || ownListPositions_;
+  }
   // Relation id kept for the drawing format; -1 after creation and copies.
   std::int32_t SpareRelationId = -1;
   // The handle found by the last InWhichHot, -1 for none.
   std::int32_t CurrentHot = -1;
+
+ private:
+  // Next to the relations above, which a renumbering pass reads together.
+  bool ownListPositions_ = false;
+
+ public:
 
  protected:
   // Owner values with the no-owner fallbacks (zoom 1, handle size 4, ratio
@@ -369,6 +381,9 @@ class TMyShape : public QObject {
   TMyPoint PivotPoint() const;
   // Mirrors the gradient bitmap by the flip flags.
   void FlipGradientByFlags();
+  // For kinds that store list positions of their own and renumber them in
+  // RemapShapeNumbers.
+  void DeclareOwnListPositions() { ownListPositions_ = true; }
   void RepaintOwner() const;
 
  private:
