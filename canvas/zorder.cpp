@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "canvas/tmycad.h"
 
 namespace lumatrex {
@@ -23,30 +25,27 @@ void TMyCAD::SwapWithNeighbour(TMyShape* shape, bool forward) {
 
 void TMyCAD::RotatePositions(const std::vector<std::int32_t>& positions, bool forward) {
   if (positions.size() < 2) return;
-  std::vector<std::int32_t> newNo(shapes_.size());
-  for (std::size_t i = 0; i < newNo.size(); ++i) newNo[i] = static_cast<std::int32_t>(i);
   const std::size_t last = positions.size() - 1;
   auto slot = [this](std::int32_t no) -> std::unique_ptr<TMyShape>& { return shapes_[static_cast<std::size_t>(no)]; };
   if (forward) {
     // The first moves to the last place; every other one a place back.
     std::unique_ptr<TMyShape> moving = std::move(slot(positions[0]));
-    for (std::size_t j = 0; j < last; ++j) {
-      slot(positions[j]) = std::move(slot(positions[j + 1]));
-      newNo[static_cast<std::size_t>(positions[j + 1])] = positions[j];
-    }
+    for (std::size_t j = 0; j < last; ++j) slot(positions[j]) = std::move(slot(positions[j + 1]));
     slot(positions[last]) = std::move(moving);
-    newNo[static_cast<std::size_t>(positions[0])] = positions[last];
   } else {
     std::unique_ptr<TMyShape> moving = std::move(slot(positions[last]));
-    for (std::size_t j = last; j > 0; --j) {
-      slot(positions[j]) = std::move(slot(positions[j - 1]));
-      newNo[static_cast<std::size_t>(positions[j - 1])] = positions[j];
-    }
+    for (std::size_t j = last; j > 0; --j) slot(positions[j]) = std::move(slot(positions[j - 1]));
     slot(positions[0]) = std::move(moving);
-    newNo[static_cast<std::size_t>(positions[last])] = positions[0];
   }
-  RenumberShapes([&newNo](std::int32_t old) {
-    return old >= 0 && old < static_cast<std::int32_t>(newNo.size()) ? newNo[static_cast<std::size_t>(old)] : old;
+  // Old position -> new one, looked up in the sorted positions (only shapes
+  // that hold positions ask): each steps one place along them, the moved one
+  // goes to the other end.
+  RenumberShapes([&positions, last, forward](std::int32_t old) {
+    const auto it = std::lower_bound(positions.begin(), positions.end(), old);
+    if (it == positions.end() || *it != old) return old;
+    const auto j = static_cast<std::size_t>(it - positions.begin());
+    if (forward) return j == 0 ? positions[last] : positions[j - 1];
+    return j == last ? positions[0] : positions[j + 1];
   });
 }
 
@@ -61,7 +60,9 @@ void TMyCAD::RotatePositions(const std::vector<std::int32_t>& positions, bool fo
 void TMyCAD::BringToFront(TMyShape* shape, bool record) {
   if (record) PushtoUndoRedoShapeList({shape}, ACT_BRINGTOFRONT);
   if (!shape || GetShapeByNo(shape->ShapeNo) != shape) return;
-  std::vector<std::int32_t> positions = {shape->ShapeNo};
+  // Kept between calls: a large list needs no fresh memory each time.
+  static thread_local std::vector<std::int32_t> positions;
+  positions.assign(1, shape->ShapeNo);
   for (std::int32_t i = shape->ShapeNo + 1; i < GetShapesCount(); ++i) {
     PrefetchShape(static_cast<std::size_t>(i) + 16);
     if (!GetShapeByNo(i)->HasParentShape()) positions.push_back(i);
@@ -78,7 +79,8 @@ void TMyCAD::BringToFrontByStep(TMyShape* shape, bool record) {
 void TMyCAD::SendToBack(TMyShape* shape, bool record) {
   if (record) PushtoUndoRedoShapeList({shape}, ACT_SENDTOBACK);
   if (!shape || GetShapeByNo(shape->ShapeNo) != shape) return;
-  std::vector<std::int32_t> positions;
+  static thread_local std::vector<std::int32_t> positions;
+  positions.clear();
   for (std::int32_t i = 0; i < shape->ShapeNo; ++i) {
     PrefetchShape(static_cast<std::size_t>(i) + 16);
     if (!GetShapeByNo(i)->HasParentShape()) positions.push_back(i);
