@@ -1,7 +1,11 @@
 """Prints our time / peer time for every benchmark "X" that has a "X_Peer"
-(arguments after a '/' must match: "BM_A/64" pairs with "BM_A_Peer/64")."""
+(arguments after a '/' must match: "BM_A/64" pairs with "BM_A_Peer/64"),
+and, for benchmarks whose first argument is the drawing size N, the time at
+N = 100000 over the time at N = 10000 ("BM_A/10000/4" with "BM_A/100000/4")."""
 import json
 import sys
+
+SMALL, LARGE = "10000", "100000"
 
 
 def peer_of(name):
@@ -9,6 +13,14 @@ def peer_of(name):
     if not base.endswith("_Peer"):
         return None
     return base[: -len("_Peer")] + sep + args
+
+
+def larger_of(name):
+    """The name at N = 100000 of a benchmark run at N = 10000, or None."""
+    parts = name.split("/")
+    if len(parts) < 2 or parts[1] != SMALL:
+        return None
+    return "/".join([parts[0], LARGE] + parts[2:])
 
 
 def main(path):
@@ -24,6 +36,15 @@ def main(path):
         print("\nratio ours / peer (lower is better):")
         for ours, ratio in sorted(rows):
             print(f"  {ours:<50} {ratio:6.2f}")
+    scale = []
+    for name, small_time in times.items():
+        large = larger_of(name)
+        if large in times and small_time > 0:
+            scale.append((name.replace("/" + SMALL, "/N", 1), times[large] / small_time))
+    if scale:
+        print("\nratio time at N = 100000 / time at N = 10000:")
+        for name, ratio in sorted(scale):
+            print(f"  {name:<50} {ratio:6.2f}")
 
 
 if __name__ == "__main__":

@@ -41,7 +41,6 @@ void AlignSelection(TMyCAD& cad, const TAlignRule& rule) {
     cad.DragChangeValueDxDyforShapes(shape, rule.horizontal ? delta : 0, rule.horizontal ? 0 : delta);
   }
   for (TMyShape* shape : shapes) cad.ChangeLinkShapes(shape);
-  cad.Invalidate();
 }
 
 float ExtentOf(const TMyRect& r, bool horizontal) { return horizontal ? r.Right - r.Left : r.Bottom - r.Top; }
@@ -56,6 +55,7 @@ void ScaleAlong(TMyShape& shape, bool horizontal, long double origin, long doubl
   std::for_each(shape.LinkPoints.begin(), shape.LinkPoints.end(), scale);
   scale(shape.CenterPoint);
   scale(shape.TextoutPoint);
+  shape.Changed();
 }
 
 }  // namespace
@@ -90,7 +90,6 @@ void TMyCAD::ResizeToAverage(bool horizontal) {
     });
   }
   for (TMyShape* shape : shapes) ChangeLinkShapes(shape);
-  Invalidate();
 }
 
 }  // namespace lumatrex

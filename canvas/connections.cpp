@@ -24,21 +24,30 @@ bool BoundEnd(const TMyCAD& cad, std::int32_t shapeNo, std::int32_t linkPoint, T
 
 }  // namespace
 
+// Only the connectors the moved shapes list in LinkLines are looked at: the
+// work follows the connections, not the size of the drawing.
 void TMyCAD::ChangeLinkShapes(TMyShape* shape) {
   if (!shape) return;
+  const std::vector<TMyShape*> movedShapes = SubtreeOf(shape);
   std::vector<std::int32_t> moved;
-  for (const TMyShape* s : SubtreeOf(shape)) moved.push_back(s->ShapeNo);
-  auto touches = [&moved](std::int32_t no) { return std::find(moved.begin(), moved.end(), no) != moved.end(); };
-  for (const auto& candidate : shapes_) {
-    auto* link = dynamic_cast<TMyLinkLine*>(candidate.get());
-    if (!link || link->GetPointsCount() < 2) continue;
-    TMyPoint at;
-    if (touches(link->GetStartSpNo()) && BoundEnd(*this, link->GetStartSpNo(), link->GetStartSpPtId(), at))
-      link->SetPoint(0, at);
-    if (touches(link->GetEndSpNo()) && BoundEnd(*this, link->GetEndSpNo(), link->GetEndSpPtId(), at))
-      link->SetPoint(link->GetPointsCount() - 1, at);
-    link->CenterPoint = link->ComputeCenterPoint(4);
-  }
+  moved.reserve(movedShapes.size());
+  for (const TMyShape* s : movedShapes) moved.push_back(s->ShapeNo);
+  std::sort(moved.begin(), moved.end());
+  auto touches = [&moved](std::int32_t no) { return std::binary_search(moved.begin(), moved.end(), no); };
+  std::vector<TMyLinkLine*> done;
+  for (const TMyShape* s : movedShapes)
+    for (const std::uint32_t no : s->LinkLines) {
+      auto* link = dynamic_cast<TMyLinkLine*>(GetShapeByNo(static_cast<std::int32_t>(no)));
+      if (!link || link->GetPointsCount() < 2 || std::find(done.begin(), done.end(), link) != done.end()) continue;
+      done.push_back(link);
+      TMyPoint at;
+      if (touches(link->GetStartSpNo()) && BoundEnd(*this, link->GetStartSpNo(), link->GetStartSpPtId(), at))
+        link->SetPoint(0, at);
+      if (touches(link->GetEndSpNo()) && BoundEnd(*this, link->GetEndSpNo(), link->GetEndSpPtId(), at))
+        link->SetPoint(link->GetPointsCount() - 1, at);
+      link->CenterPoint = link->ComputeCenterPoint(4);
+      link->Changed();
+    }
 }
 
 }  // namespace lumatrex

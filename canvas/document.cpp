@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <unordered_set>
 
+#include "canvas/shape_index.h"
 #include "canvas/tmycad.h"
 #include "platform/hooks.h"
 #include "shapes/shape_factory.h"
@@ -22,6 +24,7 @@ bool TMyCAD::AddShape(std::unique_ptr<TMyShape> shape, bool keepLayer, bool noCo
   }
   if (!keepLayer) shape->LayerId = currentLayerId_;
   shape->ShapeNo = GetShapesCount();
+  RegisterShape(shape.get());
   shapes_.push_back(std::move(shape));
   if (!noCount) ++nextShapeId_;
   modified_ = true;
@@ -55,7 +58,9 @@ TMyShape* TMyCAD::AddShapeFromCode(const std::string& className, const std::stri
   shape->CenterPoint = shape->ComputeCenterPoint(4);
   shape->TextoutPoint = shape->CenterPoint;
   if (angle != 0) shape->RotateChangeValueByAngle(shape->CenterPoint, angle);
-  Invalidate();
+  // Points written directly: the index takes the shape's box anew, and its
+  // area is repainted.
+  shape->Changed();
   return shape;
 }
 
@@ -79,11 +84,19 @@ TMyShape* TMyCAD::GetShapeByNo(std::int32_t no) const {
   return shapes_[static_cast<std::size_t>(no)].get();
 }
 
-TMyShape* TMyCAD::GetShapeByID(std::int32_t id) const { return GetShapeByNo(GetShapeNoById(id)); }
+TMyShape* TMyCAD::GetShapeByID(std::int32_t id) const {
+  // Ids changed since the last look are filed anew first.
+  SyncIndex();
+  TMyShape* found = nullptr;
+  index_->ForEachWithId(id, [&](TMyShape* s) {
+    if (s->ShapeId == id && (!found || s->ShapeNo < found->ShapeNo)) found = s;
+  });
+  return found;
+}
 
 std::int32_t TMyCAD::GetShapeNoById(std::int32_t id) const {
-  const auto it = std::find_if(shapes_.begin(), shapes_.end(), [id](const auto& s) { return s->ShapeId == id; });
-  return it == shapes_.end() ? -1 : static_cast<std::int32_t>(it - shapes_.begin());
+  const TMyShape* shape = GetShapeByID(id);
+  return shape ? shape->ShapeNo : -1;
 }
 
 TMyShape* TMyCAD::GetShapeByName(const std::string& name) const {
@@ -137,13 +150,15 @@ TMyShape* TMyCAD::GetPrevSingleorRootShape(std::int32_t no) const {
 // Deleting and renumbering
 
 std::vector<TMyShape*> TMyCAD::SubtreeOf(TMyShape* shape) const {
+  if (!shape->HasChildShapes()) return {shape};
   std::vector<TMyShape*> found;
+  std::unordered_set<const TMyShape*> seen;
   std::vector<TMyShape*> pending = {shape};
   // Bounded by the list size so that a broken child list cannot loop.
   while (!pending.empty() && static_cast<std::int32_t>(found.size()) <= GetShapesCount()) {
     TMyShape* s = pending.back();
     pending.pop_back();
-    if (std::find(found.begin(), found.end(), s) != found.end()) continue;
+    if (!seen.insert(s).second) continue;
     found.push_back(s);
     for (const std::int32_t no : s->ChildShapes)
       if (TMyShape* child = GetShapeByNo(no)) pending.push_back(child);
@@ -151,34 +166,82 @@ std::vector<TMyShape*> TMyCAD::SubtreeOf(TMyShape* shape) const {
   return found;
 }
 
+void TMyCAD::PrefetchShape(std::size_t no) const {
+  if (no >= shapes_.size()) return;
+  // The relations and the list position, which the passes read and write.
+  __builtin_prefetch(&shapes_[no]->ShapeNo);
+}
+
 void TMyCAD::RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map) {
+  // A pass over every shape of a large drawing waits on memory, not on the
+  // work: the shapes a few places ahead are fetched while one is done.
   for (std::size_t i = 0; i < shapes_.size(); ++i) {
-    shapes_[i]->RemapShapeNumbers(map);
-    shapes_[i]->ShapeNo = static_cast<std::int32_t>(i);
+    PrefetchShape(i + 16);
+    TMyShape* shape = shapes_[i].get();
+    if (shape->HoldsListPositions()) shape->RemapShapeNumbers(map);
+    shape->ShapeNo = static_cast<std::int32_t>(i);
   }
 }
 
 void TMyCAD::ForgetShape(const TMyShape* shape) {
-  working_.erase(std::remove(working_.begin(), working_.end(), shape), working_.end());
+  if (const auto it = workingAt_.find(shape); it != workingAt_.end()) {
+    const auto at = static_cast<std::size_t>(it->second);
+    InvalidateHandles({working_[at]});
+    working_.erase(working_.begin() + static_cast<std::ptrdiff_t>(at));
+    workingAt_.erase(it);
+    for (std::size_t i = at; i < working_.size(); ++i) workingAt_[working_[i]] = static_cast<std::int32_t>(i);
+  }
   // A gesture or a hover must not keep pointing at a shape that is gone.
   for (TMyShape** held : {&currentShape_, &shapeBeneath_, &clickedChildShape_, &hoverShape_})
     if (*held == shape) *held = nullptr;
+  std::erase(previewShapes_, shape);
 }
 
+// One pass over the list, however many shapes go: they leave the selection,
+// the gesture and the index, the rest close up, and every stored position is
+// renumbered once.
 void TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
+  std::vector<char> gone(shapes_.size(), 0);
+  auto isGone = [&](const TMyShape* s) {
+    return s && GetShapeByNo(s->ShapeNo) == s && gone[static_cast<std::size_t>(s->ShapeNo)] != 0;
+  };
+  bool any = false;
+  for (TMyShape* s : doomed)
+    if (s && GetShapeByNo(s->ShapeNo) == s) {
+      gone[static_cast<std::size_t>(s->ShapeNo)] = 1;
+      any = true;
+    }
+  if (!any) return;
+  if (std::any_of(working_.begin(), working_.end(), isGone)) {
+    std::vector<TMyShape*> leaving, staying;
+    for (TMyShape* s : working_) (isGone(s) ? leaving : staying).push_back(s);
+    InvalidateHandles(leaving);
+    SetWorking(std::move(staying));
+  }
+  for (TMyShape** held : {&currentShape_, &shapeBeneath_, &clickedChildShape_, &hoverShape_})
+    if (isGone(*held)) *held = nullptr;
+  std::erase_if(previewShapes_, isGone);
+
+  // Taking out a large part of the drawing one box at a time costs more than
+  // building the index anew from what stays (which repaints everything).
+  const std::size_t count = static_cast<std::size_t>(std::count(gone.begin(), gone.end(), 1));
+  if (count > shapes_.size() / 4 + 64) indexNeedsRebuild_ = true;
   std::vector<std::int32_t> newNo(shapes_.size(), -1);
-  std::vector<std::unique_ptr<TMyShape>> kept;
   std::vector<std::unique_ptr<TMyShape>> removed;
+  removed.reserve(count);
+  std::size_t kept = 0;
   for (std::size_t i = 0; i < shapes_.size(); ++i) {
-    if (std::find(doomed.begin(), doomed.end(), shapes_[i].get()) != doomed.end()) {
-      ForgetShape(shapes_[i].get());
+    if (gone[i]) {
+      TMyRect box;
+      if (!indexNeedsRebuild_ && index_->Remove(shapes_[i].get(), box)) InvalidateZoomed(box);
       removed.push_back(std::move(shapes_[i]));
     } else {
-      newNo[i] = static_cast<std::int32_t>(kept.size());
-      kept.push_back(std::move(shapes_[i]));
+      newNo[i] = static_cast<std::int32_t>(kept);
+      if (kept != i) shapes_[kept] = std::move(shapes_[i]);
+      ++kept;
     }
   }
-  shapes_ = std::move(kept);
+  shapes_.resize(kept);
   RenumberShapes([&newNo](std::int32_t old) {
     return old >= 0 && old < static_cast<std::int32_t>(newNo.size()) ? newNo[static_cast<std::size_t>(old)] : -1;
   });
@@ -191,13 +254,17 @@ bool TMyCAD::DeleteShapeById(std::int32_t id, bool record) {
   if (record) PushtoUndoRedoShapeList({shape}, ACT_DELETE);
   RemoveShapes(SubtreeOf(shape));
   modified_ = true;
-  Invalidate();
   return true;
 }
 
 void TMyCAD::DeleteAllShapes() {
   working_.clear();
-  for (const auto& shape : shapes_) ForgetShape(shape.get());
+  workingAt_.clear();
+  previewShapes_.clear();
+  for (TMyShape** held : {&currentShape_, &shapeBeneath_, &clickedChildShape_, &hoverShape_})
+    if (*held && GetShapeByNo((*held)->ShapeNo) == *held) *held = nullptr;
+  index_->Clear();
+  indexNeedsRebuild_ = false;
   shapes_.clear();
   modified_ = true;
   Invalidate();
@@ -213,8 +280,35 @@ void TMyCAD::DeleteSelectedShapes(bool record) {
     }
   // One step for the whole selection, so that one undo brings it all back.
   if (record) PushtoUndoRedoShapeList(doomed, ACT_DELETE);
-  // By id: a deletion frees shapes, and an id that is gone is simply refused.
-  for (const std::int32_t id : ids) DeleteShapeById(id, false);
+  // Each shape by id, as DeleteShapeById would take them one after the
+  // other (a shape already gone with an earlier group is refused, a locked
+  // one kept), but removed together in one pass.
+  std::vector<TMyShape*> removed;
+  std::vector<char> taken(shapes_.size(), 0);  // by list position, which stays put until the removal
+  auto isTaken = [&](const TMyShape* s) { return taken[static_cast<std::size_t>(s->ShapeNo)] != 0; };
+  auto take = [&](TMyShape* s) {
+    if (isTaken(s)) return;
+    taken[static_cast<std::size_t>(s->ShapeNo)] = 1;
+    removed.push_back(s);
+  };
+  SyncIndex();
+  for (const std::int32_t id : ids) {
+    // The first shape in the list with the id that is still there.
+    TMyShape* shape = nullptr;
+    index_->ForEachWithId(id, [&](TMyShape* s) {
+      if (s->ShapeId == id && !isTaken(s) && (!shape || s->ShapeNo < shape->ShapeNo)) shape = s;
+    });
+    if (!shape || shape->GetLocked()) continue;
+    if (OnShapeDeleted) OnShapeDeleted(this, shape);
+    if (!shape->HasChildShapes()) {
+      take(shape);
+      continue;
+    }
+    for (TMyShape* s : SubtreeOf(shape)) take(s);
+  }
+  if (removed.empty()) return;
+  RemoveShapes(removed);
+  modified_ = true;
 }
 
 // ---------------------------------------------------------------------------

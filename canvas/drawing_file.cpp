@@ -288,6 +288,8 @@ void TMyCAD::TakeDrawing(TMyCAD& loaded) {
   currentLayerId_ = loaded.currentLayerId_;
   shapes_ = std::move(loaded.shapes_);
   for (const auto& shape : shapes_) shape->SetOwner(this);
+  // The index is built in one go before the next query or paint.
+  indexNeedsRebuild_ = true;
   nextShapeId_ = loaded.nextShapeId_;
   // The drawing keeps the tag it was read with until it is saved again.
   diskFileVersion_ = loaded.diskFileVersion_;
@@ -333,6 +335,7 @@ void TMyCAD::TakeBlock(TMyCAD& block, TBlockLayerMode mode) {
     MoveIntoDrawing(*shape, no, count, first, nextShapeId_);
     const std::int32_t layerNo = block.GetLayerNoById(shape->LayerId);
     shape->LayerId = layerNo < 0 ? currentLayerId_ : layerIds[static_cast<std::size_t>(layerNo)];
+    RegisterShape(shape.get());
     shapes_.push_back(std::move(shape));
   }
   nextShapeId_ = IdPlus(nextShapeId_, count);

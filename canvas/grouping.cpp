@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <unordered_set>
 
 #include "canvas/tmycad.h"
 #include "shapes/groups.h"
@@ -16,9 +17,9 @@ TArrMyPoint Corners(const TMyRect& r) {
 // The top-level shapes of Cad among Shapes, each once, in the given order.
 std::vector<TMyShape*> GroupableShapes(const TMyCAD& cad, const std::vector<TMyShape*>& shapes) {
   std::vector<TMyShape*> members;
+  std::unordered_set<const TMyShape*> taken;
   for (TMyShape* s : shapes)
-    if (s && cad.GetShapeByNo(s->ShapeNo) == s && !s->HasParentShape() &&
-        std::find(members.begin(), members.end(), s) == members.end())
+    if (s && cad.GetShapeByNo(s->ShapeNo) == s && !s->HasParentShape() && taken.insert(s).second)
       members.push_back(s);
   return members;
 }
@@ -41,6 +42,8 @@ TMyShape* TMyCAD::GroupShapes(const std::vector<TMyShape*>& shapes, bool record)
   for (TMyShape* member : members) {
     group->ChildShapes.push_back(member->ShapeNo);
     member->ParentId = group->ShapeNo;
+    // Members are painted with their group, in its place of the order now.
+    InvalidateShapeArea(member);
   }
   // The selection holds top-level shapes only: selected members give way to
   // their group.
@@ -49,7 +52,6 @@ TMyShape* TMyCAD::GroupShapes(const std::vector<TMyShape*>& shapes, bool record)
     AddWorkingShapes(group);
   }
   if (record) PushtoUndoRedoShapeList({group}, ACT_GROUP);
-  Invalidate();
   return group;
 }
 
@@ -59,7 +61,10 @@ void TMyCAD::UnGroupShape(TMyShape* group, bool record) {
     return;
   if (record) PushtoUndoRedoShapeList({group}, ACT_UNGROUP);
   for (const std::int32_t no : group->ChildShapes)
-    if (TMyShape* member = GetShapeByNo(no)) member->ParentId = -1;
+    if (TMyShape* member = GetShapeByNo(no)) {
+      member->ParentId = -1;
+      InvalidateShapeArea(member);
+    }
   group->ChildShapes.clear();
   DeleteShapeById(group->ShapeId, false);
 }

@@ -59,13 +59,19 @@ TPoint Rounded(const TMyPoint& p) { return MyPtToPt(p); }
 // Tools
 
 void TMyCAD::SetShapeTool(TDrawTool value) {
+  // A preview goes with the tool it was drawn for, and a dropped unfinished
+  // shape (a free-hand stroke is drawn as it grows) with its area.
+  ErasePreview();
+  EraseRubberBand();
+  if (IsDrawingTool(value) && pendingShape_) InvalidateZoomed(pendingShape_->GetBoundsInZoom());
   shapeTool_ = value;
   actionTool_ = ActionOfTool(value);
   if (IsDrawingTool(value)) {
     pendingShape_.reset();
     currentShape_ = nullptr;
   }
-  Invalidate();
+  // Handles look different while rotating.
+  InvalidateHandles(working_);
 }
 
 void TMyCAD::SetRotateConstraintDegree(std::int32_t value) {
@@ -124,11 +130,29 @@ void TMyCAD::PressWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y
   currentPoint_ = p;
 }
 
+// Walks the working shapes in selection order (a scan bounded by the
+// selection, not the drawing). With many of them, a shape whose indexed box
+// (which holds its handles and hit areas) and whose members' boxes all miss P
+// is passed over: none of its tests could succeed there, and it gets the
+// "no handle" its own test would have given.
 bool TMyCAD::PressOnHotPoint(std::int32_t x, std::int32_t y) {
   const TPoint p = Point(x, y);
+  const bool many = working_.size() > 64;
+  const TMyRect at{static_cast<float>(x), static_cast<float>(y), static_cast<float>(x), static_cast<float>(y)};
+  auto mayHit = [&](const TMyShape* s) {
+    const TMyRect box = GetIndexedBounds(s);
+    return box.Left <= at.Right && at.Left <= box.Right && box.Top <= at.Bottom && at.Top <= box.Bottom;
+  };
+  if (many) SyncIndex();
   for (TMyShape* shape : working_) {
     currentShape_ = shape;
     if (IsClass(shape, "TMyFreeLine")) break;
+    if (many && !mayHit(shape) &&
+        std::none_of(shape->ChildShapes.begin(), shape->ChildShapes.end(),
+                     [&](std::int32_t no) { return GetShapeByNo(no) && mayHit(GetShapeByNo(no)); })) {
+      shape->CurrentHot = -1;
+      continue;
+    }
     for (const std::int32_t no : shape->ChildShapes)
       if (TMyShape* child = GetShapeByNo(no); child && child->IsClickedMe(Canvas(), p)) clickedChildShape_ = child;
     const std::int32_t hot = shape->InWhichHot(p);
@@ -151,23 +175,32 @@ bool TMyCAD::PressOnHotPoint(std::int32_t x, std::int32_t y) {
 
 bool TMyCAD::PressOnSelectedBody(TShiftState shift, std::int32_t x, std::int32_t y) {
   const TPoint p = Point(x, y);
-  const auto hit = std::find_if(working_.begin(), working_.end(),
-                                [&](TMyShape* s) { return IsClickedMeforShape(Canvas(), s, p); });
-  if (hit == working_.end()) return false;
-  TMyShape* pressed = *hit;
+  const TMyRect at{static_cast<float>(x), static_cast<float>(y), static_cast<float>(x), static_cast<float>(y)};
+  // The first working shape, in selection order, that the press hits: only
+  // shapes whose indexed box holds P can be hit.
+  TMyShape* pressed = nullptr;
+  IndexQuery(at, false, hits_);
+  for (TMyShape* s : hits_) {
+    const std::int32_t order = IsInWorkingShape(s);
+    if (order == -1 || (pressed && order > IsInWorkingShape(pressed))) continue;
+    if (IsClickedMeforShape(Canvas(), s, p)) pressed = s;
+  }
+  if (!pressed) return false;
   currentShape_ = pressed;
   if (shift & ssShift) {
     RemoveWorkingShape(pressed);
     currentShape_ = nullptr;
-    Invalidate();
     return true;
   }
   const TMyRect box = GetShapesLTRBinZoom({pressed});
   const TPoint boxA = Point(static_cast<std::int32_t>(std::floor(box.Left)), static_cast<std::int32_t>(std::floor(box.Top)));
   const TPoint boxB = Point(static_cast<std::int32_t>(std::ceil(box.Right)), static_cast<std::int32_t>(std::ceil(box.Bottom)));
   const std::vector<TMyShape*> family = SubtreeOf(pressed);
-  for (const auto& candidate : shapes_) {
-    TMyShape* s = candidate.get();
+  // The back-most other shape under P inside the pressed shape's box: the
+  // one a click without a drag selects instead (candidates from the index,
+  // in list order).
+  IndexQuery(at, false, hits_);
+  for (TMyShape* s : hits_) {
     if (s == pressed || std::find(family.begin(), family.end(), s) != family.end()) continue;
     if (!IsClickedMeforShape(Canvas(), s, p) || !IsInRegion(boxA, boxB, s)) continue;
     if (s->LayerId != currentLayerId_ && !operateAllLayer_) continue;
@@ -184,27 +217,14 @@ void TMyCAD::PressOnUnselected(TShiftState shift, std::int32_t x, std::int32_t y
   const TPoint p = Point(x, y);
   TMyShape* previous = working_.empty() ? nullptr : working_.front();
   if (previous && OnShapeSelected) OnShapeSelected(this, previous, nullptr);
-  TMyShape* winner = nullptr;
-  TMyShape* fallback = nullptr;
-  for (auto it = shapes_.rbegin(); it != shapes_.rend(); ++it) {
-    TMyShape* s = it->get();
-    if (IsInWorkingShape(s) != -1 || !IsVisibleLayerByID(s->LayerId)) continue;
-    if (!operateAllLayer_ && s->LayerId != currentLayerId_) continue;
-    if (!IsClickedMeforShape(Canvas(), s, p)) continue;
-    const bool connector = IsClass(s, "TMyLineLinkLine");
-    if (connector && !s->HasParentShape() && !winner) winner = s;
-    if (!connector && !s->HasParentShape() && !fallback) fallback = s;
-  }
-  if (!winner) winner = fallback;
+  TMyShape* winner = PickShape(p, true);
   if (!winner) {
     RemoveAllWorkingShapes();
-    Invalidate();
     return;
   }
   if (shift & ssShift) {
     AddWorkingShapes(winner);
     if (OnShapeSelected) OnShapeSelected(this, nullptr, winner);
-    Invalidate();
     return;
   }
   RemoveAllWorkingShapes();
@@ -212,7 +232,8 @@ void TMyCAD::PressOnUnselected(TShiftState shift, std::int32_t x, std::int32_t y
   currentShape_ = winner;
   if (OnShapeSelected) OnShapeSelected(this, previous, winner);
   if (winner->OnClick) winner->OnClick(this);
-  Repaint();
+  // The new handles show before a drag draws its preview.
+  PaintInvalidated();
   if (actionTool_ != dtBrowse) actionTool_ = dtDragging;
 }
 
@@ -249,17 +270,25 @@ void TMyCAD::MoveWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y)
 
 void TMyCAD::HoverWhileSelecting(std::int32_t x, std::int32_t y) {
   const TPoint p = Point(x, y);
-  if (mouseEffect_) {
-    for (TMyShape* s : working_) {
-      const TCursor cursor = s->GetMouseCursor(x, y);
-      SetCursor(cursor);
-      if (cursor != crCross) break;
-    }
+  const TMyRect at{static_cast<float>(x), static_cast<float>(y), static_cast<float>(x), static_cast<float>(y)};
+  if (mouseEffect_ && !working_.empty()) {
+    // The cursor of the first working shape, in selection order, that shows
+    // one other than the cross over P. Only shapes whose box holds P (their
+    // handles lie in it) can.
+    IndexQuery(at, true, hits_);
+    std::erase_if(hits_, [this](const TMyShape* s) { return IsInWorkingShape(s) == -1; });
+    std::sort(hits_.begin(), hits_.end(),
+              [this](const TMyShape* a, const TMyShape* b) { return IsInWorkingShape(a) < IsInWorkingShape(b); });
+    TCursor cursor = crCross;
+    for (TMyShape* s : hits_)
+      if ((cursor = s->GetMouseCursor(x, y)) != crCross) break;
+    SetCursor(cursor);
   }
+  // The front-most top-level shape on a visible layer under P.
   TMyShape* over = nullptr;
-  for (auto it = shapes_.rbegin(); it != shapes_.rend() && !over; ++it)
-    if (!(*it)->HasParentShape() && IsVisibleLayerByID((*it)->LayerId) && IsClickedMeforShape(Canvas(), it->get(), p))
-      over = it->get();
+  IndexQuery(at, true, hits_);
+  for (auto it = hits_.rbegin(); it != hits_.rend() && !over; ++it)
+    if (IsVisibleLayerByID((*it)->LayerId) && IsClickedMeforShape(Canvas(), *it, p)) over = *it;
   ShowHintEnterLeaveShape(over, over != nullptr, p);
 }
 
@@ -268,7 +297,7 @@ void TMyCAD::MoveWithButton(TShiftState shift, std::int32_t x, std::int32_t y) {
   switch (actionTool_) {
     case dtSelecting:
     case dtRotateSelecting:
-      ToggleRubberBand();
+      EraseRubberBand();
       currentPoint_ = p;
       ToggleRubberBand();
       return;
@@ -293,7 +322,9 @@ void TMyCAD::MoveWithButton(TShiftState shift, std::int32_t x, std::int32_t y) {
   }
   ErasePreview();
   if (actionTool_ == dtResizing) FireShapePoint(OnShapeMouseResizing, currentShape_, p);
-  if (actionTool_ == dtDragging)
+  // A walk over the selection (not the drawing), and only when a host
+  // listens: each dragged shape is reported.
+  if (actionTool_ == dtDragging && OnShapeMouseDragging)
     for (TMyShape* s : working_) FireShapePoint(OnShapeMouseDragging, s, p);
   if (actionTool_ == dtRotating) FireShapePoint(OnShapeMouseRotating, currentShape_, p);
   currentPoint_ = p;
@@ -324,8 +355,11 @@ void TMyCAD::TogglePreview() {
       break;
     case dtResizing: currentShape_->Sizing(canvas, startPoint_, currentPoint_); break;
     case dtDragging:
-      if (dragTrace_)
-        for (TMyShape* s : working_) DraggingforShapes(canvas, s, startPoint_, currentPoint_);
+      if (!dragTrace_) break;
+      // The same shapes are drawn to take the preview off as to put it on.
+      if (previewShown_) previewShapes_ = ShownWhileDragged(working_, false);
+      for (TMyShape* s : previewShapes_) DraggingforShapes(canvas, s, startPoint_, currentPoint_);
+      if (!previewShown_) previewShapes_.clear();
       break;
     case dtRotating: {
       const TMyPoint center = currentShape_->ZoomedValuePt(RotationCenterOf(currentShape_));
@@ -339,7 +373,9 @@ void TMyCAD::TogglePreview() {
       break;
     }
     case dtDragWhole:
-      for (TMyShape* s : WholeDragShapes()) DraggingforShapes(canvas, s, startPoint_, currentPoint_);
+      if (previewShown_) previewShapes_ = ShownWhileDragged({}, true);
+      for (TMyShape* s : previewShapes_) DraggingforShapes(canvas, s, startPoint_, currentPoint_);
+      if (!previewShown_) previewShapes_.clear();
       break;
     default: break;
   }
@@ -349,6 +385,11 @@ void TMyCAD::ToggleRubberBand() {
   if (currentPoint_ == startPoint_) return;
   SetSelectShapeMode();
   Canvas().Rectangle(PtToARect(startPoint_, currentPoint_));
+  rubberBandShown_ = !rubberBandShown_;
+}
+
+void TMyCAD::EraseRubberBand() {
+  if (rubberBandShown_) ToggleRubberBand();
 }
 
 // ---------------------------------------------------------------------------
@@ -365,9 +406,11 @@ void TMyCAD::MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std
     case dtDragging: ReleaseDragging(p); break;
     case dtDraggingTextoutPoint:
       gestureChanged_ = true;
-      if (currentShape_) currentShape_->TextoutPoint = MyPoint(static_cast<float>(x / zoom_), static_cast<float>(y / zoom_));
+      if (currentShape_) {
+        currentShape_->TextoutPoint = MyPoint(static_cast<float>(x / zoom_), static_cast<float>(y / zoom_));
+        currentShape_->Changed();
+      }
       actionTool_ = savedActionTool_;
-      Invalidate();
       break;
     case dtRotating: ReleaseRotating(p); break;
     case dtPolylinePolygonPointRemoving: ReleaseNodeRemoving(); break;
@@ -375,6 +418,7 @@ void TMyCAD::MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std
     case dtDragWhole: ReleaseDragWhole(p); break;
     case dtSelecting:
     case dtRotateSelecting:
+      EraseRubberBand();
       currentPoint_ = p;
       ReleaseRubberBand();
       break;
@@ -396,11 +440,15 @@ bool TMyCAD::ReleaseOnChild(const TPoint& p) {
   bool accept = true;
   if (OnChildShapeSelected) OnChildShapeSelected(this, clickedChildShape_, accept);
   // An accepted member is selected on its own, past the root-group rule.
-  if (accept) working_ = {clickedChildShape_};
+  if (accept) {
+    InvalidateHandles(working_);
+    SetWorking({clickedChildShape_});
+    InvalidateHandles(working_);
+  }
   clickedChildShape_ = nullptr;
   mouseIsDown_ = false;
   actionTool_ = savedActionTool_;
-  Repaint();
+  PaintInvalidated();
   return true;
 }
 
@@ -411,7 +459,7 @@ bool TMyCAD::ReleaseClickThrough(const TPoint& p) {
   AddWorkingShapes(shapeBeneath_);
   mouseIsDown_ = false;
   actionTool_ = dtSelecting;
-  Repaint();
+  PaintInvalidated();
   if (OnShapeSelected) OnShapeSelected(this, pressed, shapeBeneath_);
   if (shapeBeneath_->OnClick) shapeBeneath_->OnClick(this);
   currentShape_ = shapeBeneath_;
@@ -453,7 +501,10 @@ void TMyCAD::FinishDrawnShape() {
     added->Points = {{box.Left, box.Top}, {box.Right, box.Top}, {box.Right, box.Bottom}, {box.Left, box.Bottom}};
   }
   if (dynamic_cast<TMyImage*>(added) && !FillImageFromUserFile(added)) return Invalidate();
-  if (!AddShape(std::move(shape), false, false)) return;
+  if (!AddShape(std::move(shape), false, false)) {
+    Invalidate();  // a free-hand stroke may be left on the screen
+    return;
+  }
   RemoveAllWorkingShapes();
   AddWorkingShapes(added);
   TPoint end = currentPoint_;
@@ -487,7 +538,6 @@ void TMyCAD::ReleaseResizing(TShiftState shift, TPoint p) {
   ChangeLinkShapes(currentShape_);
   FireShapePoint(OnShapeMouseResizeFinished, currentShape_, to);
   actionTool_ = savedActionTool_;
-  Invalidate();
 }
 
 void TMyCAD::ReleaseDragging(TPoint p) {
@@ -497,7 +547,6 @@ void TMyCAD::ReleaseDragging(TPoint p) {
   double dx = p.X - startPoint_.X, dy = p.Y - startPoint_.Y;
   if (dx == 0 && dy == 0) {
     actionTool_ = savedActionTool_;
-    Invalidate();
     return;
   }
   if (snap_ || snapShape_) {
@@ -515,7 +564,6 @@ void TMyCAD::ReleaseDragging(TPoint p) {
   TPoint to = Point(startPoint_.X + static_cast<std::int32_t>(dx), startPoint_.Y + static_cast<std::int32_t>(dy));
   for (TMyShape* s : working_) FireShapePoint(OnShapeMouseDragged, s, to);
   actionTool_ = savedActionTool_;
-  Invalidate();
 }
 
 void TMyCAD::ReleaseRotating(const TPoint& p) {
@@ -528,7 +576,6 @@ void TMyCAD::ReleaseRotating(const TPoint& p) {
   TPoint to = p;
   FireShapePoint(OnShapeMouseRotated, currentShape_, to);
   actionTool_ = savedActionTool_;
-  Invalidate();
 }
 
 void TMyCAD::ReleaseNodeRemoving() {
@@ -551,9 +598,9 @@ void TMyCAD::ReleaseNodeRemoving() {
     RemovePoint(hot, shape->Points);
     if (polygon && hot == 0) shape->Points.back() = shape->Points.front();
     shape->CenterPoint = shape->ComputeCenterPoint(4);
+    shape->Changed();
   }
   if (OnNodeDeleted) OnNodeDeleted(this, shape, result);
-  Invalidate();
 }
 
 void TMyCAD::ReleaseNodeAdding(const TPoint& p) {
@@ -570,7 +617,7 @@ void TMyCAD::ReleaseNodeAdding(const TPoint& p) {
     InsertAPointBeforeId(MyPoint(static_cast<float>(p.X / zoom_), static_cast<float>(p.Y / zoom_)), index,
                          shape->Points);
     shape->CenterPoint = shape->ComputeCenterPoint(4);
-    Invalidate();
+    shape->Changed();
     TMyShape* reported = shape;
     if (OnNodeAdded) OnNodeAdded(this, reported, index);
   }
@@ -581,7 +628,6 @@ void TMyCAD::ReleaseDragWhole(TPoint p) {
   GetMousePointbyDragMode(startPoint_, p);
   const double dx = p.X - startPoint_.X, dy = p.Y - startPoint_.Y;
   if (dx == 0 && dy == 0) {
-    Invalidate();
     return;
   }
   // Panning the whole drawing is not an edit: no undo step.
@@ -589,17 +635,21 @@ void TMyCAD::ReleaseDragWhole(TPoint p) {
   for (TMyShape* s : moved) DragChangeValueDxDyforShapes(s, dx, dy);
   for (TMyShape* s : moved) ChangeLinkShapes(s);
   if (OnWholeDragged) OnWholeDragged(this);
-  Invalidate();
 }
 
 void TMyCAD::ReleaseRubberBand() {
-  for (const auto& shape : shapes_) {
-    TMyShape* s = shape.get();
-    if (s->HasParentShape() || !s->GetVisible() || !IsVisibleLayerByID(s->LayerId)) continue;
+  // A shape inside the band has its box meeting the band: the index gives
+  // the candidates, in list order, and the exact test decides.
+  const TRect band = PtToARect(currentPoint_, startPoint_);
+  std::vector<TMyShape*> candidates;
+  IndexQuery({static_cast<float>(band.Left), static_cast<float>(band.Top), static_cast<float>(band.Right),
+              static_cast<float>(band.Bottom)},
+             true, candidates);
+  for (TMyShape* s : candidates) {
+    if (!s->GetVisible() || !IsVisibleLayerByID(s->LayerId)) continue;
     if (!operateAllLayer_ && s->LayerId != currentLayerId_) continue;
     if (IsInRegion(currentPoint_, startPoint_, s)) AddWorkingShapes(s);
   }
-  Invalidate();
 }
 
 // ---------------------------------------------------------------------------
@@ -607,6 +657,36 @@ void TMyCAD::ReleaseRubberBand() {
 
 TMyPoint TMyCAD::RotationCenterOf(TMyShape* shape) const { return GetRootParentShape(shape)->GetCenterPoint(); }
 
+std::vector<TMyShape*> TMyCAD::ShownWhileDragged(const std::vector<TMyShape*>& shapes, bool all) const {
+  if (!all && shapes.size() <= 64) return shapes;
+  // The drawing's area that the visible part of the control shows once the
+  // dragged shapes are moved by the gesture: only shapes meeting it can show.
+  const TRect visible = VisibleArea();
+  const float dx = static_cast<float>(currentPoint_.X - startPoint_.X);
+  const float dy = static_cast<float>(currentPoint_.Y - startPoint_.Y);
+  const TMyRect area{visible.Left - dx, visible.Top - dy, visible.Right - dx, visible.Bottom - dy};
+  std::vector<TMyShape*> shown;
+  if (!all && shapes.size() <= 4096) {
+    // A few thousand boxes are quicker to look at than the index's answer
+    // for a large visible area.
+    for (TMyShape* s : shapes) {
+      const TMyRect box = GetIndexedBounds(s);
+      if (box.Left <= area.Right && area.Left <= box.Right && box.Top <= area.Bottom && area.Top <= box.Bottom)
+        shown.push_back(s);
+    }
+    return shown;
+  }
+  IndexQuery(area, all, shown);
+  if (all) {
+    std::erase_if(shown, [this](const TMyShape* s) { return !operateAllLayer_ && s->LayerId != currentLayerId_; });
+  } else {
+    std::erase_if(shown, [this](const TMyShape* s) { return IsInWorkingShape(s) == -1; });
+  }
+  return shown;
+}
+
+// Every top-level shape on the layers the tool works on: a scan of the whole
+// list, as panning the whole drawing moves all of it (once, on release).
 std::vector<TMyShape*> TMyCAD::WholeDragShapes() const {
   std::vector<TMyShape*> found;
   for (const auto& s : shapes_)
@@ -614,6 +694,8 @@ std::vector<TMyShape*> TMyCAD::WholeDragShapes() const {
   return found;
 }
 
+// Measures the selection, not the drawing (a drag with snapping asks for it
+// on every move).
 TRect TMyCAD::SelectionBoxInZoom() const {
   const TMyRect box = GetShapesLTRBinZoom(working_);
   return myRecttoRect(box);
@@ -642,6 +724,8 @@ void TMyCAD::CancelGesture() {
   if (mouseIsDown_ && actionTool_ != dtDrawing) actionTool_ = savedActionTool_;
   mouseIsDown_ = false;
   previewShown_ = false;
+  rubberBandShown_ = false;
+  previewShapes_.clear();
   Invalidate();
 }
 
@@ -651,7 +735,6 @@ void TMyCAD::NudgeSelection(std::int32_t dx, std::int32_t dy) {
   PushtoUndoRedoShapeList(working_, "ACT_CHANGE");
   for (TMyShape* s : working_) DragChangeValueDxDyforShapes(s, dx, dy);
   for (TMyShape* s : working_) ChangeLinkShapes(s);
-  Invalidate();
 }
 
 // Keys a drawing canvas is expected to know: Delete, Escape, Enter (ends a
@@ -723,7 +806,9 @@ void TMyCAD::DraggingforShapes(TCanvas& canvas, TMyShape* shape, const TPoint& f
 }
 
 void TMyCAD::SizeChangeValueforShapes(TMyShape* shape, const TPoint& from, const TPoint& to) {
-  if (shape && !shape->GetLocked()) shape->SizeChangeValue(PtToMyPt(from), PtToMyPt(to));
+  if (!shape || shape->GetLocked()) return;
+  shape->SizeChangeValue(PtToMyPt(from), PtToMyPt(to));
+  shape->Changed();
 }
 
 void TMyCAD::RotatingforShapes(TCanvas& canvas, TMyShape* shape, const TMyPoint& center, long double angle) {
@@ -757,7 +842,6 @@ void TMyCAD::Move(TMyShape* shape, float dx, float dy) {
   DragChangeValueDxDyforShapes(shape, dx * zoom_, dy * zoom_);
   ChangeLinkShapes(shape);
   if (OnShapeCodeDragging) OnShapeCodeDragging(this, shape, dx, dy);
-  Invalidate();
 }
 
 void TMyCAD::Rotate(TMyShape* shape, float angle) {
@@ -765,7 +849,6 @@ void TMyCAD::Rotate(TMyShape* shape, float angle) {
   RotateChangeValueforShapes(shape, RotationCenterOf(shape), angle);
   ChangeLinkShapes(shape);
   if (OnShapeCodeRotating) OnShapeCodeRotating(this, shape, angle);
-  Invalidate();
 }
 
 }  // namespace lumatrex

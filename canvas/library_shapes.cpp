@@ -39,7 +39,6 @@ std::vector<TMyShape*> TMyCAD::AddUserDefineShapefromLib(const TLibManager& lib,
       TMyShape* reported = shape;
       OnShapeAdded(this, reported, GetShapesCount());
     }
-  Invalidate();
   return placed;
 }
 

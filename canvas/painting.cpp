@@ -18,6 +18,9 @@ struct TSavedPoints {
   TMyPoint textout;
 };
 
+// How far a grid line or dot of pen width Size reaches past its position.
+long double PenReachOf(std::int32_t size) { return size > 1 ? size * 5.0L + 2 : 2.0L; }
+
 void ShiftShape(TMyShape& shape, long double dx, long double dy) {
   OffsetAllPoints(shape, dx, dy);
   // Kinds that keep their centre in a field draw about it too, so it moves
@@ -31,15 +34,11 @@ void ShiftShape(TMyShape& shape, long double dx, long double dy) {
 // ---------------------------------------------------------------------------
 // The paint pipeline
 
+// The control paints straight onto its screen bitmap, in place and clipped to
+// the area being repainted: a partial repaint draws exactly the pixels a full
+// one would there, and nothing is copied or allocated per paint.
 void TMyCAD::Paint() {
   TCanvas& screen = Canvas();
-  if (IsDesigning()) {
-    backBuffer_.Canvas().Pen().SetStyle(psDash);
-    backBuffer_.Canvas().Brush().SetStyle(bsClear);
-    backBuffer_.Canvas().Rectangle(0, 0, backBuffer_.Width(), backBuffer_.Height());
-    backBuffer_.Canvas().Brush().SetColor(colorOfBackGround_);
-    backBuffer_.Canvas().FillRect(backBuffer_.Canvas().ClipRect());
-  }
   if (painting_) return;
   painting_ = true;
   // Off the screen image while it is redrawn (a repaint may cover only part
@@ -47,31 +46,66 @@ void TMyCAD::Paint() {
   const std::optional<TPoint> crossHair = crossHair_;
   MoveCrossHair(std::nullopt);
   const TRect clip = screen.ClipRect();
-  DrawAll(clip);
-  screen.CopyRect(clip, backBuffer_.Canvas(), Rect(0, 0, backBuffer_.Width(), backBuffer_.Height()));
+  // A gesture's XOR preview may reach past the area about to be painted:
+  // it is taken off everywhere first, so that no part of it stays behind.
+  if (previewShown_ || rubberBandShown_) {
+    screen.ClearClipRect();
+    ErasePreview();
+    EraseRubberBand();
+    screen.SetClipRect(clip);
+  }
+  PaintDrawing(screen.Bitmap(), clip);
   SelectAllWorkingShapes();
+  if (IsDesigning()) {
+    screen.Pen().SetStyle(psDash);
+    screen.Pen().SetMode(pmCopy);
+    screen.Brush().SetStyle(bsClear);
+    screen.Rectangle(0, 0, Width(), Height());
+  }
   if (!IsDesigning() && OnPaint) OnPaint(this);
-  // The screen was drawn afresh: no gesture preview is on it any more.
   previewShown_ = false;
+  rubberBandShown_ = false;
   MoveCrossHair(crossHair);
   painting_ = false;
 }
 
+void TMyCAD::PaintDrawing(TBitmap& target, const TRect& clip) {
+  FillBackground(target, clip);
+  DrawBkBitmap(target, 0, 0);
+  DrawGrid(target, ClientRect());
+  DrawShapeList(target.Canvas(), Rect(0, 0, Width(), Height()), ShapesMeeting(clip), true);
+}
+
 void TMyCAD::DrawAll(const TRect& clip) {
-  backBuffer_.SetSize(clip.Width(), clip.Height());
-  const TRect whole = Rect(0, 0, clip.Width(), clip.Height());
+  const std::int32_t w = std::max(clip.Width(), 0), h = std::max(clip.Height(), 0);
+  if (backBuffer_.Width() < w || backBuffer_.Height() < h)
+    backBuffer_.SetSize(std::max(backBuffer_.Width(), w), std::max(backBuffer_.Height(), h));
+  const TRect whole = Rect(0, 0, w, h);
+  TCanvas& canvas = backBuffer_.Canvas();
+  canvas.SetClipRect(whole);
   FillBackground(backBuffer_, whole);
   DrawBkBitmap(backBuffer_, -clip.Left, -clip.Top);
   DrawGrid(backBuffer_, clip);
-  DrawAllShape(backBuffer_.Canvas(), clip);
+  DrawAllShape(canvas, clip);
+  canvas.ClearClipRect();
 }
 
 std::vector<TMyShape*> TMyCAD::ShapesMeeting(const TRect& rect) const {
+  const TRect n = PtToARect(Point(rect.Left, rect.Top), Point(rect.Right, rect.Bottom));
+  std::vector<TMyShape*> found;
+  IndexQuery({static_cast<float>(n.Left), static_cast<float>(n.Top), static_cast<float>(n.Right),
+              static_cast<float>(n.Bottom)},
+             false, found);
+  // Each shape met stands for its top-level group, drawn whole in the
+  // group's place in the paint order.
   std::vector<TMyShape*> chosen;
-  for (const auto& shape : shapes_)
-    if (!shape->HasParentShape() && IsVisibleLayerByID(shape->LayerId) &&
-        (IsShapeBigthanRegion(rect, *shape) || IsPtinRegion(rect, *shape)))
-      chosen.push_back(shape.get());
+  chosen.reserve(found.size());
+  for (TMyShape* s : found) {
+    TMyShape* root = GetRootParentShape(s);
+    if (root && !root->HasParentShape() && IsVisibleLayerByID(root->LayerId)) chosen.push_back(root);
+  }
+  std::sort(chosen.begin(), chosen.end(), [](const TMyShape* a, const TMyShape* b) { return a->ShapeNo < b->ShapeNo; });
+  chosen.erase(std::unique(chosen.begin(), chosen.end()), chosen.end());
   return chosen;
 }
 
@@ -91,6 +125,7 @@ void TMyCAD::DrawShapeList(TCanvas& canvas, const TRect& rect, const std::vector
   // afterwards (moving them back by the same amount would drift in floats).
   std::vector<TSavedPoints> saved;
   if (rect.Left != 0 || rect.Top != 0) {
+    // Moving points in and out writes them directly: no change to report.
     const long double dx = -rect.Left / static_cast<long double>(zoom_);
     const long double dy = -rect.Top / static_cast<long double>(zoom_);
     for (TMyShape* top : chosen)
@@ -101,8 +136,13 @@ void TMyCAD::DrawShapeList(TCanvas& canvas, const TRect& rect, const std::vector
   }
   for (TMyShape* top : chosen) DrawShapeTree(canvas, *top);
   if (linkHandles)
-    for (TMyShape* top : chosen)
+    for (TMyShape* top : chosen) {
+      if (!top->HasChildShapes()) {
+        DrawLinkHot(*top, canvas);
+        continue;
+      }
       for (TMyShape* s : SubtreeOf(top)) DrawLinkHot(*s, canvas);
+    }
   for (TSavedPoints& s : saved) {
     s.shape->Points = std::move(s.points);
     s.shape->LinkPoints = std::move(s.linkPoints);
@@ -155,8 +195,14 @@ void TMyCAD::DrawBkBitmap(TBitmap& bitmap, std::int32_t dx, std::int32_t dy) {
       std::int32_t startX = dx % w, startY = dy % h;
       if (startX > 0) startX -= w;
       if (startY > 0) startY -= h;
-      for (std::int32_t y = startY; y < bitmap.Height(); y += h)
-        for (std::int32_t x = startX; x < bitmap.Width(); x += w) canvas.Draw(x, y, bkBitmap_);
+      // Only the tiles meeting the clip are drawn (the others would be cut
+      // away whole).
+      const TRect clip = canvas.ClipRect();
+      if (clip.Left > startX) startX += (clip.Left - startX) / w * w;
+      if (clip.Top > startY) startY += (clip.Top - startY) / h * h;
+      const std::int32_t endX = std::min(bitmap.Width(), clip.Right), endY = std::min(bitmap.Height(), clip.Bottom);
+      for (std::int32_t y = startY; y < endY; y += h)
+        for (std::int32_t x = startX; x < endX; x += w) canvas.Draw(x, y, bkBitmap_);
       break;
     }
     case Stretch: canvas.StretchDraw(Rect(dx, dy, dx + Width(), dy + Height()), bkBitmap_); break;
@@ -186,20 +232,37 @@ void TMyCAD::DrawGrid(TBitmap& bitmap, const TRect& rect) {
   canvas.Pen().SetMode(pmCopy);
   canvas.Pen().SetWidth(size);
   const long double w = bitmap.Width(), h = bitmap.Height();
+  // Lines and dots that cannot reach the clip are skipped; the positions are
+  // still stepped from the start, so they are the very ones a whole paint
+  // draws.
+  const TRect clip = canvas.ClipRect();
+  const long double reach = size + PenReachOf(size);
+  auto beforeClip = [reach](long double v, std::int32_t low) { return v + reach < low; };
+  auto pastClip = [reach](long double v, std::int32_t high) { return v - reach > high; };
   if (grid.GetGridType() == gPixel) {
     canvas.Brush().SetColor(grid.GetGridColor());
     canvas.Brush().SetStyle(bsSolid);
     // Dots start at the bitmap's origin and take no phase, unlike lines.
-    for (long double x = 0; x <= w; x += sx)
-      for (long double y = 0; y <= h; y += sy)
+    for (long double x = 0; x <= w; x += sx) {
+      if (pastClip(x, clip.Right)) break;
+      if (beforeClip(x, clip.Left)) continue;
+      for (long double y = 0; y <= h; y += sy) {
+        if (pastClip(y, clip.Bottom)) break;
+        if (beforeClip(y, clip.Top)) continue;
         canvas.Rectangle(Round(x - size), Round(y - size), Round(x + size), Round(y + size));
+      }
+    }
     return;
   }
   for (long double x = phaseX; x <= w; x += sx) {
+    if (pastClip(x, clip.Right)) break;
+    if (beforeClip(x, clip.Left)) continue;
     canvas.MoveTo(Round(x), 0);
     canvas.LineTo(Round(x), bitmap.Height());
   }
   for (long double y = phaseY; y <= h; y += sy) {
+    if (pastClip(y, clip.Bottom)) break;
+    if (beforeClip(y, clip.Top)) continue;
     canvas.MoveTo(0, Round(y));
     canvas.LineTo(bitmap.Width(), Round(y));
   }

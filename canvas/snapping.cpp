@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "canvas/tmycad.h"
 #include "shapes/arc.h"
@@ -66,21 +67,38 @@ bool TMyCAD::SnapToGrid(std::int32_t& x, std::int32_t& y) const {
 
 // Edges of other top-level shapes within SnapPixels pull the point onto them.
 // The 0.8 and 1.2 factors widen the catch band by scaling the coordinates
-// themselves, as drawings made with this rule expect.
+// themselves, as drawings made with this rule expect. A shape whose vertical
+// edge catches (X, Y) has its box meet the band X +- SnapPixels across and
+// Y / 1.2 .. Y / 0.8 down (for either sign of Y), and likewise for the
+// horizontal edges: the index gives those candidates, in list order, so the
+// last shape that catches still decides, as in a walk over every shape.
 void TMyCAD::SnapToShapes(std::int32_t& x, std::int32_t& y) const {
   std::int32_t dxLeft = 0, dxRight = 0, dyTop = 0, dyBottom = 0;
   const long double px = snapPixels_;
-  for (const auto& shape : shapes_) {
-    if (shape->HasParentShape() || shape.get() == currentShape_) continue;
-    const TMyRect r = GetShapesLTRBinZoom({shape.get()});
+  auto band = [](long double v) {
+    const long double a = v / 1.2L, b = v / 0.8L;
+    return std::pair<float, float>(static_cast<float>(std::min(a, b) - 1), static_cast<float>(std::max(a, b) + 1));
+  };
+  std::vector<TMyShape*> candidates;
+  const auto [top, bottom] = band(y);
+  IndexQuery({static_cast<float>(x - px - 1), top, static_cast<float>(x + px + 1), bottom}, true, candidates);
+  for (TMyShape* shape : candidates) {
+    if (shape == currentShape_) continue;
+    const TMyRect r = GetShapesLTRBinZoom({shape});
     auto vertical = [&](long double e, std::int32_t& d) {
       if (e - px <= x && x <= e + px && 0.8L * r.Top <= y && y <= 1.2L * r.Bottom) d = Round(x - e);
     };
+    vertical(r.Left, dxLeft);
+    vertical(r.Right, dxRight);
+  }
+  const auto [left, right] = band(x);
+  IndexQuery({left, static_cast<float>(y - px - 1), right, static_cast<float>(y + px + 1)}, true, candidates);
+  for (TMyShape* shape : candidates) {
+    if (shape == currentShape_) continue;
+    const TMyRect r = GetShapesLTRBinZoom({shape});
     auto horizontal = [&](long double e, std::int32_t& d) {
       if (e - px <= y && y <= e + px && 0.8L * r.Left <= x && x <= 1.2L * r.Right) d = Round(y - e);
     };
-    vertical(r.Left, dxLeft);
-    vertical(r.Right, dxRight);
     horizontal(r.Top, dyTop);
     horizontal(r.Bottom, dyBottom);
   }

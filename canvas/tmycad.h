@@ -29,6 +29,18 @@
 //   text_editor.cpp  the in-place editor of text shapes
 //   cross_hair.cpp  the cross-hair through the mouse position
 //   line_joining.cpp  joining a newly drawn line to the free end it meets
+//   spatial.cpp    the spatial index of shape bounds and what it serves:
+//                  hit tests, area queries, partial repaints
+//
+// Scale: a spatial index (an R-tree of each shape's GetBoundsInZoom) serves
+// hit tests, rubber-band selection, snapping and painting, so that a click, a
+// hover or the repaint of a small area costs what the shapes there cost, not
+// the whole drawing. Every add, delete and change keeps it current: shapes
+// tell the canvas when they change (TMyShape::Changed), and the canvas
+// recomputes the changed boxes before its next query or paint, repainting
+// the old and the new box of each. Commands that reorder or shorten the list
+// renumber it in one pass, and ids, selection membership and connector upkeep
+// are looked up, not searched.
 #pragma once
 
 #include <QLabel>
@@ -40,6 +52,7 @@
 #include <ranges>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "canvas/grid.h"
@@ -57,6 +70,8 @@
 class QPlainTextEdit;
 
 namespace lumatrex {
+
+class TShapeIndex;
 
 // One layer of the drawing.
 struct LayerRec {
@@ -229,6 +244,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Deletes the unlocked selected shapes; with Record as one "ACT_DELETE"
   // step, so that one undo brings them all back.
   void DeleteSelectedShapes(bool record = true);
+  // By a lookup in the id index; with several shapes of one id, the first in
+  // the list.
   TMyShape* GetShapeByID(std::int32_t id) const;
   TMyShape* GetShapeByName(const std::string& name) const;
   TMyShape* GetShapeByNo(std::int32_t no) const override;
@@ -244,6 +261,24 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TMyShape* GetPrevSingleorRootShape(std::int32_t no) const;
   std::int32_t GetNextShapeId() const { return nextShapeId_; }
 
+  // ==== spatial index (spatial.cpp) ==============================================
+  // The top-level shape a click at device point (X, Y) picks, by the rules of
+  // the selecting tool: the front-most connector (TMyLineLinkLine) hit, else
+  // the front-most other shape hit, on visible layers (only the current layer
+  // without OperateAllLayer); nullptr for none. Selected shapes count too.
+  TMyShape* ShapeAt(std::int32_t x, std::int32_t y);
+  // Shape changed something it draws (TMyShape::Changed calls this): its box
+  // is taken anew before the next query or paint, and its old and new areas
+  // are repainted. Code that writes a shape's fields directly calls
+  // Shape.Changed() afterwards. Shapes not on this canvas are ignored.
+  void ShapeChanged(TMyShape& shape) override;
+  // Every shape (group members too) whose indexed box meets the zoomed
+  // rectangle R, borders included, in list order; and the box the index holds
+  // for Shape (the zero rectangle for a shape not on the canvas). Both bring
+  // the index up to date first. For tests and diagnostics.
+  std::vector<TMyShape*> GetShapesInIndex(const TMyRect& r) const;
+  TMyRect GetIndexedBounds(const TMyShape* shape) const;
+
   // ==== group-wide operations (a shape and, recursively, its members) ==========
   void RotateChangeValueforShapes(TMyShape* shape, const TMyPoint& center, double angle) override;
   void LockUnLockforShapes(TMyShape* shape, bool locked) override;
@@ -256,7 +291,9 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void DragChangeValueDxDyforShapes(TMyShape* shape, double dx, double dy);
   // Puts the ends of every connector attached to Shape (or to one of its
   // members) back on the link points they are bound to, after Shape moved,
-  // was resized or turned.
+  // was resized or turned. The connectors looked at are those the shapes
+  // list in LinkLines (each shape lists the connectors attached to it), so
+  // the work does not grow with the drawing.
   void ChangeLinkShapes(TMyShape* shape);
 
   // ==== mouse interaction (interaction.cpp, snapping.cpp) ========================
@@ -397,13 +434,15 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
 
   // ==== selection (selection.cpp) ======================================================
   // Adds Shape (a group member: its root group) unless already there.
+  // Each repaints the handles that appear or go.
   void AddWorkingShapes(TMyShape* shape);
   void RemoveWorkingShape(TMyShape* shape);
   void RemoveAllWorkingShapes();
-  // Index of Shape among the working shapes (the last occurrence), or -1.
+  // Index of Shape among the working shapes, or -1 (a lookup).
   std::int32_t IsInWorkingShape(const TMyShape* shape) const;
   std::int32_t GetWorkingShapesCount() const { return static_cast<std::int32_t>(working_.size()); }
-  // Shows the handles of the working shapes on the control.
+  // Shows the handles of the working shapes on the control (within the clip
+  // while painting).
   void SelectAllWorkingShapes();
   void SelectAllShapes();
   void SelectAllShapesByLayerId(std::int32_t layerId);
@@ -605,7 +644,10 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void BeginUpdate() { ++updateDepth_; }
   void EndUpdate();
   bool IsUpdating() const override { return updateDepth_ > 0; }
-  // Renders the device rectangle Clip of the drawing into the back buffer.
+  // Renders the device rectangle Clip of the drawing into the back buffer:
+  // its top-left Clip-sized part, with (0, 0) standing for Clip's top-left
+  // corner. The buffer only grows, so repeated renders allocate nothing.
+  // (The control itself paints straight onto its screen bitmap, in place.)
   void DrawAll(const TRect& clip);
   const TBitmap& BackBuffer() const { return backBuffer_; }
   // Fills Rect of Bitmap with ColorOfBackGround.
@@ -622,9 +664,12 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Draws the visible top-level shapes meeting Rect (device coordinates of
   // the drawing) on Canvas, whose origin is Rect's top-left corner.
   void DrawAllShape(TCanvas& canvas, const TRect& rect);
-  // The shapes DrawAllShape would draw, in paint order.
+  // The shapes DrawAllShape would draw, in paint order: the top-level shapes
+  // on visible layers of which the indexed box of the shape or of one of its
+  // members meets Rect.
   std::vector<TMyShape*> ShapesMeeting(const TRect& rect) const;
-  // Hit helpers of the paint pipeline (device coordinates of the drawing).
+  // Hit helpers of earlier paint pipelines (device coordinates of the
+  // drawing); the index decides now.
   bool IsPtinRegion(const TRect& r, const TMyShape& shape) const;
   bool IsShapeBigthanRegion(const TRect& r, const TMyShape& shape) const;
 
@@ -724,6 +769,7 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
 
  protected:
   void Paint() override;
+  void BeforePaint() override;
   void MouseDown(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y) override;
   void MouseMove(TShiftState shift, std::int32_t x, std::int32_t y) override;
   void MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y) override;
@@ -749,11 +795,35 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Gives every stored list position its new value after the list changed:
   // Map(old position) is the new one, -1 for a removed shape.
   void RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map);
+  // Asks the processor for the shape at list position No ahead of a pass.
+  void PrefetchShape(std::size_t no) const;
   void RemoveShapes(const std::vector<TMyShape*>& doomed);
   void ForgetShape(const TMyShape* shape);
   TMyShape* AddShapeFromCode(const std::string& className, const std::string& name, const TArrMyPoint& points,
                              float angle);
   void SwapWithNeighbour(TMyShape* shape, bool forward);
+  // Moves the shape at Positions[0] to Positions.back() (Forward) or the one
+  // at Positions.back() to Positions[0], the shapes between stepping along;
+  // one renumbering pass.
+  void RotatePositions(const std::vector<std::int32_t>& positions, bool forward);
+  // ---- spatial index (spatial.cpp) ----
+  // Applies the recorded changes to the index (or rebuilds it), repainting
+  // the old and new areas.
+  void SyncIndex() const;
+  void RegisterShape(TMyShape* shape);
+  // Repaints the zoomed box R (grown to whole pixels).
+  void InvalidateZoomed(const TMyRect& r);
+  // Repaints where Shape and its members are (their indexed boxes).
+  void InvalidateShapeArea(TMyShape* shape);
+  // Repaints the handles of Shapes (selection changes).
+  void InvalidateHandles(const std::vector<TMyShape*>& shapes);
+  // Shapes whose indexed box meets the zoomed R, in Out (cleared first), in
+  // list order; with TopLevel only top-level ones.
+  void IndexQuery(const TMyRect& r, bool topLevel, std::vector<TMyShape*>& out) const;
+  // The pick of ShapeAt, leaving selected shapes out when SkipSelected.
+  TMyShape* PickShape(const TPoint& p, bool skipSelected);
+  void PaintDrawing(TBitmap& target, const TRect& clip);
+  TRect VisibleArea() const;
   LayerRec* FindLayer(std::int32_t id);
   const LayerRec* FindLayer(std::int32_t id) const;
   void ApplyPageSize();
@@ -822,7 +892,17 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   std::int32_t nextLayerId_ = 0;
   std::int32_t currentLayerId_ = -1;
   std::vector<TMyShape*> working_;
+  // Position in working_ of each working shape.
+  std::unordered_map<const TMyShape*, std::int32_t> workingAt_;
   bool operateAllLayer_ = true;
+  // The spatial index and id index of the shapes (spatial.cpp); rebuilt
+  // whole after a zoom or handle-size change or a bulk load.
+  std::unique_ptr<TShapeIndex> index_;
+  mutable bool indexNeedsRebuild_ = true;
+  bool tearingDown_ = false;
+  // Reused query results, so hit tests allocate nothing once warm.
+  mutable std::vector<TMyShape*> hits_;
+  void SetWorking(std::vector<TMyShape*> shapes);
   // painting
   TBitmap backBuffer_;
   bool painting_ = false;
@@ -873,6 +953,10 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TMyPoint RotationCenterOf(TMyShape* shape) const;
   TPoint DrawingAnchor() const;
   std::vector<TMyShape*> WholeDragShapes() const;
+  // The shapes whose drag preview can show: those of Shapes whose box,
+  // shifted by the gesture, meets the visible part of the control (all of
+  // them for a small set).
+  std::vector<TMyShape*> ShownWhileDragged(const std::vector<TMyShape*>& shapes, bool all) const;
   TRect SelectionBoxInZoom() const;
   TPoint ClampToBounds(const TPoint& p) const;
   void FireShapePoint(const TShapePointEvent& event, TMyShape* shape, TPoint& to);
@@ -928,10 +1012,15 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TMyShape* clickedChildShape_ = nullptr;
   TMyShape* hoverShape_ = nullptr;
   bool gestureChanged_ = false;
-  // Whether the gesture's XOR preview is on the screen now.
+  // Whether the gesture's XOR preview (the rubber band) is on the screen now.
   bool previewShown_ = false;
   std::optional<TPoint> crossHair_;  // where the cross-hair is on the screen
   bool joinDrawnLine_ = true;        // false when Shift was held at the release
+  bool rubberBandShown_ = false;
+  void EraseRubberBand();
+  // The shapes whose drag preview is on the screen, so that the same ones
+  // are drawn again to take it off.
+  std::vector<TMyShape*> previewShapes_;
 
   // ---- undo history (undo.cpp) ----
   std::vector<TSavedShape> undoList_;

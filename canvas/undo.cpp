@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <span>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "canvas/tmycad.h"
 #include "shapes/connectors.h"
@@ -13,25 +15,27 @@ constexpr std::size_t kMaxShapeNameBytes = 255;
 // Appends Shape unless it is already there and, with Members, then its group
 // members depth first in child-list order. A shape met twice (a broken child
 // list) is taken once, which also ends the walk on a cycle.
-void AppendRecorded(const TMyCAD& cad, TMyShape* shape, bool members, std::vector<TMyShape*>& out) {
-  if (!shape || std::find(out.begin(), out.end(), shape) != out.end()) return;
+void AppendRecorded(const TMyCAD& cad, TMyShape* shape, bool members, std::vector<TMyShape*>& out,
+                    std::unordered_set<const TMyShape*>& taken) {
+  if (!shape || !taken.insert(shape).second) return;
   out.push_back(shape);
   if (members)
-    for (const std::int32_t no : shape->ChildShapes) AppendRecorded(cad, cad.GetShapeByNo(no), true, out);
+    for (const std::int32_t no : shape->ChildShapes) AppendRecorded(cad, cad.GetShapeByNo(no), true, out, taken);
 }
 
 // The shapes a step of Action records, in record order.
 std::vector<TMyShape*> ShapesToRecord(const TMyCAD& cad, const std::vector<TMyShape*>& shapes,
                                       const std::string& action) {
   std::vector<TMyShape*> recorded;
+  std::unordered_set<const TMyShape*> taken;
   if (action == ACT_DELETE || action == ACT_CHANGE) {
-    for (auto it = shapes.rbegin(); it != shapes.rend(); ++it) AppendRecorded(cad, *it, true, recorded);
+    for (auto it = shapes.rbegin(); it != shapes.rend(); ++it) AppendRecorded(cad, *it, true, recorded, taken);
   } else if (action == ACT_UNGROUP) {
     // Only the members of a top-level group can be regrouped by undo.
     for (TMyShape* s : shapes)
-      AppendRecorded(cad, s, s && s->HasChildShapes() && !s->HasParentShape(), recorded);
+      AppendRecorded(cad, s, s && s->HasChildShapes() && !s->HasParentShape(), recorded, taken);
   } else {
-    for (TMyShape* s : shapes) AppendRecorded(cad, s, false, recorded);
+    for (TMyShape* s : shapes) AppendRecorded(cad, s, false, recorded, taken);
   }
   return recorded;
 }
@@ -104,10 +108,14 @@ void RestoreState(TMyShape& live, const TMyShape& saved) {
 // shape lists connectors: the live shapes forgot them at the deletion.
 void RestoreDeleted(TMyCAD& cad, const std::vector<const TSavedShape*>& records) {
   const std::int32_t front = cad.GetShapesCount();
-  auto newPosition = [&](std::int32_t old) {
-    for (std::size_t i = 0; i < records.size(); ++i)
-      if (records[i]->SavedShape->ShapeNo == old) return front + static_cast<std::int32_t>(i);
-    return -1;
+  // Old position -> new one; with two records of one old position the first
+  // counts.
+  std::unordered_map<std::int32_t, std::int32_t> moved;
+  for (std::size_t i = 0; i < records.size(); ++i)
+    moved.try_emplace(records[i]->SavedShape->ShapeNo, front + static_cast<std::int32_t>(i));
+  auto newPosition = [&moved](std::int32_t old) {
+    const auto it = moved.find(old);
+    return it == moved.end() ? -1 : it->second;
   };
   for (const TSavedShape* record : records) {
     std::unique_ptr<TMyShape> shape = cad.CreateShapeByName(record->SavedShape->ClassName());
@@ -220,12 +228,15 @@ std::int32_t TMyCAD::PopFromUndoRedoShapeList() {
                                   [step](const TSavedShape& r) { return r.UndoStep != step; })
                          .base();
   // A bulk update keeps a restored group's pen, brush and font from being
-  // passed on to members that get their own saved values; its end repaints.
-  BeginUpdate();
+  // passed on to members that get their own saved values. Its end does not
+  // repaint everything: each shape the step touched repaints where it was
+  // and where it is.
+  ++updateDepth_;
   RevertStep(*this, std::span<const TSavedShape>(first, undoList_.end()));
   undoList_.erase(first, undoList_.end());
   SetModified(true);
-  EndUpdate();
+  --updateDepth_;
+  if (updateDepth_ == 0) update();
   return step - 1;
 }
 

@@ -5,6 +5,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <algorithm>
+#include <cmath>
 
 #include "platform/bitmap.h"
 #include "platform/bitmap_impl.h"
@@ -32,16 +33,18 @@ TTextLine Measure(const TCanvas::Impl& impl, const std::string& text) {
   return line;
 }
 
-// Blends the premultiplied Layer, placed at Origin, over the surface.
-void BlendLayer(TCanvas::Impl& impl, const QImage& layer, QPoint origin) {
+// Blends the premultiplied Layer, placed at Origin, over the part of the
+// surface within Clip.
+void BlendLayer(TCanvas::Impl& impl, const QImage& layer, QPoint origin, const QRect& clip) {
   QImage& surface = impl.bitmap.impl().PaintSurface();
-  for (int ly = 0; ly < layer.height(); ++ly) {
-    const int y = origin.y() + ly;
+  const QRect blended = clip & QRect(origin, layer.size());
+  for (int y = blended.top(); y <= blended.bottom(); ++y) {
+    const int ly = y - origin.y();
     const auto* from = reinterpret_cast<const QRgb*>(layer.constScanLine(ly));
     auto* to = reinterpret_cast<QRgb*>(surface.scanLine(y));
-    for (int lx = 0; lx < layer.width(); ++lx) {
-      const QRgb s = from[lx];
-      const int a = qAlpha(s), x = origin.x() + lx;
+    for (int x = blended.left(); x <= blended.right(); ++x) {
+      const QRgb s = from[x - origin.x()];
+      const int a = qAlpha(s);
       if (a == 0 || (impl.clipPolygon && !impl.clipPolygon->Test(x, y))) continue;
       const QRgb d = to[x];
       auto mix = [a](int sc, int dc) { return std::min(255, sc + (dc * (255 - a) + 127) / 255); };
@@ -64,8 +67,22 @@ void DrawGlyphs(TCanvas::Impl& impl, const QTransform& toDevice, const TTextLine
   // Italics, accents and descenders may leave the cell; a margin of one cell
   // height on every side holds them.
   const int margin = line.extent.cy;
-  const QRect area = impl.AreaFor(
-      toDevice.mapRect(QRectF(-margin, -margin, line.extent.cx + 2.0 * margin, line.extent.cy + 2.0 * margin)));
+  const QRectF bounds =
+      toDevice.mapRect(QRectF(-margin, -margin, line.extent.cx + 2.0 * margin, line.extent.cy + 2.0 * margin));
+  // The whole text is rendered, whatever part of it the clip keeps: Qt draws
+  // the edge of a glyph cut by its layer differently from an uncut one, and
+  // a repaint of part of a picture must give the very pixels of the whole.
+  const QRect clip = impl.ClipArea();
+  if (clip.isEmpty() || !(bounds.right() >= clip.left() && bounds.left() <= clip.right() + 1 &&
+                          bounds.bottom() >= clip.top() && bounds.top() <= clip.bottom() + 1))
+    return;
+  QRect area(QPoint(static_cast<int>(std::floor(std::max(bounds.left(), -1e8))) - 2,
+                   static_cast<int>(std::floor(std::max(bounds.top(), -1e8))) - 2),
+             QPoint(static_cast<int>(std::ceil(std::min(bounds.right(), 1e8))) + 2,
+                    static_cast<int>(std::ceil(std::min(bounds.bottom(), 1e8))) + 2));
+  // A giant text is rendered only where it can show (a layer of tens of
+  // millions of pixels is not worth the exactness at a cut).
+  if (static_cast<double>(area.width()) * area.height() > 16e6) area = impl.AreaFor(bounds);
   if (area.isEmpty()) return;
   QImage layer(area.size(), QImage::Format_ARGB32_Premultiplied);
   layer.fill(Qt::transparent);
@@ -76,7 +93,7 @@ void DrawGlyphs(TCanvas::Impl& impl, const QTransform& toDevice, const TTextLine
     painter.setPen(QColor::fromRgb(raster::ToRgb(impl.font.Color())));
     painter.drawText(QPointF(0, line.ascent), line.text);
   }
-  BlendLayer(impl, layer, area.topLeft());
+  BlendLayer(impl, layer, area.topLeft(), clip);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPaintEvent>
+#include <algorithm>
 
 #include "platform/qt_interop.h"
 #include "platform/widget_hooks.h"
@@ -51,22 +52,107 @@ void TCustomControl::MatchScreenSize() {
   if (screen_.Width() != width() || screen_.Height() != height()) screen_.SetSize(width(), height());
 }
 
+namespace {
+
+// At most this many separate areas are kept; one more merges them all.
+constexpr std::size_t kMaxDirtyAreas = 16;
+
+std::int64_t Area(const TRect& r) { return std::int64_t{r.Width()} * r.Height(); }
+
+TRect Bounds(const TRect& a, const TRect& b) {
+  return Rect(std::min(a.Left, b.Left), std::min(a.Top, b.Top), std::max(a.Right, b.Right),
+              std::max(a.Bottom, b.Bottom));
+}
+
+bool Empty(const TRect& r) { return r.Right <= r.Left || r.Bottom <= r.Top; }
+
+// The parts of R outside Hole: up to four bands.
+std::vector<TRect> Subtract(const TRect& r, const TRect& hole) {
+  TRect overlap;
+  if (!IntersectRect(overlap, r, hole)) return {r};
+  std::vector<TRect> parts;
+  if (r.Top < overlap.Top) parts.push_back(Rect(r.Left, r.Top, r.Right, overlap.Top));
+  if (overlap.Bottom < r.Bottom) parts.push_back(Rect(r.Left, overlap.Bottom, r.Right, r.Bottom));
+  if (r.Left < overlap.Left) parts.push_back(Rect(r.Left, overlap.Top, overlap.Left, overlap.Bottom));
+  if (overlap.Right < r.Right) parts.push_back(Rect(overlap.Right, overlap.Top, r.Right, overlap.Bottom));
+  return parts;
+}
+
+}  // namespace
+
 void TCustomControl::Invalidate() {
-  dirty_ = ClientRect();
-  hasDirty_ = true;
+  dirty_.clear();
+  AddDirty(ClientRect());
   update();
+}
+
+void TCustomControl::InvalidateRect(const TRect& r) {
+  TRect inside;
+  if (!IntersectRect(inside, r, ClientRect())) return;
+  AddDirty(inside);
+  update(inside.Left, inside.Top, inside.Width(), inside.Height());
+}
+
+void TCustomControl::AddDirty(const TRect& r) {
+  if (Empty(r)) return;
+  TRect merged = r;
+  // Areas that overlap the new one, or whose joint box is hardly larger than
+  // the two, become one.
+  for (bool grown = true; grown;) {
+    grown = false;
+    for (std::size_t i = 0; i < dirty_.size(); ++i) {
+      const TRect joint = Bounds(dirty_[i], merged);
+      if (Area(joint) > Area(dirty_[i]) + Area(merged)) continue;
+      merged = joint;
+      dirty_[i] = dirty_.back();
+      dirty_.pop_back();
+      grown = true;
+      break;
+    }
+  }
+  dirty_.push_back(merged);
+  if (dirty_.size() > kMaxDirtyAreas) {
+    TRect all = dirty_.front();
+    for (const TRect& d : dirty_) all = Bounds(all, d);
+    dirty_ = {all};
+  }
+}
+
+TRect TCustomControl::InvalidatedBounds() {
+  BeforePaint();
+  if (dirty_.empty()) return TRect{};
+  TRect all = dirty_.front();
+  for (const TRect& d : dirty_) all = Bounds(all, d);
+  return all;
+}
+
+TRect TCustomControl::PaintLimit() const {
+  if (!isVisible()) return ClientRect();
+  const QRect visible = visibleRegion().boundingRect();
+  return Rect(visible.left(), visible.top(), visible.left() + visible.width(), visible.top() + visible.height());
 }
 
 void TCustomControl::Repaint() {
   Invalidate();
-  PaintPending();
+  PaintInvalidated();
+}
+
+void TCustomControl::PaintInvalidated() {
+  PaintPending(PaintLimit());
   update();
 }
 
-void TCustomControl::PaintPending() {
-  if (!hasDirty_) return;
-  hasDirty_ = false;
-  PaintArea(dirty_);
+void TCustomControl::PaintPending(const TRect& limit) {
+  BeforePaint();
+  if (dirty_.empty()) return;
+  std::vector<TRect> pending;
+  pending.swap(dirty_);
+  for (const TRect& r : pending) {
+    TRect shown;
+    if (IntersectRect(shown, r, limit)) PaintArea(shown);
+    // Whatever is off the screen stays invalid until it shows.
+    for (const TRect& part : Subtract(r, limit)) AddDirty(part);
+  }
 }
 
 void TCustomControl::SetCursor(TCursor cursor) {
@@ -90,8 +176,8 @@ void TCustomControl::PaintArea(const TRect& area) {
 
 void TCustomControl::paintEvent(QPaintEvent* event) {
   // Exposed areas need no painting: the screen bitmap still holds them.
-  PaintPending();
   const QRect r = event->rect();
+  PaintPending(Rect(r.left(), r.top(), r.left() + r.width(), r.top() + r.height()));
   QPainter painter(this);
   DrawBitmap(painter, r.topLeft(), screen_, r);
 }

@@ -5,11 +5,17 @@
 // it; drawing on Canvas() outside Paint (XOR previews during a gesture) goes to
 // the same image and shows at the next blit, which every mouse handler
 // requests. paintEvent only calls Paint for invalidated areas and blits.
+//
+// Invalidated areas are kept as a short list of rectangles. They are painted
+// as far as they are on the screen: a control in a scroll area paints the
+// part of an invalidated area that is scrolled into view, and keeps the rest
+// invalid until it shows. A hidden control paints all of it.
 #pragma once
 
 #include <QWidget>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
@@ -34,9 +40,17 @@ class TCustomControl : public QWidget {
 
   // Marks the whole control for repainting at the next event loop pass.
   void Invalidate();
-  // Renders the whole control into the screen bitmap now; the window shows it
-  // at its next blit. Works for hidden controls too.
+  // Marks R (client coordinates) for repainting at the next event loop pass.
+  void InvalidateRect(const TRect& r);
+  // Renders the whole control into the screen bitmap now, as far as it is on
+  // the screen (all of it for a hidden control); the window shows it at its
+  // next blit, and parts scrolled out of view are painted when they show.
   virtual void Repaint();
+  // Paints the invalidated areas now, as far as they are on the screen.
+  void PaintInvalidated();
+  // The bounding box of the areas still to paint, once BeforePaint has added
+  // what it knows; empty when none.
+  TRect InvalidatedBounds();
   // Makes drawing done on Canvas() outside Paint visible.
   void Blit() { update(); }
 
@@ -53,6 +67,9 @@ class TCustomControl : public QWidget {
  protected:
   // Renders the invalidated area into Canvas(); the default fills it white.
   virtual void Paint();
+  // Called before invalidated areas are painted; a control may invalidate
+  // more here (what changed since the last paint). Nothing by default.
+  virtual void BeforePaint() {}
   virtual void MouseDown(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y);
   virtual void MouseMove(TShiftState shift, std::int32_t x, std::int32_t y);
   virtual void MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y);
@@ -73,12 +90,16 @@ class TCustomControl : public QWidget {
   // Keeps the screen bitmap the size of the control (a hidden control gets no
   // resize events).
   void MatchScreenSize();
-  // Paints what Invalidate marked, if anything.
-  void PaintPending();
+  // Paints what is invalidated within Limit; the rest stays invalid.
+  void PaintPending(const TRect& limit);
+  // The client area on the screen: the visible part of a shown control, all
+  // of a hidden one.
+  TRect PaintLimit() const;
+  void AddDirty(const TRect& r);
 
   TBitmap screen_;
-  TRect dirty_;
-  bool hasDirty_ = false;
+  // Disjoint or not; merged when they overlap, and into one box past a few.
+  std::vector<TRect> dirty_;
   TCursor cursor_ = crDefault;
   bool designing_ = false;
 };

@@ -241,6 +241,17 @@ std::int32_t TMyBLine::NearestSampleSegment(const TPoint& p) {
 
 bool TMyBLine::IsClickedMe(TCanvas&, const TPoint& p) { return NearestSampleSegment(p) >= 0; }
 
+TMyRect TMyBLine::GetBoundsInZoom() {
+  TBoundsBuilder box;
+  box.Add(TMyShape::GetBoundsInZoom());
+  if (!LoadVertices(ZoomedPoints())) return box.Grown(0);
+  TBoundsBuilder curve;
+  for (std::int32_t i = 0; i <= kSampleSegments; ++i) curve.Add(GetVPoint(static_cast<float>(i) / kSampleSegments));
+  const long double tolerance = std::max<long double>(HotSize(), Pen().Width() / 2.0L);
+  box.Add(curve.Grown(std::max(tolerance, PenReach(Pen().Width())) + 1));
+  return box.Grown(0);
+}
+
 bool TMyBLine::IsClickedMeBeforeWhichPoint(std::int32_t& index, const TPoint& p) {
   index = -1;
   if (GetPointsCount() >= kMaxPoints) return false;

@@ -81,6 +81,8 @@ class TMyBLine : public TMyShape {
   // True when device point P lies within the tolerance of the sampled curve:
   // the owner's HotSize, or half the pen width when that is larger.
   bool IsClickedMe(TCanvas& canvas, const TPoint& p) override;
+  // The base box and the sampled curve's, widened by the hit tolerance.
+  TMyRect GetBoundsInZoom() override;
   // The same test for node insertion: on a hit, Index is the number of the
   // clicked point that follows the piece of curve nearest to P (insert
   // before it) and the answer is true. Otherwise, and on a curve that already

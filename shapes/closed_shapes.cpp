@@ -1,5 +1,6 @@
 #include "shapes/closed_shapes.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -183,8 +184,15 @@ TCursor TMyRectangle::GetMouseCursor(std::int32_t x, std::int32_t y) {
   return cursor;
 }
 
-bool TMyRectangle::IsClickedMe(TCanvas&, const TPoint& p) {
-  return PtInPolygon(RoundPoints(ZoomedPoints(*this)), p);
+bool TMyRectangle::IsClickedMe(TCanvas&, const TPoint& p) { return PtInZoomedPolygon(*this, p); }
+
+TMyRect TMyRectangle::GetBoundsInZoom() {
+  const TMyRect base = TMyShape::GetBoundsInZoom();
+  if (Points.size() >= 4) return base;
+  TBoundsBuilder box;
+  box.Add(base);
+  for (std::int32_t i = 0; i < 8; ++i) box.Add(ZoomedValuePt(GetPoint(i)));
+  return box.Grown(std::max<long double>(HotSize(), 3) + 1 + PenReach(Pen().Width()));
 }
 
 // ---- changes -----------------------------------------------------------------------------
@@ -339,6 +347,20 @@ void TMyEllipse::Draging(TCanvas& canvas, const TPoint& from, const TPoint& to) 
   StrokeChain(canvas, ShiftAndRound(Outline(), to.X - from.X, to.Y - from.Y));
 }
 
+TMyRect TMyEllipse::GetBoundsInZoom() {
+  // The outline's box, worked out from its centre, half-axes and turn.
+  const long double zoom = Zoom();
+  const long double a = zoom * GetMyWidth() / 2, b = zoom * GetMyHeight() / 2;
+  const long double angle = GetAngle();
+  const long double c = std::cos(angle), s = std::sin(angle);
+  const TMyPoint centre = GetCenterPointInZoom();
+  TBoundsBuilder box;
+  box.Add(TMyRectangle::GetBoundsInZoom());
+  box.Add(centre.X - std::hypot(a * c, b * s), centre.Y - std::hypot(a * s, b * c));
+  box.Add(centre.X + std::hypot(a * c, b * s), centre.Y + std::hypot(a * s, b * c));
+  return box.Grown(PenReach(Pen().Width()));
+}
+
 std::string TMyEllipse::GetInfo() {
   const long double w = GetMyWidth(), h = GetMyHeight();
   return AreaText(kPi * (w / 2) * (h / 2), Ratio(), TheUNIT());
@@ -382,9 +404,7 @@ void TMyPolygon::DrawHot(TCanvas& canvas) {
   DrawDiamond(*this, canvas, GetCenterPointInZoom(), clYellow);
 }
 
-bool TMyPolygon::IsClickedMe(TCanvas&, const TPoint& p) {
-  return PtInPolygon(RoundPoints(ZoomedPoints(*this)), p);
-}
+bool TMyPolygon::IsClickedMe(TCanvas&, const TPoint& p) { return PtInZoomedPolygon(*this, p); }
 
 void TMyPolygon::Sizing(TCanvas& canvas, const TPoint& from, const TPoint& to) {
   if (ClosingTwin(CurrentHot) < 0) {

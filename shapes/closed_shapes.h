@@ -83,6 +83,9 @@ class TMyRectangle : public TMyShape {
   TCursor GetMouseCursor(std::int32_t x, std::int32_t y) override;
   // Device point P lies inside the frame, whatever the fill; no tolerance.
   bool IsClickedMe(TCanvas& canvas, const TPoint& p) override;
+  // The base box, with the handles of a frame of fewer than four points
+  // (which sit at the origin) taken in.
+  TMyRect GetBoundsInZoom() override;
 
   // ---- changes ---------------------------------------------------------------------
   // Drags handle CurrentHot to device point B (A is not used: the handle's
@@ -150,6 +153,8 @@ class TMyEllipse : public TMyRectangle {
   void Draging(TCanvas& canvas, const TPoint& from, const TPoint& to) override;
   // "Area=" and pi x W/2 x H/2 of the frame in the owner's unit.
   std::string GetInfo() override;
+  // The frame's box and the outline's.
+  TMyRect GetBoundsInZoom() override;
 
  private:
   // The 73 outline points, zoomed.

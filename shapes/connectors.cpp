@@ -28,7 +28,7 @@ void TMyLinkPoint::LoadFromStream(TStream& stream) {
 // ---------------------------------------------------------------------------
 // TMyLinkLine
 
-TMyLinkLine::TMyLinkLine(TMyShapeOwner* owner) : TMyLine(owner) {}
+TMyLinkLine::TMyLinkLine(TMyShapeOwner* owner) : TMyLine(owner) { DeclareOwnListPositions(); }
 
 void TMyLinkLine::Assign(const TMyShape& source) {
   TMyLine::Assign(source);

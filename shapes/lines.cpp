@@ -113,10 +113,31 @@ std::int32_t TMyLine::InWhichHot(const TPoint& p) {
 }
 
 std::int32_t TMyLine::SegmentHit(const TPoint& p) const {
-  const std::vector<TPoint> chain = RoundPoints(ZoomedPoints(*this));
-  for (std::size_t i = 1; i < chain.size(); ++i)
-    if (NearSegment(chain[i - 1], chain[i], p)) return static_cast<std::int32_t>(i);
+  // The rounded zoomed points one by one, as RoundPoints(ZoomedPoints()) would
+  // list them, so a hit test allocates nothing.
+  TPoint previous;
+  for (std::int32_t i = 0; i < GetPointsCount(); ++i) {
+    const TPoint next = ShiftAndRound(GetPointInZoom(i), 0, 0);
+    if (i > 0 && NearSegment(previous, next, p)) return i;
+    previous = next;
+  }
   return -1;
+}
+
+TMyRect TMyLine::GetBoundsInZoom() {
+  TBoundsBuilder box;
+  box.Add(TMyShape::GetBoundsInZoom());
+  long double reach = kHitBand + 1;
+  if (arrowStyle_ != ANone) {
+    // A head's tip is set back ArrowOffset toward the other end and its barbs
+    // are the zoomed length taken as a byte; the head is outlined in the pen.
+    const auto length = static_cast<std::uint8_t>(Round(Zoom() * arrowLength_));
+    reach = std::max(reach, static_cast<long double>(length) + arrowOffset_ + PenReach(Pen().Width()) + 1);
+  }
+  TBoundsBuilder points;
+  for (std::int32_t i = 0; i < GetPointsCount(); ++i) points.Add(GetPointInZoom(i));
+  if (!points.Empty()) box.Add(points.Grown(reach));
+  return box.Grown(0);
 }
 
 bool TMyLine::IsClickedMe(TCanvas&, const TPoint& p) { return SegmentHit(p) >= 0; }
@@ -292,6 +313,24 @@ void TMyRuleLine::Draw(TCanvas& canvas) {
   const long double left = std::min(level0.X, level1.X) + (length - size.cx) / 2;
   const TPoint at = turnedBack(left, row - size.cy - kLabelGap);
   MyLogTextOut(canvas, at.X, at.Y, label, Font(), Zoom(), angle);
+}
+
+TMyRect TMyRuleLine::GetBoundsInZoom() {
+  TBoundsBuilder box;
+  box.Add(TMyLine::GetBoundsInZoom());
+  if (GetPointsCount() < 2) return box.Grown(0);
+  // Ticks and label are laid out about the zoomed centre on the levelled
+  // line: within D of the centre lie both ends, within 2D the label's middle.
+  const TMyPoint centre = GetCenterPointInZoom();
+  long double d = 0;
+  for (std::int32_t i = 0; i < 2; ++i) {
+    const TMyPoint end = GetPointInZoom(i);
+    d = std::max(d, std::hypot(static_cast<long double>(end.X) - centre.X, static_cast<long double>(end.Y) - centre.Y));
+  }
+  const std::size_t bytes = std::max(userInfo_.size(), FirstSegmentLength().size());
+  const long double label = TextReach(Font().Size(), Zoom(), bytes, 1);
+  box.AddAround(centre.X, centre.Y, 3 * d + kTickHalf + kLabelGap + 2 * label + PenReach(Pen().Width()));
+  return box.Grown(0);
 }
 
 void TMyRuleLine::SizeChangeValue(const TMyPoint& a, const TMyPoint& b) {

@@ -61,6 +61,8 @@ class TMyLine : public TMyShape {
   // The same test; on a hit Index is the second point of the first segment
   // hit (where a new point would be inserted), else -1.
   virtual bool IsClickedMeBeforeWhichPoint(std::int32_t& index, const TPoint& p) const;
+  // The base box widened by the 8-pixel hit band and the arrow heads.
+  TMyRect GetBoundsInZoom() override;
 
   // ---- interactive drawing and previews (device pixels, canvas pen) -----------
   // Finished with exactly two points.
@@ -88,18 +90,30 @@ class TMyLine : public TMyShape {
   void LoadFromStream(TStream& stream) override;
   void SaveToStream(TStream& stream) const override;
 
-  // ---- published properties (setters only store) ----------------------------
+  // ---- published properties (setters store and tell the owner) --------------
   // Half-angle of a head in degrees: between the line and each barb.
   std::int32_t GetArrowAngle() const { return arrowAngle_; }
-  void SetArrowAngle(std::int32_t value) { arrowAngle_ = value; }
+  void SetArrowAngle(std::int32_t value) {
+    arrowAngle_ = value;
+    Changed();
+  }
   // Barb length in model pixels.
   std::uint8_t GetArrowLength() const { return arrowLength_; }
-  void SetArrowLength(std::uint8_t value) { arrowLength_ = value; }
+  void SetArrowLength(std::uint8_t value) {
+    arrowLength_ = value;
+    Changed();
+  }
   // Set-back of the tip from its end point, in device pixels (not zoomed).
   std::uint8_t GetArrowOffset() const { return arrowOffset_; }
-  void SetArrowOffset(std::uint8_t value) { arrowOffset_ = value; }
+  void SetArrowOffset(std::uint8_t value) {
+    arrowOffset_ = value;
+    Changed();
+  }
   TArrowStyle GetArrowStyle() const { return arrowStyle_; }
-  void SetArrowStyle(TArrowStyle value) { arrowStyle_ = value; }
+  void SetArrowStyle(TArrowStyle value) {
+    arrowStyle_ = value;
+    Changed();
+  }
 
  protected:
   // Sets the shape's pen and draws the segments and the heads.
@@ -197,6 +211,8 @@ class TMyRuleLine : public TMyLine {
   // line. The label is UserInfo when ShowUserInfo is on; otherwise the
   // measured length, which also becomes the info text.
   void Draw(TCanvas& canvas) override;
+  // The line's box widened by the ticks and the label around the centre.
+  TMyRect GetBoundsInZoom() override;
   // Moves the point as a line does, then turns the caption along the first
   // segment and stores the trimmed length as the info text.
   void SizeChangeValue(const TMyPoint& a, const TMyPoint& b) override;
@@ -205,13 +221,22 @@ class TMyRuleLine : public TMyLine {
   void LoadFromStream(TStream& stream) override;
   void SaveToStream(TStream& stream) const override;
 
-  // ---- published properties (setters only store) ----------------------------
+  // ---- published properties (setters store and tell the owner) --------------
   bool GetShowUserInfo() const { return showUserInfo_; }
-  void SetShowUserInfo(bool value) { showUserInfo_ = value; }
+  void SetShowUserInfo(bool value) {
+    showUserInfo_ = value;
+    Changed();
+  }
   TTickStyle GetTickStyle() const { return tickStyle_; }
-  void SetTickStyle(TTickStyle value) { tickStyle_ = value; }
+  void SetTickStyle(TTickStyle value) {
+    tickStyle_ = value;
+    Changed();
+  }
   const std::string& GetUserInfo() const { return userInfo_; }
-  void SetUserInfo(const std::string& value) { userInfo_ = value; }
+  void SetUserInfo(const std::string& value) {
+    userInfo_ = value;
+    Changed();
+  }
 
  private:
   bool showUserInfo_ = false;

@@ -8,6 +8,7 @@
 #include "platform/canvas.h"
 #include "platform/screen.h"
 #include "shapes/drawing_modes.h"
+#include "shapes/outline.h"
 #include "shapes/shape_owner.h"
 
 namespace lumatrex {
@@ -30,9 +31,22 @@ TMyShape::TMyShape(TMyShapeOwner* owner) : owner_(owner), gradient_(0, 0, pf24bi
 TMyShape::~TMyShape() = default;
 
 void TMyShape::ConnectChangeNotifications() {
-  pen_.OnChange = [this] { DoPenBrushChange(); };
-  brush_.OnChange = [this] { DoPenBrushChange(); };
-  font_.OnChange = [this] { DoFontChange(); };
+  pen_.OnChange = [this] {
+    DoPenBrushChange();
+    Changed();
+  };
+  brush_.OnChange = [this] {
+    DoPenBrushChange();
+    Changed();
+  };
+  font_.OnChange = [this] {
+    DoFontChange();
+    Changed();
+  };
+}
+
+void TMyShape::Changed() {
+  if (owner_) owner_->ShapeChanged(*this);
 }
 
 // ---------------------------------------------------------------------------
@@ -96,6 +110,7 @@ void TMyShape::DragChangeValuedxdy(double dx, double dy) {
   std::for_each(LinkPoints.begin(), LinkPoints.end(), move);
   move(CenterPoint);
   move(TextoutPoint);
+  Changed();
 }
 
 void TMyShape::Draging(TCanvas&, const TPoint&, const TPoint&) {}
@@ -104,7 +119,7 @@ void TMyShape::Sizing(TCanvas&, const TPoint&, const TPoint&) {}
 void TMyShape::Rotating(TCanvas&, const TMyPoint&, long double) {}
 void TMyShape::Drawed(const TPoint&, TPoint&) {}
 void TMyShape::DrawHot(TCanvas&) {}
-void TMyShape::SizeChangeValue(const TMyPoint&, const TMyPoint&) {}
+void TMyShape::SizeChangeValue(const TMyPoint&, const TMyPoint&) { Changed(); }
 
 TCursor TMyShape::GetMouseCursor(std::int32_t, std::int32_t) { return crCross; }
 
@@ -120,11 +135,13 @@ void TMyShape::RotateChangeValueByAngle(const TMyPoint& c, double angle) {
   turn(CenterPoint);
   angle_ = static_cast<float>(static_cast<long double>(angle_) + angle);
   RecaclinRad(angle_);
+  Changed();
 }
 
 void TMyShape::SetAngle(float value) {
   if (Points.empty() || !owner_) {
     angle_ = value;
+    Changed();
     return;
   }
   owner_->RotateChangeValueforShapes(this, PivotPoint(), static_cast<double>(value) - angle_);
@@ -143,6 +160,7 @@ void TMyShape::FlipHoriz() {
   mirror(TextoutPoint);
   if (angle_ != 0) angle_ = static_cast<float>(kPi - angle_);
   isFlipHorz_ = !isFlipHorz_;
+  Changed();
   RepaintOwner();
 }
 
@@ -155,6 +173,7 @@ void TMyShape::FlipVert() {
   mirror(TextoutPoint);
   if (angle_ != 0) angle_ = -angle_;
   isFlipVert_ = !isFlipVert_;
+  Changed();
   RepaintOwner();
 }
 
@@ -196,6 +215,7 @@ void TMyShape::Assign(const TMyShape& source) {
   userData_.Assign(source.userData_);
   multiInfo_ = source.multiInfo_;
   multiInfoAlignment_ = source.multiInfoAlignment_;
+  Changed();
 }
 
 void TMyShape::AssignWithoutRelation(const TMyShape& source) {
@@ -205,6 +225,7 @@ void TMyShape::AssignWithoutRelation(const TMyShape& source) {
   CenterPoint = ComputeCenterPoint(4);
   TextoutPoint = source.TextoutPoint;
   userData_.Assign(source.userData_);
+  Changed();
 }
 
 // ---------------------------------------------------------------------------
@@ -246,6 +267,33 @@ std::int32_t TMyShape::InWhichHot(const TPoint&) { return -1; }
 
 bool TMyShape::IsClickedMe(TCanvas&, const TPoint&) { return false; }
 
+TMyRect TMyShape::GetBoundsInZoom() {
+  TBoundsBuilder box;
+  for (const TMyPoint& p : Points) box.Add(ZoomedValuePt(p));
+  // Without points a shape's extent counts as the zero rectangle at the
+  // origin (GetPointsLTRB): snapping and rubber bands measure it there.
+  if (Points.empty()) box.Add(0, 0);
+  for (const TMyPoint& p : LinkPoints) box.Add(ZoomedValuePt(p));
+  box.Add(GetCenterPointInZoom());
+  const TMyPoint anchor = ZoomedValuePt(TextoutPoint);
+  box.Add(anchor);
+  // Handle squares (and their hit squares) reach HotSize past a rounded
+  // point, link crosses 3 pixels; the pen reaches past the outline.
+  const long double handles = std::max<long double>(HotSize(), 3) + 1;
+  TBoundsBuilder all;
+  all.Add(box.Grown(handles + PenReach(pen_.Width())));
+  if (captionShow_ && (!info_.empty() || !multiInfo_.empty())) {
+    std::size_t widest = info_.size(), lines = 1;
+    if (info_.empty()) {
+      lines = multiInfo_.size();
+      widest = 0;
+      for (const std::string& line : multiInfo_) widest = std::max(widest, line.size());
+    }
+    all.AddAround(anchor.X, anchor.Y, TextReach(font_.Size(), Zoom(), widest, lines));
+  }
+  return all.Grown(0);
+}
+
 TMyPoint TMyShape::ZoomedValuePt(const TMyPoint& p) const {
   const long double zoom = Zoom();
   return MyPoint(static_cast<float>(p.X * zoom), static_cast<float>(p.Y * zoom));
@@ -269,28 +317,30 @@ TPoint TMyShape::GetPointInZoomWithMode(std::int32_t index) const {
 
 namespace {
 template <typename Fn>
-void WithPoint(TArrMyPoint& points, std::int32_t index, Fn fn) {
-  if (IsExistPt(index, points)) fn(points[static_cast<std::size_t>(index)]);
+bool WithPoint(TArrMyPoint& points, std::int32_t index, Fn fn) {
+  if (!IsExistPt(index, points)) return false;
+  fn(points[static_cast<std::size_t>(index)]);
+  return true;
 }
 }  // namespace
 
 void TMyShape::SetPoint(std::int32_t index, const TMyPoint& p) {
-  WithPoint(Points, index, [&](TMyPoint& q) { q = p; });
+  if (WithPoint(Points, index, [&](TMyPoint& q) { q = p; })) Changed();
 }
 void TMyShape::SetPointX(std::int32_t index, float x) {
-  WithPoint(Points, index, [&](TMyPoint& q) { q.X = x; });
+  if (WithPoint(Points, index, [&](TMyPoint& q) { q.X = x; })) Changed();
 }
 void TMyShape::SetPointY(std::int32_t index, float y) {
-  WithPoint(Points, index, [&](TMyPoint& q) { q.Y = y; });
+  if (WithPoint(Points, index, [&](TMyPoint& q) { q.Y = y; })) Changed();
 }
 void TMyShape::SetLinkPoint(std::int32_t index, const TMyPoint& p) {
-  WithPoint(LinkPoints, index, [&](TMyPoint& q) { q = p; });
+  if (WithPoint(LinkPoints, index, [&](TMyPoint& q) { q = p; })) Changed();
 }
 void TMyShape::SetLinkPointX(std::int32_t index, float x) {
-  WithPoint(LinkPoints, index, [&](TMyPoint& q) { q.X = x; });
+  if (WithPoint(LinkPoints, index, [&](TMyPoint& q) { q.X = x; })) Changed();
 }
 void TMyShape::SetLinkPointY(std::int32_t index, float y) {
-  WithPoint(LinkPoints, index, [&](TMyPoint& q) { q.Y = y; });
+  if (WithPoint(LinkPoints, index, [&](TMyPoint& q) { q.Y = y; })) Changed();
 }
 void TMyShape::SetPointInZoom(std::int32_t index, const TMyPoint& p) {
   const long double zoom = Zoom();
@@ -306,17 +356,19 @@ void TMyShape::PointAddX(std::int32_t index, double dx) { PointAddXY(index, dx, 
 void TMyShape::PointAddY(std::int32_t index, double dy) { PointAddXY(index, 0, dy); }
 void TMyShape::PointAddXY(std::int32_t index, double dx, double dy) {
   const long double zoom = Zoom();
-  WithPoint(Points, index, [&](TMyPoint& q) {
-    q.X = static_cast<float>(q.X + dx / zoom);
-    q.Y = static_cast<float>(q.Y + dy / zoom);
-  });
+  if (WithPoint(Points, index, [&](TMyPoint& q) {
+        q.X = static_cast<float>(q.X + dx / zoom);
+        q.Y = static_cast<float>(q.Y + dy / zoom);
+      }))
+    Changed();
 }
 void TMyShape::LinkPointAddXY(std::int32_t index, double dx, double dy) {
   const long double zoom = Zoom();
-  WithPoint(LinkPoints, index, [&](TMyPoint& q) {
-    q.X = static_cast<float>(q.X + dx / zoom);
-    q.Y = static_cast<float>(q.Y + dy / zoom);
-  });
+  if (WithPoint(LinkPoints, index, [&](TMyPoint& q) {
+        q.X = static_cast<float>(q.X + dx / zoom);
+        q.Y = static_cast<float>(q.Y + dy / zoom);
+      }))
+    Changed();
 }
 
 // ---------------------------------------------------------------------------

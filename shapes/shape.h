@@ -141,10 +141,27 @@ class TMyShape : public QObject {
   virtual std::int32_t InWhichHot(const TPoint& p);
   // Hit test at device point P; false in the base.
   virtual bool IsClickedMe(TCanvas& canvas, const TPoint& p);
+  // A box in zoomed coordinates (model x the owner's zoom) holding every
+  // pixel Draw, DrawHot and DrawLinkHot may paint and every device point
+  // IsClickedMe, InWhichHot and InTextPointHot may accept; the canvas's
+  // spatial index keeps it. The base takes the points, link points, centre
+  // and text point grown by the pen, the handle squares and the link
+  // crosses, and the info text around the text point; kinds that paint or
+  // hit past that widen it. kBoundsEverywhere (shapes/outline.h) for
+  // coordinates that are not finite. Not const: curves fill their sample
+  // buffers.
+  virtual TMyRect GetBoundsInZoom();
   // The shape record of drawing files (field layout shared with the canvas's
   // drawing format).
   virtual void LoadFromStream(TStream& stream);
   virtual void SaveToStream(TStream& stream) const;
+
+  // Tells the owner that something drawn changed: points, link points,
+  // centre, text point, angle, pen, font, info text or visibility. The
+  // editing methods and setters call it; code that writes Points or other
+  // fields directly calls it afterwards, so that the canvas's spatial index
+  // and partial repaints follow.
+  void Changed();
 
   // ==== points ===============================================================
 
@@ -167,8 +184,14 @@ class TMyShape : public QObject {
   void SetPointInZoom(std::int32_t index, const TMyPoint& p);
   void SetPointXInZoom(std::int32_t index, float x);
   void SetPointYInZoom(std::int32_t index, float y);
-  void AddPoint(const TMyPoint& p) { Points.push_back(p); }
-  void AddLinkPoint(const TMyPoint& p) { LinkPoints.push_back(p); }
+  void AddPoint(const TMyPoint& p) {
+    Points.push_back(p);
+    Changed();
+  }
+  void AddLinkPoint(const TMyPoint& p) {
+    LinkPoints.push_back(p);
+    Changed();
+  }
   // Add device offsets, each divided by the zoom.
   void PointAddX(std::int32_t index, double dx);
   void PointAddY(std::int32_t index, double dy);
@@ -240,7 +263,11 @@ class TMyShape : public QObject {
   const std::string& GetCaption() const { return caption_; }
   void SetCaption(const std::string& value) { caption_ = value; }
   bool GetCaptionShow() const { return captionShow_; }
-  void SetCaptionShow(bool value) { captionShow_ = value; }
+  void SetCaptionShow(bool value) {
+    if (captionShow_ == value) return;
+    captionShow_ = value;
+    Changed();
+  }
   TColor GetColorBegin() const { return colorBegin_; }
   void SetColorBegin(TColor value);
   TColor GetColorEnd() const { return colorEnd_; }
@@ -254,7 +281,11 @@ class TMyShape : public QObject {
   bool GetHotShow() const { return hotShow_; }
   void SetHotShow(bool value) { hotShow_ = value; }
   const std::string& GetInfoText() const { return info_; }
-  void SetInfo(const std::string& value) { info_ = value; }
+  void SetInfo(const std::string& value) {
+    if (info_ == value) return;
+    info_ = value;
+    Changed();
+  }
   bool GetIsFlipHorz() const { return isFlipHorz_; }
   // Any assignment performs the owner's horizontal flip of this shape, which
   // toggles the flag, whatever Value is.
@@ -273,7 +304,11 @@ class TMyShape : public QObject {
   std::int32_t GetLogWidth() const { return logWidth_; }
   void SetLogWidth(std::int32_t value) { logWidth_ = value; }
   const TStringList& GetMultiInfo() const { return multiInfo_; }
-  void SetMultiInfo(const TStringList& value) { multiInfo_ = value; }
+  void SetMultiInfo(const TStringList& value) {
+    if (multiInfo_ == value) return;
+    multiInfo_ = value;
+    Changed();
+  }
   TAlignment GetMultiInfoAlignment() const { return multiInfoAlignment_; }
   void SetMultiInfoAlignment(TAlignment value) { multiInfoAlignment_ = value; }
   TPen& Pen() { return pen_; }
@@ -289,7 +324,11 @@ class TMyShape : public QObject {
   TUserData& UserData() { return userData_; }
   const TUserData& UserData() const { return userData_; }
   bool GetVisible() const { return visible_; }
-  void SetVisible(bool value) { visible_ = value; }
+  void SetVisible(bool value) {
+    if (visible_ == value) return;
+    visible_ = value;
+    Changed();
+  }
   // The owned pen, brush, font and user data as the property system sees them.
   TPen* PenPtr() { return &pen_; }
   TBrush* BrushPtr() { return &brush_; }
@@ -315,10 +354,22 @@ class TMyShape : public QObject {
   std::vector<std::int32_t> ChildShapes;
   // Numbers of the connectors attached to this shape.
   std::vector<std::uint32_t> LinkLines;
+  // Whether RemapShapeNumbers has anything to renumber: a parent, members,
+  // connectors, or list positions a kind keeps of its own (connector ends).
+  // The owner's renumbering passes over shapes without any.
+  bool HoldsListPositions() const {
+    return ParentId >= 0 || !ChildShapes.empty() || !LinkLines.empty() || ownListPositions_;
+  }
   // Relation id kept for the drawing format; -1 after creation and copies.
   std::int32_t SpareRelationId = -1;
   // The handle found by the last InWhichHot, -1 for none.
   std::int32_t CurrentHot = -1;
+
+ private:
+  // Next to the relations above, which a renumbering pass reads together.
+  bool ownListPositions_ = false;
+
+ public:
 
  protected:
   // Owner values with the no-owner fallbacks (zoom 1, handle size 4, ratio
@@ -335,6 +386,9 @@ class TMyShape : public QObject {
   TMyPoint PivotPoint() const;
   // Mirrors the gradient bitmap by the flip flags.
   void FlipGradientByFlags();
+  // For kinds that store list positions of their own and renumber them in
+  // RemapShapeNumbers.
+  void DeclareOwnListPositions() { ownListPositions_ = true; }
   void RepaintOwner() const;
 
  private:

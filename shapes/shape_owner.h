@@ -55,6 +55,9 @@ class TMyShapeOwner {
 
   // ---- document services ---------------------------------------------------------
   virtual void Repaint() = 0;
+  // Shape (perhaps not one of the owner's) changed something it draws; see
+  // TMyShape::Changed. Nothing by default.
+  virtual void ShapeChanged(TMyShape& shape) {}
   // True during a bulk update, when a group's pen, brush and font changes are
   // not passed on to its members.
   virtual bool IsUpdating() const = 0;

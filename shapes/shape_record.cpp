@@ -196,6 +196,7 @@ void TMyShape::LoadFromStream(TStream& stream) {
   // flips just read, so that the shape paints as it was saved.
   DrawGradient();
   FlipGradientByFlags();
+  Changed();
 }
 
 }  // namespace lumatrex

@@ -10,7 +10,7 @@ packages=(
   cmake ninja-build g++ ccache pkg-config
   qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools libgl1-mesa-dev
   designer-qt6 libqt6uitools6
-  libgtest-dev libgmock-dev libbenchmark-dev
+  libgtest-dev libgmock-dev libbenchmark-dev libboost-dev
   python3 python3-ezdxf
   clang libclang-rt-14-dev llvm  # the sanitizer and fuzzing build; llvm gives llvm-symbolizer
 )

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "generate.h"
 #include "platform/screen.h"
 
 namespace {
@@ -41,6 +42,13 @@ const TCommand kCommands[] = {
      "Renders the shapes on visible layers of the drawing IN at zoom Z (default 1)\n"
      "and writes the picture to OUT, whose extension chooses the image type.\n",
      Render},
+    {"generate", "lumatrex generate --shapes N [--seed S] [--size WxH] OUT",
+     "Writes to OUT a drawing of N simple shapes (rectangles, some turned, ellipses,\n"
+     "lines, triangles and poly-lines, 4 to 40 pixels across, in eight colours)\n"
+     "placed at random over an area of W x H drawing pixels (default 794x1123, an A4\n"
+     "page at 96 pixels per inch), for trying the editor and the canvas at scale.\n"
+     "The same N, S (default 1) and size give the same file.\n",
+     Generate},
     {"lib", "lumatrex lib FILE list|add NAME DRAWING|extract NAME OUT|delete NAME|rename OLD NEW|upgrade",
      "Works on the shape library FILE:\n"
      "  list                 prints the entry names, one a line\n"

@@ -102,6 +102,7 @@ TEST(TMyCADAlignment, AGroupMovesWithItsMembersAndAttachedConnectorsFollow) {
   auto* link = static_cast<TMyLinkLine*>(cad.AddShapeByCode2("TMyLinkLine", "", {{60, 5}, {100, 5}}, 0));
   link->SetStartSpNo(member->ShapeNo);
   link->SetStartSpPtId(0);
+  member->LinkLines = {static_cast<std::uint32_t>(link->ShapeNo)};  // the shape lists its connector
   cad.SelectShapeByCode(group->ShapeId, true);
   cad.SelectShapeByCode(box->ShapeId, false);
 

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <algorithm>
 #include <QMouseEvent>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <vector>
 
 #include "platform/control.h"
@@ -21,11 +24,13 @@ class TProbe : public TCustomControl {
   std::vector<TCall> calls;
   int paints = 0;
   TRect lastClip;
+  std::vector<TRect> clips;
 
  protected:
   void Paint() override {
     ++paints;
     lastClip = Canvas().ClipRect();
+    clips.push_back(lastClip);
     TCustomControl::Paint();
     Canvas().Brush().SetColor(clRed);
     Canvas().FillRect(Rect(10, 10, 20, 20));
@@ -75,6 +80,48 @@ TEST(TCustomControl, PaintRendersInvalidatedAreasIntoTheScreenBitmapOnce) {
   const int paints = probe.paints;
   probe.repaint();  // an expose without invalidation only blits
   EXPECT_EQ(probe.paints, paints);
+}
+
+TEST(TCustomControl, AnInvalidatedRectangleIsPaintedAlone) {
+  TProbe probe;
+  probe.resize(64, 48);
+  probe.Repaint();
+  probe.clips.clear();
+  probe.InvalidateRect(Rect(5, 6, 15, 16));
+  probe.InvalidateRect(Rect(40, 30, 50, 40));
+  EXPECT_EQ(probe.InvalidatedBounds(), Rect(5, 6, 50, 40));
+  probe.PaintInvalidated();
+  std::vector<TRect> expected = {Rect(5, 6, 15, 16), Rect(40, 30, 50, 40)};
+  std::sort(probe.clips.begin(), probe.clips.end(), [](const TRect& a, const TRect& b) { return a.Left < b.Left; });
+  EXPECT_EQ(probe.clips, expected);
+  EXPECT_EQ(probe.InvalidatedBounds(), TRect{});
+  // Past the control nothing is kept.
+  probe.InvalidateRect(Rect(100, 100, 120, 120));
+  EXPECT_EQ(probe.InvalidatedBounds(), TRect{});
+}
+
+TEST(TCustomControl, InAScrollAreaOnlyTheVisiblePartIsPaintedAndTheRestWhenItShows) {
+  QScrollArea area;
+  area.resize(120, 100);
+  auto* probe = new TProbe;
+  probe->resize(2000, 1500);
+  area.setWidget(probe);
+  area.show();
+  QApplication::processEvents();
+  probe->clips.clear();
+  probe->Repaint();
+  ASSERT_FALSE(probe->clips.empty());
+  for (const TRect& clip : probe->clips) {
+    EXPECT_LE(clip.Right, 120);
+    EXPECT_LE(clip.Bottom, 100);
+  }
+  EXPECT_NE(probe->InvalidatedBounds(), TRect{});  // the rest waits until it shows
+  probe->clips.clear();
+  area.horizontalScrollBar()->setValue(1500);
+  area.verticalScrollBar()->setValue(1000);
+  QApplication::processEvents();
+  ASSERT_FALSE(probe->clips.empty());
+  for (const TRect& clip : probe->clips) EXPECT_GE(clip.Right, 1500);
 }
 
 }  // namespace

@@ -159,7 +159,7 @@ TEST(LumatrexHelp, VersionGoesToStandardOutput) {
 }
 
 TEST(LumatrexHelp, EachCommandDescribesItselfOnStandardOutput) {
-  for (const char* command : {"dump", "convert", "render", "lib"}) {
+  for (const char* command : {"dump", "convert", "render", "lib", "generate"}) {
     const TRun run = Lumatrex({command, "--help"});
     EXPECT_EQ(run.status, 0) << command;
     EXPECT_TRUE(run.out.starts_with(std::string("Usage: lumatrex ") + command)) << run.out;
@@ -213,6 +213,27 @@ TEST(LumatrexRender, WritesAPngOfTheDrawingsExtentAtTheZoom) {
   EXPECT_EQ(one.size(), QSize(40 + 33, 20 + 33));
   EXPECT_EQ(two.size(), QSize(80 + 33, 40 + 33));
   EXPECT_EQ(one.pixelColor(16 + 20, 16 + 10), QColor(Qt::black));  // the rectangle's black fill
+}
+
+TEST(LumatrexGenerate, WritesTheSameDrawingOfNShapesForTheSameSeed) {
+  TScratchFolder folder;
+  const TRun run = Lumatrex({"generate", "--shapes", "300", "--seed", "4", folder.File("a.lmx")});
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out + run.err, "");
+  ASSERT_EQ(Lumatrex({"generate", "--shapes", "300", "--seed", "4", folder.File("b.lmx")}).status, 0);
+  ASSERT_EQ(Lumatrex({"generate", "--shapes", "300", "--seed", "5", folder.File("c.lmx")}).status, 0);
+  EXPECT_EQ(folder.Read("a.lmx"), folder.Read("b.lmx"));
+  EXPECT_NE(folder.Read("a.lmx"), folder.Read("c.lmx"));
+  const TRun dump = Lumatrex({"dump", folder.File("a.lmx")});
+  ASSERT_EQ(dump.status, 0) << dump.err;
+  std::size_t shapes = 0;
+  for (std::size_t at = 0; (at = dump.out.find("\"ShapeNo\"", at)) != std::string::npos; ++at) ++shapes;
+  EXPECT_EQ(shapes, 300u);
+  for (const char* kind : {"TMyRectangle", "TMyEllipse", "TMyLine", "TMyPolygon", "TMyPolyLine"})
+    EXPECT_TRUE(Contains(dump.out, std::string("\"") + kind + "\"")) << kind;
+  EXPECT_EQ(Lumatrex({"generate", folder.File("d.lmx")}).status, 2);  // --shapes is required
+  EXPECT_EQ(Lumatrex({"generate", "--shapes", "-1", folder.File("d.lmx")}).status, 2);
+  EXPECT_EQ(Lumatrex({"generate", "--shapes", "5", "--size", "12", folder.File("d.lmx")}).status, 2);
 }
 
 // ---------------------------------------------------------------------------
