@@ -79,6 +79,7 @@ bool TMyCAD::ReleaseBezierNodeAdding(TMyShape* shape, const TPoint& p) {
   PushtoUndoRedoShapeList({chain}, ACT_CHANGE);
   chain->Points = after;
   chain->CenterPoint = chain->ComputeCenterPoint(4);
+  chain->Changed();
   SetModified(true);
   Invalidate();
   TMyShape* reported = chain;

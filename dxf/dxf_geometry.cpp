@@ -92,8 +92,8 @@ TDxfEllipse FrameEllipse(const TMyShape& shape, const TDxfMap& map) {
 TDxfEllipse ArcEllipse(const TMyShape& shape, const TDxfMap& map) {
   TDxfEllipse e = FrameEllipse(shape, map);
   if (shape.GetPointsCount() < 6) return e;
-  e.t0 = e.ParamOfRay(map.ToDxf(shape.Points[4]));
-  e.t1 = e.ParamOfRay(map.ToDxf(shape.Points[5]));
+  e.t0 = e.ParamOfRay(map.ToDxf(shape.Points[5]));
+  e.t1 = e.ParamOfRay(map.ToDxf(shape.Points[4]));
   if (e.t1 <= e.t0) e.t1 += kTwoPi;
   return e;
 }

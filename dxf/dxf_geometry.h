@@ -57,9 +57,10 @@ struct TDxfEllipse {
 // The ellipse inscribed in a rectangle-like shape's frame (points 0-3: the
 // corners turned by its angle); the full outline.
 TDxfEllipse FrameEllipse(const TMyShape& shape, const TDxfMap& map);
-// A TMyElliArc: the ellipse of its frame, cut from the ray through point 4
-// counter-clockwise (as seen on the screen) to the ray through point 5. An
-// arc without those points is its whole ellipse.
+// A TMyElliArc: the ellipse of its frame, cut from the ray through point 5
+// counter-clockwise (as seen on the screen) to the ray through point 4: the
+// arc runs clockwise on the screen from point 4 to point 5. An arc without
+// those points is its whole ellipse.
 TDxfEllipse ArcEllipse(const TMyShape& shape, const TDxfMap& map);
 
 // Cubic Bezier chain (start, then two controls and an end per piece), each

@@ -234,7 +234,7 @@ class TShapeBuilder {
                                      V2{c.x + a1.x + a2.x, c.y + a1.y + a2.y},
                                      V2{c.x + a1.x - a2.x, c.y + a1.y - a2.y},
                                      V2{c.x - a1.x - a2.x, c.y - a1.y - a2.y},
-                                     full ? V2{} : e.At(e.t0), full ? V2{} : e.At(e.t1)};
+                                     full ? V2{} : e.At(e.t1), full ? V2{} : e.At(e.t0)};
     // The frame's first side runs along the axis; on the screen (y down) its
     // angle is the mirror of the DXF one.
     const float angle = static_cast<float>(-std::atan2(a1.y, a1.x));

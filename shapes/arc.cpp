@@ -75,6 +75,7 @@ void TMyElliArc::PlaceEnds(long double start, long double end) {
   Points.resize(std::max<std::size_t>(Points.size(), kEnd + 1));
   Points[kStart] = OutlineAt(start);
   Points[kEnd] = OutlineAt(end);
+  Changed();
 }
 
 TArrMyPoint TMyElliArc::OutlineInZoom() const {

@@ -221,6 +221,7 @@ std::int32_t TMyPolyBezier::InsertPieceAt(const TPoint& p) {
   Points.erase(Points.begin() + static_cast<std::ptrdiff_t>(at + 1), Points.begin() + static_cast<std::ptrdiff_t>(at + 3));
   Points.insert(Points.begin() + static_cast<std::ptrdiff_t>(at + 1), {p01, p012, middle, p123, p23});
   CenterPoint = ComputeCenterPoint(4);
+  Changed();
   return static_cast<std::int32_t>(at + 3);
 }
 
@@ -233,6 +234,7 @@ bool TMyPolyBezier::RemovePieceAt(std::int32_t hot) {
   const std::int32_t first = anchor == 0 ? 0 : anchor == 3 * pieces ? anchor - 2 : anchor - 1;
   Points.erase(Points.begin() + first, Points.begin() + first + 3);
   CenterPoint = ComputeCenterPoint(4);
+  Changed();
   return true;
 }
 

@@ -66,7 +66,10 @@ class TMyText : public TMyRectangle {
   bool GetIsSolid() const { return isSolid_; }
   void SetIsSolid(bool value) { isSolid_ = value; }
   const TStringList& GetLines() const { return lines_; }
-  void SetLines(const TStringList& value) { lines_ = value; }
+  void SetLines(const TStringList& value) {
+    lines_ = value;
+    Changed();
+  }
   TTextLayout GetVAlignment() const { return vAlignment_; }
   void SetVAlignment(TTextLayout value) { vAlignment_ = value; }
   TAlignment GetHAlignment() const { return hAlignment_; }
