@@ -13,7 +13,7 @@
 
 namespace lumatrex {
 
-void AddInspectorDock(QMainWindow& window, TMyCAD& canvas) {
+TComponentInspector* AddInspectorDock(QMainWindow& window, TMyCAD& canvas) {
   auto* splitter = new QSplitter(Qt::Vertical);
   auto* components = new TComponentInspector(splitter);
   auto* grid = new TInspectorGrid(splitter);
@@ -24,6 +24,7 @@ void AddInspectorDock(QMainWindow& window, TMyCAD& canvas) {
   dock->setObjectName("inspector");
   dock->setWidget(splitter);
   window.addDockWidget(Qt::RightDockWidgetArea, dock);
+  return components;
 }
 
 void AddUserDataAction(QMenu& menu, TMyCAD& canvas) {

@@ -9,9 +9,12 @@ class QMenu;
 namespace lumatrex {
 
 class TMyCAD;
+class TComponentInspector;
 
-// Docks the inspector on the right of Window, bound to Canvas.
-void AddInspectorDock(QMainWindow& window, TMyCAD& canvas);
+// Docks the inspector on the right of Window, bound to Canvas; returns its
+// component inspector (owned by the dock) so that the window can resync it
+// after the drawing is replaced.
+TComponentInspector* AddInspectorDock(QMainWindow& window, TMyCAD& canvas);
 // Adds "User data…" to Menu: edits the user data of the one selected shape
 // (as an undoable change), or of the canvas when no single shape is selected.
 void AddUserDataAction(QMenu& menu, TMyCAD& canvas);

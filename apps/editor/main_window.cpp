@@ -20,6 +20,7 @@
 
 #include "canvas/tmycad.h"
 #include "dxf/dxf.h"
+#include "inspector/component_inspector.h"
 #include "inspector_dock.h"
 #include "layers_panel.h"
 #include "platform/qt_interop.h"
@@ -257,6 +258,7 @@ void TMainWindow::ChooseTool(int tool) {
 
 void TMainWindow::DocumentChanged() {
   layers_->Refresh();
+  if (components_) components_->SyncFromCanvas();
   cad_->Invalidate();
   const TGridObject& grid = *cad_->GridOperation();
   gridAction_->setChecked(grid.GetGridType() != gNone && grid.GetGridWidth() > 0 && grid.GetGridHeight() > 0);
@@ -384,7 +386,7 @@ void TMainWindow::BuildDocks() {
   dock->setObjectName("layers");
   dock->setWidget(layers_);
   addDockWidget(Qt::RightDockWidgetArea, dock);
-  AddInspectorDock(*this, *cad_);
+  components_ = AddInspectorDock(*this, *cad_);
 }
 
 void TMainWindow::BuildStatusBar() {

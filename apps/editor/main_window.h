@@ -21,6 +21,7 @@ class QSpinBox;
 class QActionGroup;
 
 namespace lumatrex {
+class TComponentInspector;
 class TMyCAD;
 class TRsRuler;
 class TRsRulerCorner;
@@ -108,6 +109,7 @@ class TMainWindow : public QMainWindow {
   TRsRuler* leftRuler_;
   TRsRulerCorner* corner_;
   TLayersPanel* layers_;
+  TComponentInspector* components_ = nullptr;
   QActionGroup* tools_;
   TViewNavigator* navigator_;
   QLabel* position_;

@@ -62,6 +62,30 @@ void Paint(QPainter& p, int tool) {
       p.drawLine(QPointF(12, 2), QPointF(12, 22));
       p.drawLine(QPointF(2, 12), QPointF(22, 12));
       break;
+    case SpElliArc:
+      p.drawArc(QRectF(3, 5, 18, 14), 0, 90 * 16);
+      p.setBrush(Qt::black);
+      p.drawRect(QRectF(19.5, 10.5, 3, 3));
+      p.drawRect(QRectF(10.5, 3.5, 3, 3));
+      break;
+    case SpPolyBezier: {
+      QPainterPath path(QPointF(3, 18));
+      path.cubicTo(QPointF(8, 2), QPointF(16, 2), QPointF(21, 18));
+      p.drawPath(path);
+      p.drawLine(QPointF(3, 18), QPointF(8, 2));
+      p.drawLine(QPointF(21, 18), QPointF(16, 2));
+      break;
+    }
+    case SpText:
+      p.drawLine(QPointF(5, 4), QPointF(19, 4));
+      p.drawLine(QPointF(12, 4), QPointF(12, 21));
+      p.drawLine(QPointF(9, 21), QPointF(15, 21));
+      break;
+    case SpImage:
+      p.drawRect(QRectF(3, 4, 18, 16));
+      p.drawPolyline(Points({{3, 18}, {9, 11}, {14, 16}, {17, 13}, {21, 17}}));
+      p.drawEllipse(QRectF(14, 6, 4, 4));
+      break;
     case SpBrowse: p.drawEllipse(QRectF(4, 4, 12, 12)); p.drawLine(QPointF(14, 14), QPointF(21, 21)); break;
     case kHandTool:
       p.drawRoundedRect(QRectF(5, 10, 14, 11), 4, 4);
