@@ -89,9 +89,12 @@ void AddPenMembers(TPropertyNode& group, const Read& pointer) {
                            [](TPen& p, const QVariant& v) { p.SetStyle(TPenStyle(v.toInt())); }),
           {"psSolid", "psDash", "psDot", "psDashDot", "psDashDotDot", "psClear", "psInsideFrame", "psUserStyle",
            "psAlternate"});
-  SetRange(*AddMember<TPen>(group, pointer, "Width", K::Integer, [](const TPen& p) { return QVariant(qlonglong(p.Width())); },
+  // The stored width, so that a file's 0 (drawn one pixel wide) is shown and
+  // kept as it is rather than turned into 1.
+  SetRange(*AddMember<TPen>(group, pointer, "Width", K::Integer,
+                            [](const TPen& p) { return QVariant(qlonglong(p.StoredWidth())); },
                             [](TPen& p, const QVariant& v) { p.SetWidth(v.toInt()); }),
-           1, 1000);
+           0, 1000);
 }
 
 void AddBrushMembers(TPropertyNode& group, const Read& pointer) {
