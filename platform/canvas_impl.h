@@ -136,6 +136,9 @@ struct TCanvas::Impl {
   QRectF WideBox(const QRect& box) const;
   void DrawFigure(const TFigure& figure, bool stroke, bool fill);
   void DrawFigureDirectly(const TFigure& figure, const QRect& area, bool drawPen, bool drawBrush);
+  // A one-pixel outline alone, in any pen mode: the picture the masks give,
+  // without building them (the XOR previews of a drag are such figures).
+  void DrawThinOutline(const TFigure& figure, const QRect& area);
   // Clips the masks and combines them with the surface, brush first.
   void Render(TPenMasks* pen, raster::TMask* brush);
   void PaintMask(const raster::TMask& mask, const raster::TPaintSource& source, TPenMode mode);
