@@ -72,6 +72,7 @@ class QPlainTextEdit;
 namespace lumatrex {
 
 class TShapeIndex;
+class TMyText;
 
 // One layer of the drawing.
 struct LayerRec {
@@ -987,7 +988,9 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TMyShape* editedText_ = nullptr;
   bool editedIsNew_ = false;
   bool OpenTextEditorAt(const TPoint& p);
-  void CloseTextEditor();
+  // Closes the editor; the text it edited, or null if that has gone.
+  TMyText* CloseTextEditor();
+  void DropNewText(TMyShape& text);
 
   TDrawTool shapeTool_ = SpSelecting;
   bool returnToSelecting_ = false;

@@ -149,6 +149,7 @@ TMainWindow::TMainWindow()
                                               [this] { AfterGesture(); }, this));
   cad_->installEventFilter(navigator_);
   cad_->OnShapeAdded = [this](QObject*, TMyShape*&, std::int32_t) { DocumentChanged(); };
+  connect(layers_, &TLayersPanel::LayersEdited, this, &TMainWindow::Edited);
 
   leftRuler_->SetDirection(rdLeft);
   topRuler_->SetHairLine(true);
