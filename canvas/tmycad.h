@@ -464,7 +464,10 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // the members of a top-level group. When the history holds exactly
   // UndoRedoSize steps the oldest is dropped first. Nothing is recorded when
   // the history is off, for no shapes, or for shapes of no known kind.
-  void PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action);
+  // Keep, when given, is asked for each recorded shape's state beyond its
+  // copy, which undo of a change puts back after the copy.
+  void PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action,
+                               const TStateKeeper& keep = {});
   // Empties the selection, reverts the newest step and repaints. Answers the
   // number of the step that is newest afterwards; -1, with nothing done and
   // no repaint, when there was no step. Reverting records nothing and there
