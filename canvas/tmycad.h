@@ -402,7 +402,13 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Moves Source's shapes to Target, makes Target current and deletes Source.
   // 0 (nothing done) when they are equal or either is not a layer, else 1.
   std::int32_t MergeLayers(std::int32_t target, std::int32_t source);
-  // -1 without layers, else the id of the most recently created layer.
+  // Moves the layer at list position From to position To, the others keeping
+  // their order; false, with nothing done, for a bad position. The list order
+  // is the order layers are listed and saved in; painting follows the shape
+  // list, not the layers. Not an undo step: the history holds shapes only.
+  bool MoveLayer(std::int32_t from, std::int32_t to);
+  // -1 without layers, else the id of the last layer in the list: the most
+  // recently created one, unless layers were moved.
   std::int32_t GetMaxLayerId() const;
   // The layer count, as the 8-bit value drawing files and the UI use.
   std::uint8_t GetLayersCount() const { return static_cast<std::uint8_t>(layers_.size()); }
@@ -465,7 +471,10 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // the members of a top-level group. When the history holds exactly
   // UndoRedoSize steps the oldest is dropped first. Nothing is recorded when
   // the history is off, for no shapes, or for shapes of no known kind.
-  void PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action);
+  // Keep, when given, is asked for each recorded shape's state beyond its
+  // copy, which undo of a change puts back after the copy.
+  void PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action,
+                               const TStateKeeper& keep = {});
   // Empties the selection, reverts the newest step and repaints. Answers the
   // number of the step that is newest afterwards; -1, with nothing done and
   // no repaint, when there was no step. Reverting records nothing and there

@@ -159,6 +159,7 @@ void RevertOnLiveShape(TMyCAD& cad, const TSavedShape& record, TMyShape& live) {
     cad.DeleteShapeById(live.ShapeId, false);
   } else if (action == ACT_CHANGE) {
     RestoreState(live, *record.SavedShape);
+    if (record.KeptState) record.KeptState(live);
     cad.ChangeLinkShapes(&live);
   } else if (action == ACT_GROUP) {
     cad.UnGroupShape(&live, false);
@@ -197,7 +198,8 @@ void RevertStep(TMyCAD& cad, std::span<const TSavedShape> step) {
 
 }  // namespace
 
-void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action) {
+void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action,
+                                     const TStateKeeper& keep) {
   if (undoRedoSize_ == 0) return;
   std::vector<TSavedShape> records;
   for (TMyShape* shape : ShapesToRecord(*this, shapes, action)) {
@@ -206,7 +208,8 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const
     if (!copy) continue;
     copy->Assign(*shape);
     copy->LinkLines.clear();
-    records.push_back({0, shape->GetName().substr(0, kMaxShapeNameBytes), std::move(copy), action});
+    records.push_back({0, shape->GetName().substr(0, kMaxShapeNameBytes), std::move(copy), action,
+                       keep ? keep(*shape) : TKeptState{}});
   }
   // An empty step would only push the oldest one out.
   if (records.empty()) return;
