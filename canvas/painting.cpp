@@ -73,7 +73,7 @@ void TMyCAD::PaintDrawing(TBitmap& target, const TRect& clip) {
   FillBackground(target, clip);
   DrawBkBitmap(target, 0, 0);
   DrawGrid(target, ClientRect());
-  DrawShapeList(target.Canvas(), Rect(0, 0, Width(), Height()), ShapesMeeting(clip), true);
+  DrawShapeList(target.Canvas(), Rect(0, 0, Width(), Height()), ShapesMeeting(clip), LinkCrossesShown());
 }
 
 void TMyCAD::DrawAll(const TRect& clip) {
@@ -116,7 +116,11 @@ void TMyCAD::DrawShapeTree(TCanvas& canvas, TMyShape& shape) {
   shape.Draw(canvas);
 }
 
-void TMyCAD::DrawAllShape(TCanvas& canvas, const TRect& rect) { DrawShapeList(canvas, rect, ShapesMeeting(rect), true); }
+// Link crosses show only while a connector end is placed: they are where
+// it can go, and would clutter the drawing at other times.
+void TMyCAD::DrawAllShape(TCanvas& canvas, const TRect& rect) {
+  DrawShapeList(canvas, rect, ShapesMeeting(rect), LinkCrossesShown());
+}
 
 void TMyCAD::DrawShapeList(TCanvas& canvas, const TRect& rect, const std::vector<TMyShape*>& chosen,
                            bool linkHandles) {

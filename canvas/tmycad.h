@@ -29,6 +29,11 @@
 //   text_editor.cpp  the in-place editor of text shapes
 //   cross_hair.cpp  the cross-hair through the mouse position
 //   line_joining.cpp  joining a newly drawn line to the free end it meets
+//   connections.cpp  connectors: ends kept on their link points, routing,
+//                  the connector commands
+//   link_tool.cpp  link points under the mouse while connectors are drawn
+//                  or their ends dragged
+//   routing.cpp    the orthogonal router (routing.h)
 //   spatial.cpp    the spatial index of shape bounds and what it serves:
 //                  hit tests, area queries, partial repaints
 //
@@ -73,6 +78,9 @@ namespace lumatrex {
 
 class TShapeIndex;
 class TMyText;
+class TMyLinkLine;
+class TMyLinkPoint;
+enum TLinkLineEnd : std::uint8_t;
 
 // One layer of the drawing.
 struct LayerRec {
@@ -291,11 +299,54 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // every member of a group, then the shape itself unless it is locked.
   void DragChangeValueDxDyforShapes(TMyShape* shape, double dx, double dy);
   // Puts the ends of every connector attached to Shape (or to one of its
-  // members) back on the link points they are bound to, after Shape moved,
-  // was resized or turned. The connectors looked at are those the shapes
-  // list in LinkLines (each shape lists the connectors attached to it), so
-  // the work does not grow with the drawing.
+  // members) back on the link points they are bound to and routes those
+  // connectors again, after Shape moved, was resized or turned. When Shape
+  // is itself a connector, its ends are settled first: an end still within
+  // HotSize of its bound point goes back onto it, one moved further is let
+  // go and binds to the link point it now lies on, if any; the connector is
+  // routed again when an end moved or its points are no route of its style.
+  // The connectors looked at are those the shapes list in LinkLines (each
+  // shape lists the connectors attached to it), so the work does not grow
+  // with the drawing.
   void ChangeLinkShapes(TMyShape* shape);
+  // Gives the connector the route its LinkLineDrawStyle asks for between its
+  // two end points (model coordinates): lldsOrthogonal goes around the
+  // frames of the shapes near it (found through the spatial index), leaving
+  // and entering each attached shape across the side its link point is on;
+  // when no way around is found it takes one bend as lldsHV does.
+  void RouteLinkLine(TMyLinkLine& link);
+
+  // ==== connectors (connections.cpp, link_tool.cpp) ==============================
+  // The front-most visible shape (group members included, connectors left
+  // out, Except skipped) with a link point whose HotSize square holds device
+  // point P, and that link point in LinkId; nullptr and -1 for none.
+  TMyShape* InWhichShapeWhichHotLinkId(const TPoint& p, std::int32_t& linkId, const TMyShape* except = nullptr);
+  // The same for a shape's points (handles): the shape and the last of its
+  // points whose HotSize square holds P.
+  TMyShape* InWhichShapeWhichPointNo(const TPoint& p, std::int32_t& pointNo, const TMyShape* except = nullptr);
+  // Binds End of Link to the link point under device point P (or frees it
+  // when there is none), moves P onto that point and marks it. Returns the
+  // shape bound to.
+  TMyShape* GetMainShape(TMyLinkLine& link, TLinkLineEnd end, TPoint& p);
+  // Takes off the mark of the link point an end would bind to.
+  void ClearAllLinkHot();
+  // A new TMyLinkLine from link point SourcePoint of Source to DestPoint of
+  // Dest, routed by Style, listed by both shapes; "ACT_ADD" when Record.
+  // nullptr, adding nothing, for a shape not on this canvas or a link point
+  // it does not have.
+  TMyLinkLine* CreateLink(TMyShape* source, std::int32_t sourcePoint, TMyShape* dest, std::int32_t destPoint,
+                          TLinkLineDrawStyle style, bool record = true);
+  // Breaks Link at model point At with a new TMyLinkPoint: Link ends there,
+  // and a copy of Link runs from there to Link's old end (bound as Link's
+  // was). Records "ACT_CHANGE" for Link and then "ACT_ADD" for the point and
+  // the copy when Record. Returns the new point; nullptr for a connector not
+  // on this canvas. BreakLine breaks at the middle of the route's length.
+  TMyLinkPoint* BreakLineByAPoint(TMyLinkLine* link, const TMyPoint& at, bool record = true);
+  TMyLinkPoint* BreakLine(TMyLinkLine* link, bool record = true);
+  // Frees the start (end) of Link: no longer bound, and no longer listed by
+  // that shape. The end's point stays where it is.
+  void RemoveSrcLink(TMyLinkLine* link);
+  void RemoveDestLink(TMyLinkLine* link);
 
   // ==== mouse interaction (interaction.cpp, snapping.cpp) ========================
   // Events of gestures. Points are passed through GetPointByMode; a handler
@@ -985,6 +1036,28 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Fills a newly drawn image shape from the file the user picks; false
   // when cancelled or unreadable.
   bool FillImageFromUserFile(TMyShape* image);
+  // ---- connectors (connections.cpp, link_tool.cpp) ----
+  void SettleLinkLine(TMyLinkLine& link);
+  bool SettleLinkEnd(TMyLinkLine& link, TLinkLineEnd end);
+  void AttachLinkEnd(TMyLinkLine& link, TLinkLineEnd end, TMyShape& target, std::int32_t pointId);
+  void DetachLinkEnd(TMyLinkLine& link, TLinkLineEnd end);
+  // Lists a connector just added at the shapes its ends are bound to.
+  void ListLinkLineAtEnds(TMyLinkLine& link);
+  TArrMyPoint RouteAroundShapes(const TMyLinkLine& link);
+  // SizeChangeValue, with the shape's link points keeping their place on
+  // its frame.
+  void ResizeKeepingLinkPoints(TMyShape& shape, const TMyPoint& a, const TMyPoint& b);
+  void AddSideLinkPoints(TMyShape& shape);
+  // While a connector is drawn or one of its ends dragged, link points show
+  // as crosses, and the one the end would bind to carries an XOR mark.
+  bool IsLinkEndDrag() const;
+  bool LinkCrossesShown() const;
+  void MarkLinkHot(std::optional<TPoint> at);
+  // Moves device point P of a dragged connector end (of the end or line
+  // being drawn) onto the link point under it, marking that point.
+  void TrackLinkEnd(TPoint& p);
+  void TrackDrawnEnd(TPoint& p);
+  std::optional<TPoint> linkHot_;
   // ---- snapping (snapping.cpp) ----
   bool SnapToGrid(std::int32_t& x, std::int32_t& y) const;
   std::int32_t GridStep(double spacing) const;

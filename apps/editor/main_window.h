@@ -14,6 +14,8 @@
 #include <QString>
 #include <functional>
 
+#include "shapes/shape_enums.h"
+
 class QLabel;
 class QMenu;
 class QScrollArea;
@@ -102,6 +104,8 @@ class TMainWindow : public QMainWindow {
   void PickBrushColour();
   void PickFont();
   void ZoomToFit();
+  // Routes the selected connectors and the ones drawn next by Style.
+  void SetLinkStyle(TLinkLineDrawStyle style);
 
   TMyCAD* cad_;
   QScrollArea* scroll_;
@@ -119,6 +123,7 @@ class TMainWindow : public QMainWindow {
   QAction* snapAction_ = nullptr;
   QAction* snapShapeAction_ = nullptr;
   QString fileName_;
+  TLinkLineDrawStyle linkStyle_ = lldsOrthogonal;
 };
 
 }  // namespace lumatrex::editor
