@@ -74,6 +74,8 @@ struct TRecordedPath {
   void Flattened(std::vector<QPolygonF>& polygons, std::vector<bool>& closed) const;
 };
 
+class TPainterTarget;
+
 enum class TArcKind {
   Arc,
   Chord,
@@ -99,6 +101,11 @@ struct TCanvas::Impl {
   raster::TScanBuffers scan;
   std::vector<QPoint> vertices;
   TFigure reused;  // behind OneOutline
+  // Set on a canvas that issues its operations to a QPainter
+  // (painter_canvas.cpp) instead of rasterising them; null on bitmaps.
+  TPainterTarget* painter = nullptr;
+  // SetClipPolygon's polygon on such a canvas, which has no pixels to mask.
+  std::optional<QPolygonF> clipOutline;
 
   // ---- coordinates (canvas.cpp) ------------------------------------------
   QRect ClipArea() const;

@@ -414,6 +414,8 @@ void TMainWindow::BuildMenus() {
   view->addAction(tr("Zoom to &fit"), QKeySequence(tr("Ctrl+9")), this, &TMainWindow::ZoomToFit)
       ->setObjectName("zoomFit");
   view->addAction(tr("&100 %"), QKeySequence(tr("Ctrl+0")), this, [this] { SetZoom(1); })->setObjectName("zoom100");
+  view->addSeparator();
+  AddSmoothViewAction(*view);
 }
 
 void TMainWindow::BuildDocks() {

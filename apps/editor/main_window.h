@@ -6,7 +6,8 @@
 // replacing the drawing or closing the window asks before dropping them.
 //
 // Files: main_window.cpp (layout, tools, edit menus, status), file_actions.cpp
-// (file menu, save prompts, recent files), view_navigator.* (wheel, pan),
+// (file menu, save prompts, recent files), output_actions.cpp (print, page
+// set-up, export, antialiased view), view_navigator.* (wheel, pan),
 // tool_icons.* (tool bar pictures).
 #pragma once
 
@@ -79,8 +80,13 @@ class TMainWindow : public QMainWindow {
   void OpenDrawing();
   bool SaveDrawing();
   bool SaveDrawingAs();
-  void ExportImage();
   void PlaceFromLibrary();
+  // output_actions.cpp
+  void ExportImage();
+  void AddPrintActions(QMenu& file);
+  void AddSmoothViewAction(QMenu& view);
+  // Prints through the print dialog, or shows the print preview.
+  void PrintDrawing(bool preview);
   void RememberRecent(const QString& path);
   void FillRecentMenu(QMenu& menu);
   // Runs File work, turning a file error into a message box; false on error.
