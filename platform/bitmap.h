@@ -88,9 +88,7 @@ class TBitmap {
 
   // Writes a complete BMP file (file header, BITMAPINFOHEADER, palette for
   // palette formats, bottom-up rows) at the stream's position: 1, 8, 24 or
-  // 32 bits a pixel as stored; pf15bit and pf16bit as 16-bit 5-5-5. A
-  // 32-bit picture whose alpha is not all opaque gets a BITMAPV5HEADER with
-  // channel masks instead, so that it reads back with its alpha.
+  // 32 bits a pixel as stored; pf15bit and pf16bit as 16-bit 5-5-5.
   void SaveToStream(TStream& stream) const;
   // Reads the rest of the stream as one BMP file. Accepts every standard
   // variant (1/4/8/16/24/32 bits, RLE4/RLE8, bit-field masks, top-down rows,
