@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
+#include <utility>
 
 #include "canvas/tmycad.h"
 #include "geometry/geometry.h"
@@ -164,7 +165,18 @@ bool TMyCAD::SaveToStream(TStream& stream) const {
   WriteValue<std::int32_t>(stream, GetShapesCount());
   for (const auto& shape : shapes_) {
     WriteFixText(stream, shape->ClassName(), kClassTagSize);
-    shape->SaveToStream(stream);
+    // Reading puts every centre back to the middle of the points' box, so
+    // that is what is stored: a turned shape's pivot may lie off it (by
+    // rounding, or by more after turning about a group's centre), and storing
+    // the pivot would make every open-then-save change the file.
+    const TMyPoint pivot = std::exchange(shape->CenterPoint, shape->ComputeCenterPoint(4));
+    try {
+      shape->SaveToStream(stream);
+    } catch (...) {
+      shape->CenterPoint = pivot;
+      throw;
+    }
+    shape->CenterPoint = pivot;
   }
   return true;
 }

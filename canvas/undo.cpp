@@ -37,6 +37,17 @@ std::vector<TMyShape*> ShapesToRecord(const TMyCAD& cad, const std::vector<TMySh
   } else {
     for (TMyShape* s : shapes) AppendRecorded(cad, s, false, recorded, taken);
   }
+  // The connectors attached to changed shapes move with them, in the same
+  // step. Recorded first, they are put back last, after their shapes have
+  // carried them back.
+  if (action == ACT_CHANGE) {
+    std::vector<TMyShape*> links;
+    for (const TMyShape* s : recorded)
+      for (const std::uint32_t no : s->LinkLines)
+        if (TMyShape* link = cad.GetShapeByNo(static_cast<std::int32_t>(no)); link && taken.insert(link).second)
+          links.push_back(link);
+    recorded.insert(recorded.begin(), links.begin(), links.end());
+  }
   return recorded;
 }
 
