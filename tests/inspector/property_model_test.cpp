@@ -153,6 +153,7 @@ TEST(TPropertyModel, EveryEditOfAShapeIsOneUndoStepThatRestoresTheWholeShape) {
       TMyCAD cad;
       AddShape(cad, "TMyRectangle", 30);  // something for a connector end to name
       TMyShape* shape = AddShape(cad, kind);
+      cad.ChangeLinkShapes(shape);  // a connector as undo leaves it: routed
       TPropertyModel model;
       model.SetObject(shape);
       const auto before = StateOf(*shape, model, paths);
