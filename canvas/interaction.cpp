@@ -512,7 +512,7 @@ void TMyCAD::FinishDrawnShape() {
     added->Points = {{box.Left, box.Top}, {box.Right, box.Top}, {box.Right, box.Bottom}, {box.Left, box.Bottom}};
   }
   ClearAllLinkHot();
-  AddSideLinkPoints(*added);
+  if (sideLinkPoints_) AddSideLinkPoints(*added);
   if (dynamic_cast<TMyImage*>(added) && !FillImageFromUserFile(added)) return Invalidate();
   if (!AddShape(std::move(shape), false, false)) {
     Invalidate();  // a free-hand stroke may be left on the screen

@@ -183,6 +183,7 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // interaction
   Q_PROPERTY(lumatrex::TDrawTool ShapeTool READ GetShapeTool WRITE SetShapeTool)
   Q_PROPERTY(bool ReturnToSelecting READ GetReturnToSelecting WRITE SetReturnToSelecting)
+  Q_PROPERTY(bool SideLinkPoints READ GetSideLinkPoints WRITE SetSideLinkPoints)
   Q_PROPERTY(std::int32_t RotateConstraintDegree READ GetRotateConstraintDegree WRITE SetRotateConstraintDegree)
   Q_PROPERTY(lumatrex::TDragMode DragMode READ GetDragMode WRITE SetDragMode)
   Q_PROPERTY(bool DragTrace READ GetDragTrace WRITE SetDragTrace)
@@ -402,6 +403,11 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void SetShapeTool(TDrawTool value);
   bool GetReturnToSelecting() const { return returnToSelecting_; }
   void SetReturnToSelecting(bool value) { returnToSelecting_ = value; }
+  // On: a rectangle, ellipse, text or picture framed with the mouse gets a
+  // link point at the middle of each side, for connectors to attach to. Off
+  // (the default): a drawn shape keeps exactly the points that were drawn.
+  bool GetSideLinkPoints() const { return sideLinkPoints_; }
+  void SetSideLinkPoints(bool value) { sideLinkPoints_ = value; }
   // Rotation step in degrees; 0 rotates freely, negative values are ignored.
   std::int32_t GetRotateConstraintDegree() const { return rotateConstraintDegree_; }
   void SetRotateConstraintDegree(std::int32_t value);
@@ -1151,6 +1157,7 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
 
   TDrawTool shapeTool_ = SpSelecting;
   bool returnToSelecting_ = false;
+  bool sideLinkPoints_ = false;
   std::int32_t rotateConstraintDegree_ = 0;
   TDragMode dragMode_ = dgHorz;
   bool dragTrace_ = false;

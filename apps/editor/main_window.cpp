@@ -148,6 +148,7 @@ TMainWindow::TMainWindow()
   cad_->SetRotateConstraintDegree(0);
   cad_->SetSnapPixels(5);
   cad_->SetUndoRedoSize(50);
+  cad_->SetSideLinkPoints(true);  // drawn boxes take connectors at once
   cad_->setFocusPolicy(Qt::StrongFocus);
   // The navigator goes on last so that it sees events first.
   cad_->installEventFilter(new TCanvasWatcher([this](int x, int y) { TrackMouse(x, y); },

@@ -24,6 +24,7 @@ struct Connectors : ::testing::Test {
     cad.SetResizeEnable(true);
     cad.SetRotateEnable(true);
     cad.SetDragMode(dgBoth);
+    cad.SetSideLinkPoints(true);
   }
   // A rectangle drawn with the mouse: its link points are its sides' middles
   // (0 top, 1 right, 2 bottom, 3 left).

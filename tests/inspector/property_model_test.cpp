@@ -53,7 +53,9 @@ TEST(TPropertyModel, ListsAShapesPropertiesWithTheirKindsAndValueNames) {
     SCOPED_TRACE(c.path);
     ASSERT_TRUE(model.FindProperty(c.path).isValid());
     EXPECT_EQ(KindAt(model, c.path), c.kind);
-    if (c.text) EXPECT_EQ(TextAt(model, c.path), c.text);
+    if (c.text) {
+      EXPECT_EQ(TextAt(model, c.path), c.text);
+    }
   }
   // Sections follow the class chain, base first.
   ASSERT_EQ(model.rowCount(), 2);
