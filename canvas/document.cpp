@@ -22,6 +22,7 @@ bool TMyCAD::AddShape(std::unique_ptr<TMyShape> shape, bool keepLayer, bool noCo
     TerminateApplication();
     return false;
   }
+  DropRedoUnlessReplaying();
   if (!keepLayer) shape->LayerId = currentLayerId_;
   shape->ShapeNo = GetShapesCount();
   RegisterShape(shape.get());
@@ -212,6 +213,7 @@ void TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
       any = true;
     }
   if (!any) return;
+  DropRedoUnlessReplaying();
   if (std::any_of(working_.begin(), working_.end(), isGone)) {
     std::vector<TMyShape*> leaving, staying;
     for (TMyShape* s : working_) (isGone(s) ? leaving : staying).push_back(s);
@@ -258,6 +260,7 @@ bool TMyCAD::DeleteShapeById(std::int32_t id, bool record) {
 }
 
 void TMyCAD::DeleteAllShapes() {
+  DropRedoUnlessReplaying();
   working_.clear();
   workingAt_.clear();
   previewShapes_.clear();

@@ -5,6 +5,7 @@
 
 #include "canvas/tmycad.h"
 #include "shapes/connectors.h"
+#include "shapes/groups.h"
 
 namespace lumatrex {
 
@@ -38,15 +39,6 @@ std::vector<TMyShape*> ShapesToRecord(const TMyCAD& cad, const std::vector<TMySh
     for (TMyShape* s : shapes) AppendRecorded(cad, s, false, recorded, taken);
   }
   return recorded;
-}
-
-std::int32_t NewestStep(const std::vector<TSavedShape>& list) { return list.empty() ? -1 : list.back().UndoStep; }
-
-void DropOldestStep(std::vector<TSavedShape>& list) {
-  const std::int32_t oldest = list.front().UndoStep;
-  list.erase(list.begin(), std::find_if(list.begin(), list.end(),
-                                        [oldest](const TSavedShape& r) { return r.UndoStep != oldest; }));
-  for (TSavedShape& r : list) --r.UndoStep;
 }
 
 // Where a connector's ends are bound: shape number and link point at the
@@ -133,7 +125,8 @@ void RestoreDeleted(TMyCAD& cad, const std::vector<const TSavedShape*>& records)
 // Groups the former members again; the new group takes the old group's
 // name, identity and state, so that older steps still find it by its id.
 void Regroup(TMyCAD& cad, const std::vector<TMyShape*>& members, const TSavedShape* oldGroup) {
-  TMyShape* group = cad.GroupShapes(members, false);
+  const bool combined = oldGroup && dynamic_cast<const TMyCombine*>(oldGroup->SavedShape.get());
+  TMyShape* group = combined ? cad.CombineShapes(members, false) : cad.GroupShapes(members, false);
   if (!group || !oldGroup) return;
   RestoreState(*group, *oldGroup->SavedShape);
   group->SetName(oldGroup->ShapeName);
@@ -197,7 +190,19 @@ void RevertStep(TMyCAD& cad, std::span<const TSavedShape> step) {
 
 }  // namespace
 
+std::int32_t NewestStep(const std::vector<TSavedShape>& list) { return list.empty() ? -1 : list.back().UndoStep; }
+
+void DropOldestStep(std::vector<TSavedShape>& list) {
+  if (list.empty()) return;
+  const std::int32_t oldest = list.front().UndoStep;
+  list.erase(list.begin(), std::find_if(list.begin(), list.end(),
+                                        [oldest](const TSavedShape& r) { return r.UndoStep != oldest; }));
+  for (TSavedShape& r : list) --r.UndoStep;
+}
+
 void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action) {
+  // A new change ends what could be redone.
+  redoList_.clear();
   if (undoRedoSize_ == 0) return;
   std::vector<TSavedShape> records;
   for (TMyShape* shape : ShapesToRecord(*this, shapes, action)) {
@@ -206,7 +211,8 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const
     if (!copy) continue;
     copy->Assign(*shape);
     copy->LinkLines.clear();
-    records.push_back({0, shape->GetName().substr(0, kMaxShapeNameBytes), std::move(copy), action});
+    const std::int64_t bytes = ApproxShapeBytes(*copy);
+    records.push_back({0, shape->GetName().substr(0, kMaxShapeNameBytes), std::move(copy), action, bytes});
   }
   // An empty step would only push the oldest one out.
   if (records.empty()) return;
@@ -218,6 +224,7 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const
     record.UndoStep = step;
     undoList_.push_back(std::move(record));
   }
+  TrimHistoryMemory();
 }
 
 std::int32_t TMyCAD::PopFromUndoRedoShapeList() {
@@ -232,15 +239,24 @@ std::int32_t TMyCAD::PopFromUndoRedoShapeList() {
   // repaint everything: each shape the step touched repaints where it was
   // and where it is.
   ++updateDepth_;
-  RevertStep(*this, std::span<const TSavedShape>(first, undoList_.end()));
+  const std::span<const TSavedShape> records(first, undoList_.end());
+  TRedoStep redo = CaptureRedoStep(records);
+  ++replayingHistory_;
+  RevertStep(*this, records);
+  --replayingHistory_;
+  redo.Records.assign(std::make_move_iterator(first), std::make_move_iterator(undoList_.end()));
   undoList_.erase(first, undoList_.end());
+  KeepRedoStep(std::move(redo));
   SetModified(true);
   --updateDepth_;
   if (updateDepth_ == 0) update();
   return step - 1;
 }
 
-void TMyCAD::ClearAllUndoStuff() { undoList_.clear(); }
+void TMyCAD::ClearAllUndoStuff() {
+  undoList_.clear();
+  redoList_.clear();
+}
 
 void TMyCAD::SetUndoRedoSize(std::uint8_t value) {
   if (value == undoRedoSize_) return;

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "shapes/shape.h"
 
@@ -43,6 +45,37 @@ struct TSavedShape {
   // positions are those of recording time.
   std::unique_ptr<TMyShape> SavedShape;
   std::string ActionName;
+  // What the record holds in memory, estimated when it is made; the history
+  // is bounded by the sum (TMyCAD::SetUndoMemoryLimit).
+  std::int64_t Bytes = 0;
 };
+
+// An undone step kept for redo: the records themselves, to be put back on
+// the history, and the document as it was before the undo. Only the shapes
+// the undo could touch are copied; every other shape is kept as the live
+// object at its old place in Order, which holds nullptr where a copy
+// stands. Copies keep their relations as they were, since the redo puts
+// every shape back at its old place.
+struct TRedoStep {
+  std::vector<TSavedShape> Records;
+  std::vector<TMyShape*> Order;
+  // Each copy with its place in Order.
+  std::vector<std::pair<std::int32_t, std::unique_ptr<TMyShape>>> Copies;
+  // The undo kept the list as it was (a change step): Order stays empty
+  // and the copies' states go back into the live shapes at their places.
+  bool InPlace = false;
+  std::int32_t NextShapeId = 0;
+  std::int64_t Bytes = 0;
+};
+
+// The step number of the newest record; -1 for an empty history.
+std::int32_t NewestStep(const std::vector<TSavedShape>& list);
+// Removes the records of the oldest step and numbers the others one lower.
+void DropOldestStep(std::vector<TSavedShape>& list);
+
+// An estimate of the memory a detached shape copy holds: its points,
+// relations, texts, pictures and a fixed part for the object, pen, brush
+// and font.
+std::int64_t ApproxShapeBytes(const TMyShape& shape);
 
 }  // namespace lumatrex
