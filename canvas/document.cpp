@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 
 #include "canvas/shape_index.h"
@@ -247,6 +248,9 @@ void TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
   RenumberShapes([&newNo](std::int32_t old) {
     return old >= 0 && old < static_cast<std::int32_t>(newNo.size()) ? newNo[static_cast<std::size_t>(old)] : -1;
   });
+  // Shapes an undo removes are kept for its redo, which puts the same
+  // objects back.
+  if (undoneShapes_) std::move(removed.begin(), removed.end(), std::back_inserter(*undoneShapes_));
 }
 
 bool TMyCAD::DeleteShapeById(std::int32_t id, bool record) {

@@ -12,6 +12,7 @@
 // redo. Undoing a change leaves the list alone, so its redo costs only what
 // the step concerns.
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "canvas/shape_index.h"
@@ -91,15 +92,15 @@ TRedoStep TMyCAD::CaptureRedoStep(std::span<const TSavedShape> records) {
   step.InPlace = std::all_of(records.begin(), records.end(),
                              [](const TSavedShape& r) { return r.ActionName == ACT_CHANGE; });
   if (step.InPlace) return step;
-  step.Order.resize(shapes_.size());
-  for (std::size_t i = 0; i < shapes_.size(); ++i)
-    step.Order[i] = touched.contains(shapes_[i].get()) ? nullptr : shapes_[i].get();
+  step.Order.reserve(shapes_.size());
+  for (const auto& shape : shapes_) step.Order.push_back(shape.get());
   step.Bytes += static_cast<std::int64_t>(step.Order.size() * sizeof(TMyShape*));
   return step;
 }
 
 void TMyCAD::KeepRedoStep(TRedoStep step) {
   step.Bytes += StepBytes(step.Records);
+  for (const auto& shape : step.Removed) step.Bytes += ApproxShapeBytes(*shape);
   redoList_.push_back(std::move(step));
   TrimHistoryMemory();
 }
@@ -130,32 +131,38 @@ bool TMyCAD::Redo() {
   return true;
 }
 
+// Gives Shape the copy's whole state. In a bulk update, so that a group's
+// pen and brush do not reach members that get their own saved ones.
+static void RestoreFromCopy(TMyShape& shape, const TMyShape& copy) {
+  shape.Assign(copy);
+  shape.CenterPoint = copy.CenterPoint;
+  shape.SpareRelationId = copy.SpareRelationId;
+  shape.Changed();
+}
+
 void TMyCAD::RestoreInPlace(TRedoStep& step) {
-  // A bulk update keeps a group's pen and brush from reaching members that
-  // get their own saved ones.
   ++updateDepth_;
-  for (auto& [at, copy] : step.Copies) {
-    TMyShape* live = GetShapeByNo(at);
-    live->Assign(*copy);
-    live->CenterPoint = copy->CenterPoint;
-    live->SpareRelationId = copy->SpareRelationId;
-    live->Changed();
-  }
+  for (const auto& [at, copy] : step.Copies) RestoreFromCopy(*GetShapeByNo(at), *copy);
   --updateDepth_;
 }
 
 void TMyCAD::RestoreList(TRedoStep& step) {
-  // Which of the shapes now in the list stay: those kept by reference.
-  std::vector<char> stays(shapes_.size(), 0);
+  // Where each shape of the list now goes: its place in Order, or -1 for a
+  // shape the undo made, which goes.
   std::vector<std::int32_t> newNo(shapes_.size(), -1);
-  for (std::size_t i = 0; i < step.Order.size(); ++i)
-    if (const TMyShape* s = step.Order[i]) {
-      stays[static_cast<std::size_t>(s->ShapeNo)] = 1;
-      newNo[static_cast<std::size_t>(s->ShapeNo)] = static_cast<std::int32_t>(i);
+  // The shapes the undo removed, and their places.
+  std::unordered_map<const TMyShape*, std::int32_t> removedAt;
+  for (const auto& shape : step.Removed) removedAt.emplace(shape.get(), -1);
+  for (std::size_t i = 0; i < step.Order.size(); ++i) {
+    const auto at = static_cast<std::int32_t>(i);
+    if (const auto it = removedAt.find(step.Order[i]); it != removedAt.end()) {
+      it->second = at;
+    } else {
+      newNo[static_cast<std::size_t>(step.Order[i]->ShapeNo)] = at;
     }
-  // The others go; what held them points at nothing.
+  }
   for (std::size_t i = 0; i < shapes_.size(); ++i) {
-    if (stays[i]) continue;
+    if (newNo[i] >= 0) continue;
     TMyShape* leaving = shapes_[i].get();
     if (OnShapeDeleted) OnShapeDeleted(this, leaving);
     for (TMyShape** held : {&currentShape_, &shapeBeneath_, &clickedChildShape_, &hoverShape_})
@@ -166,26 +173,30 @@ void TMyCAD::RestoreList(TRedoStep& step) {
   index_->Clear();
   indexNeedsRebuild_ = true;
   std::vector<std::unique_ptr<TMyShape>> current = std::move(shapes_);
-  shapes_.resize(step.Order.size());
-  for (std::size_t i = 0; i < step.Order.size(); ++i)
-    if (step.Order[i]) shapes_[i] = std::move(current[static_cast<std::size_t>(step.Order[i]->ShapeNo)]);
-  for (auto& [at, copy] : step.Copies) shapes_[static_cast<std::size_t>(at)] = std::move(copy);
-  current.clear();
-  // Kept shapes hold positions of the list the undo left; copies already
-  // hold those of the list being put back.
+  // Kept shapes hold positions of the list the undo left; the copies hold
+  // those of the list being put back, which every touched shape takes.
   const auto map = [&newNo](std::int32_t old) {
     return old >= 0 && old < static_cast<std::int32_t>(newNo.size()) ? newNo[static_cast<std::size_t>(old)] : -1;
   };
-  for (std::size_t i = 0; i < shapes_.size(); ++i) {
-    TMyShape* s = shapes_[i].get();
-    if (step.Order[i] && s->HoldsListPositions()) s->RemapShapeNumbers(map);
-    s->ShapeNo = static_cast<std::int32_t>(i);
+  for (const auto& shape : current)
+    if (shape->HoldsListPositions()) shape->RemapShapeNumbers(map);
+  ++updateDepth_;
+  for (const auto& [at, copy] : step.Copies) RestoreFromCopy(*step.Order[static_cast<std::size_t>(at)], *copy);
+  --updateDepth_;
+  shapes_.resize(step.Order.size());
+  std::vector<TMyShape*> returning;
+  for (auto& shape : step.Removed) {
+    returning.push_back(shape.get());
+    const std::int32_t at = removedAt[shape.get()];
+    // A removed shape that Order does not hold (none should) stays removed.
+    if (at >= 0) shapes_[static_cast<std::size_t>(at)] = std::move(shape);
   }
+  for (std::size_t i = 0; i < current.size(); ++i)
+    if (newNo[i] >= 0) shapes_[static_cast<std::size_t>(newNo[i])] = std::move(current[i]);
+  current.clear();
+  for (std::size_t i = 0; i < shapes_.size(); ++i) shapes_[i]->ShapeNo = static_cast<std::int32_t>(i);
   if (OnShapeAdded)
-    for (const auto& [at, copy] : step.Copies) {
-      TMyShape* added = shapes_[static_cast<std::size_t>(at)].get();
-      OnShapeAdded(this, added, GetShapesCount());
-    }
+    for (TMyShape* added : returning) OnShapeAdded(this, added, GetShapesCount());
 }
 
 std::int64_t TMyCAD::GetUndoMemoryUsed() const {

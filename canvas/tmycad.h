@@ -1118,6 +1118,9 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Non-zero while an undo or redo changes the document: the adds and
   // removals it makes keep the redo steps.
   int replayingHistory_ = 0;
+  // While an undo runs: where the shapes it removes go instead of being
+  // destroyed (its redo step).
+  std::vector<std::unique_ptr<TMyShape>>* undoneShapes_ = nullptr;
   TRedoStep CaptureRedoStep(std::span<const TSavedShape> records);
   void KeepRedoStep(TRedoStep step);
   void RestoreInPlace(TRedoStep& step);

@@ -242,7 +242,9 @@ std::int32_t TMyCAD::PopFromUndoRedoShapeList() {
   const std::span<const TSavedShape> records(first, undoList_.end());
   TRedoStep redo = CaptureRedoStep(records);
   ++replayingHistory_;
+  undoneShapes_ = &redo.Removed;
   RevertStep(*this, records);
+  undoneShapes_ = nullptr;
   --replayingHistory_;
   redo.Records.assign(std::make_move_iterator(first), std::make_move_iterator(undoList_.end()));
   undoList_.erase(first, undoList_.end());

@@ -51,15 +51,17 @@ struct TSavedShape {
 };
 
 // An undone step kept for redo: the records themselves, to be put back on
-// the history, and the document as it was before the undo. Only the shapes
-// the undo could touch are copied; every other shape is kept as the live
-// object at its old place in Order, which holds nullptr where a copy
-// stands. Copies keep their relations as they were, since the redo puts
-// every shape back at its old place.
+// the history, and the document as it was before the undo. The shapes the
+// undo could touch are copied; Order holds every shape object of the list
+// at its place (those the undo removed are kept in Removed), so the redo
+// puts the very same objects back and other redo steps' references stay
+// good. Copies keep their relations as they were, since the redo puts every
+// shape back at its old place.
 struct TRedoStep {
   std::vector<TSavedShape> Records;
   std::vector<TMyShape*> Order;
-  // Each copy with its place in Order.
+  std::vector<std::unique_ptr<TMyShape>> Removed;
+  // Each copy with the place of its shape in Order.
   std::vector<std::pair<std::int32_t, std::unique_ptr<TMyShape>>> Copies;
   // The undo kept the list as it was (a change step): Order stays empty
   // and the copies' states go back into the live shapes at their places.
