@@ -3,9 +3,11 @@
 // 1920 x 1080 back buffer, against a plain QPainter loop drawing the same
 // primitives at the same device coordinates on a QImage, antialiasing off.
 // Compare each pair within one run: the ratio is the figure that matters.
+// The painter back end is measured the same way against QGraphicsScene.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QGraphicsScene>
 #include <QImage>
 #include <QPainter>
 #include <cstdint>
@@ -15,6 +17,7 @@
 
 #include "bench_app.h"
 #include "canvas/tmycad.h"
+#include "platform/painter_canvas.h"
 #include "shapes/shape.h"
 
 namespace lumatrex {
@@ -79,6 +82,9 @@ std::unique_ptr<TMyCAD> Drawing(int n) {
 void BM_DrawMixed(benchmark::State& state) {
   const auto n = static_cast<int>(state.range(0));
   const std::unique_ptr<TMyCAD> cad = Drawing(n);
+  // The first paint builds the index and the outline caches once; at 100k it
+  // would be the only iteration timed, so it is left out of the steady cost.
+  cad->DrawAll(Rect(0, 0, kWidth, kHeight));
   for (auto _ : state) {
     cad->DrawAll(Rect(0, 0, kWidth, kHeight));
     benchmark::DoNotOptimize(cad->BackBuffer().Width());
@@ -117,8 +123,58 @@ void BM_DrawMixed_Peer(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * n);
 }
 
+// The same drawing through the painter back end on an antialiased image (the
+// smooth view), against QGraphicsScene::render of the same shapes as items.
+void BM_DrawVector(benchmark::State& state) {
+  const auto n = static_cast<int>(state.range(0));
+  const std::unique_ptr<TMyCAD> cad = Drawing(n);
+  QImage image(kWidth, kHeight, QImage::Format_RGB32);
+  for (auto _ : state) {
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    {
+      TPainterCanvas canvas(painter, TSize{kWidth, kHeight});
+      cad->DrawAllShape(canvas.Canvas(), Rect(0, 0, kWidth, kHeight));
+    }
+    painter.end();
+    benchmark::DoNotOptimize(image.constBits());
+  }
+  state.SetItemsProcessed(state.iterations() * n);
+}
+
+void BM_DrawVector_Peer(benchmark::State& state) {
+  const auto n = static_cast<int>(state.range(0));
+  QGraphicsScene scene(0, 0, kWidth, kHeight);
+  for (const TPlaced& p : Scene(n)) {
+    const QRectF b(p.box);
+    const QPen pen(p.pen, 1);
+    switch (p.kind) {
+      case 0: scene.addLine(QLineF(b.topLeft(), b.bottomRight()), pen); break;
+      case 1: scene.addRect(b, pen, p.brush); break;
+      case 2: scene.addEllipse(b, pen, p.brush); break;
+      default:
+        scene.addPolygon(QPolygonF{QPointF(b.left(), b.bottom()), QPointF(b.center().x(), b.top()),
+                                   QPointF(b.right(), b.bottom()), b.center()},
+                         pen, p.brush);
+    }
+  }
+  QImage image(kWidth, kHeight, QImage::Format_RGB32);
+  for (auto _ : state) {
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    scene.render(&painter, QRectF(0, 0, kWidth, kHeight), QRectF(0, 0, kWidth, kHeight));
+    painter.end();
+    benchmark::DoNotOptimize(image.constBits());
+  }
+  state.SetItemsProcessed(state.iterations() * n);
+}
+
 BENCHMARK(BM_DrawMixed)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DrawMixed_Peer)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DrawVector)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DrawVector_Peer)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace lumatrex

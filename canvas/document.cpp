@@ -5,6 +5,7 @@
 #include "canvas/shape_index.h"
 #include "canvas/tmycad.h"
 #include "platform/hooks.h"
+#include "shapes/connectors.h"
 #include "shapes/shape_factory.h"
 
 namespace lumatrex {
@@ -28,6 +29,7 @@ bool TMyCAD::AddShape(std::unique_ptr<TMyShape> shape, bool keepLayer, bool noCo
   shape->ShapeNo = GetShapesCount();
   RegisterShape(shape.get());
   shapes_.push_back(std::move(shape));
+  if (auto* link = dynamic_cast<TMyLinkLine*>(shapes_.back().get())) ListLinkLineAtEnds(*link);
   if (!noCount) ++nextShapeId_;
   modified_ = true;
   return true;

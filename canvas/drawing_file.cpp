@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
+#include <utility>
 
 #include "canvas/tmycad.h"
 #include "geometry/geometry.h"
@@ -156,9 +157,20 @@ bool TMyCAD::SaveToStream(TStream& stream) const {
   return true;
 }
 
-void TMyCAD::WriteShapeEntry(TStream& stream, const TMyShape& shape) {
+void TMyCAD::WriteShapeEntry(TStream& stream, TMyShape& shape) {
   WriteFixText(stream, shape.ClassName(), kClassTagSize);
-  shape.SaveToStream(stream);
+  // Reading puts every centre back to the middle of the points' box, so
+  // that is what is stored: a turned shape's pivot may lie off it (by
+  // rounding, or by more after turning about a group's centre), and storing
+  // the pivot would make every open-then-save change the file.
+  const TMyPoint pivot = std::exchange(shape.CenterPoint, shape.ComputeCenterPoint(4));
+  try {
+    shape.SaveToStream(stream);
+  } catch (...) {
+    shape.CenterPoint = pivot;
+    throw;
+  }
+  shape.CenterPoint = pivot;
 }
 
 void TMyCAD::WriteDrawingHead(TStream& stream) const {

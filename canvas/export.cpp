@@ -8,6 +8,7 @@
 
 #include "canvas/tmycad.h"
 #include "platform/qt_interop.h"
+#include "platform/screen.h"
 
 namespace lumatrex {
 
@@ -66,26 +67,55 @@ TRect PictureArea(const TMyRect& extent, const TImageExportOptions& options) {
 
 }  // namespace
 
-TBitmap TMyCAD::RenderToBitmap(const TImageExportOptions& options) {
+std::vector<TMyShape*> TMyCAD::OutputRoots(const std::vector<TMyShape*>& shapes) const {
+  std::vector<TMyShape*> roots;
+  for (TMyShape* shape : shapes) {
+    TMyShape* root = shape ? GetRootParentShape(shape) : nullptr;
+    if (root && !root->HasParentShape() && IsVisibleLayerByID(root->LayerId)) roots.push_back(root);
+  }
+  std::sort(roots.begin(), roots.end(), [](const TMyShape* a, const TMyShape* b) { return a->ShapeNo < b->ShapeNo; });
+  roots.erase(std::unique(roots.begin(), roots.end()), roots.end());
+  return roots;
+}
+
+std::vector<TMyShape*> TMyCAD::OutputRoots(bool selectedOnly) const {
   std::vector<TMyShape*> chosen;
   for (const auto& shape : shapes_) {
-    const bool wanted = !options.SelectedOnly || IsInWorkingShape(shape.get()) != -1;
+    const bool wanted = !selectedOnly || IsInWorkingShape(shape.get()) != -1;
     if (wanted && !shape->HasParentShape() && IsVisibleLayerByID(shape->LayerId)) chosen.push_back(shape.get());
   }
-  std::vector<TMyShape*> all;
-  for (TMyShape* top : chosen)
-    for (TMyShape* s : SubtreeOf(top)) all.push_back(s);
-  if (all.empty()) return TBitmap(0, 0, pf32bit);
+  return chosen;
+}
 
+TRect TMyCAD::OutputArea(const std::vector<TMyShape*>& roots, const TImageExportOptions& options) {
+  std::vector<TMyShape*> all;
+  for (TMyShape* top : roots)
+    for (TMyShape* s : SubtreeOf(top)) all.push_back(s);
+  if (all.empty()) return TRect{};
   const double savedZoom = zoom_;
   zoom_ = options.Zoom;
   const TMyRect extent = GetShapesLTRBinZoom(all);
   zoom_ = savedZoom;  // a refused picture leaves the view as it was
-  const TRect area = PictureArea(extent, options);
+  return PictureArea(extent, options);
+}
+
+TBitmap TMyCAD::RenderToBitmap(const TImageExportOptions& requested) {
+  TImageExportOptions options = requested;
+  if (options.Dpi > 0) options.Zoom *= options.Dpi / ScreenPixelsPerInch();
+  const std::vector<TMyShape*> chosen = OutputRoots(options.SelectedOnly);
+  const TRect area = OutputArea(chosen, options);
+  if (area.Width() <= 0 || area.Height() <= 0) return TBitmap(0, 0, pf32bit);
+  const double savedZoom = zoom_;
   zoom_ = options.Zoom;
   TBitmap picture(area.Width(), area.Height(), pf32bit);
-  DrawBackground(picture);
-  DrawBkBitmap(picture, -area.Left, -area.Top);
+  if (options.Background) {
+    DrawBackground(picture);
+    DrawBkBitmap(picture, -area.Left, -area.Top);
+  } else {
+    picture.Canvas().Brush().SetColor(clWhite);
+    picture.Canvas().Brush().SetStyle(bsSolid);
+    picture.Canvas().FillRect(Rect(0, 0, area.Width(), area.Height()));
+  }
   DrawShapeList(picture.Canvas(), area, chosen, false);
   zoom_ = savedZoom;
   return picture;
@@ -93,6 +123,7 @@ TBitmap TMyCAD::RenderToBitmap(const TImageExportOptions& options) {
 
 bool TMyCAD::SaveToImageFile(const std::string& fileName, const TImageExportOptions& options) {
   const QString suffix = QFileInfo(QString::fromStdString(fileName)).suffix().toLower();
+  if (suffix == "svg" || suffix == "pdf") return SaveToVectorFile(fileName, suffix == "pdf", options);
   const char* format = suffix == "png" ? "PNG" : (suffix == "jpg" || suffix == "jpeg") ? "JPEG" : suffix == "bmp" ? "BMP" : nullptr;
   if (!format) return false;
   const TBitmap picture = RenderToBitmap(options);
@@ -105,7 +136,13 @@ bool TMyCAD::SaveToImageFile(const std::string& fileName, const TImageExportOpti
   QByteArray encoded;
   QBuffer buffer(&encoded);
   buffer.open(QIODevice::WriteOnly);
-  if (!ToQImage(picture).save(&buffer, format)) return false;
+  QImage image = ToQImage(picture);
+  if (options.Dpi > 0) {
+    const int dotsPerMeter = static_cast<int>(std::lround(options.Dpi / 0.0254));
+    image.setDotsPerMeterX(dotsPerMeter);
+    image.setDotsPerMeterY(dotsPerMeter);
+  }
+  if (!image.save(&buffer, format)) return false;
   SaveBytesToFileAtomically(fileName, std::vector<std::uint8_t>(encoded.begin(), encoded.end()));
   return true;
 }

@@ -64,12 +64,15 @@ void TMyCAD::SetShapeTool(TDrawTool value) {
   ErasePreview();
   EraseRubberBand();
   if (IsDrawingTool(value) && pendingShape_) InvalidateZoomed(pendingShape_->GetBoundsInZoom());
+  ClearAllLinkHot();
+  const bool crosses = LinkCrossesShown();
   shapeTool_ = value;
   actionTool_ = ActionOfTool(value);
   if (IsDrawingTool(value)) {
     pendingShape_.reset();
     currentShape_ = nullptr;
   }
+  if (crosses != LinkCrossesShown()) Invalidate();
   // Handles look different while rotating.
   InvalidateHandles(working_);
 }
@@ -127,6 +130,7 @@ void TMyCAD::PressWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y
   TPoint p = Point(x, y);
   if (dynamic_cast<TMyPolyBezier*>(currentShape_)) return PressBezier(shift, p);
   if (currentShape_->GetPointsCount() > 0) DrawMakeSquareorHV(shift, currentShape_, DrawingAnchor(), p);
+  TrackDrawnEnd(p);
   currentShape_->AddPointByMouse(p);
   startPoint_ = p;
   currentPoint_ = p;
@@ -161,6 +165,10 @@ bool TMyCAD::PressOnHotPoint(std::int32_t x, std::int32_t y) {
     if (hot >= 0) {
       if (!dynamic_cast<TMyLinkLine*>(shape) && hot < 4) startPoint_ = Rounded(shape->GetPointInZoom(hot));
       if (actionTool_ == dtSelecting && resizeEnable_) actionTool_ = dtResizing;
+      if (LinkCrossesShown()) {
+        Invalidate();
+        PaintInvalidated();
+      }
       if (actionTool_ == dtRotateSelecting && rotateEnable_ && shape->GetRotateEnable()) actionTool_ = dtRotating;
       return true;
     }
@@ -253,7 +261,7 @@ void TMyCAD::MouseMove(TShiftState shift, std::int32_t x, std::int32_t y) {
 
 void TMyCAD::MoveWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y) {
   if (!currentShape_ || !mouseIsDown_ && currentShape_->GetPointsCount() == 0) return;
-  if (shapeTool_ != SpLinkLine) SnapXY(x, y);
+  if (!dynamic_cast<TMyLinkLine*>(currentShape_)) SnapXY(x, y);
   TPoint p = Point(x, y);
   if (dynamic_cast<TMyPolyBezier*>(currentShape_)) return MoveBezier(p);
   if (auto* free = dynamic_cast<TMyFreeLine*>(currentShape_); free && mouseIsDown_) {
@@ -265,6 +273,7 @@ void TMyCAD::MoveWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y)
   }
   ErasePreview();
   DrawMakeSquareorHV(shift, currentShape_, DrawingAnchor(), p);
+  TrackDrawnEnd(p);
   currentPoint_ = p;
   DrawPreview();
   UpdateLabelValue(currentShape_->GetLengthByUnit(DrawingAnchor(), currentPoint_));
@@ -306,6 +315,7 @@ void TMyCAD::MoveWithButton(TShiftState shift, std::int32_t x, std::int32_t y) {
     case dtResizing:
       SnapXY(p.X, p.Y);
       ResizeMakeSquareorHV(shift, currentShape_, startPoint_, p);
+      TrackLinkEnd(p);
       break;
     case dtDragging:
       if (snap_ || snapShape_) {
@@ -472,8 +482,9 @@ void TMyCAD::ReleaseDrawing(TMouseButton button, TShiftState shift, TPoint p) {
   if (button != mbLeft || !currentShape_) return;
   if (dynamic_cast<TMyPolyBezier*>(currentShape_)) return ReleaseBezier(p);
   gestureChanged_ = true;
-  if (shapeTool_ != SpLinkLine) SnapXY(p.X, p.Y);
+  if (!dynamic_cast<TMyLinkLine*>(currentShape_)) SnapXY(p.X, p.Y);
   DrawMakeSquareorHV(shift, currentShape_, DrawingAnchor(), p);
+  TrackDrawnEnd(p);
   // A press-drag-release draws the second point where the button comes up;
   // a click leaves it to the next press.
   if (p != startPoint_ && !dynamic_cast<TMyFreeLine*>(currentShape_)) currentShape_->AddPointByMouse(p);
@@ -502,11 +513,14 @@ void TMyCAD::FinishDrawnShape() {
     const TMyRect box = GetPointsLTRB(added->Points);
     added->Points = {{box.Left, box.Top}, {box.Right, box.Top}, {box.Right, box.Bottom}, {box.Left, box.Bottom}};
   }
+  ClearAllLinkHot();
+  AddSideLinkPoints(*added);
   if (dynamic_cast<TMyImage*>(added) && !FillImageFromUserFile(added)) return Invalidate();
   if (!AddShape(std::move(shape), false, false)) {
     Invalidate();  // a free-hand stroke may be left on the screen
     return;
   }
+  if (dynamic_cast<TMyLinkLine*>(added)) ChangeLinkShapes(added);
   RemoveAllWorkingShapes();
   AddWorkingShapes(added);
   TPoint end = currentPoint_;
@@ -533,6 +547,9 @@ void TMyCAD::ReleaseResizing(TShiftState shift, TPoint p) {
   if (shapeTool_ != SpLinkLine) SnapXY(p.X, p.Y);
   PushtoUndoRedoShapeList({currentShape_}, "ACT_CHANGE");
   ResizeMakeSquareorHV(shift, currentShape_, startPoint_, p);
+  const bool crosses = LinkCrossesShown();
+  TrackLinkEnd(p);
+  ClearAllLinkHot();
   SizeChangeValueforShapes(currentShape_, startPoint_, p);
   TPoint to = p;
   FireShapePoint(OnShapeMouseResized, currentShape_, to);
@@ -540,6 +557,7 @@ void TMyCAD::ReleaseResizing(TShiftState shift, TPoint p) {
   ChangeLinkShapes(currentShape_);
   FireShapePoint(OnShapeMouseResizeFinished, currentShape_, to);
   actionTool_ = savedActionTool_;
+  if (crosses) Invalidate();
 }
 
 void TMyCAD::ReleaseDragging(TPoint p) {
@@ -726,6 +744,7 @@ void TMyCAD::CancelGesture() {
   if (mouseIsDown_ && actionTool_ != dtDrawing) actionTool_ = savedActionTool_;
   mouseIsDown_ = false;
   previewShown_ = false;
+  linkHot_.reset();
   rubberBandShown_ = false;
   previewShapes_.clear();
   Invalidate();
@@ -828,7 +847,7 @@ void TMyCAD::DraggingforShapes(TCanvas& canvas, TMyShape* shape, const TPoint& f
 
 void TMyCAD::SizeChangeValueforShapes(TMyShape* shape, const TPoint& from, const TPoint& to) {
   if (!shape || shape->GetLocked()) return;
-  shape->SizeChangeValue(PtToMyPt(from), PtToMyPt(to));
+  ResizeKeepingLinkPoints(*shape, PtToMyPt(from), PtToMyPt(to));
   shape->Changed();
 }
 

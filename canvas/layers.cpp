@@ -58,6 +58,18 @@ std::int32_t TMyCAD::MergeLayers(std::int32_t target, std::int32_t source) {
   return 1;
 }
 
+bool TMyCAD::MoveLayer(std::int32_t from, std::int32_t to) {
+  const auto count = static_cast<std::int32_t>(layers_.size());
+  if (from < 0 || from >= count || to < 0 || to >= count) return false;
+  const auto first = layers_.begin();
+  if (from < to)
+    std::rotate(first + from, first + from + 1, first + to + 1);
+  else
+    std::rotate(first + to, first + from, first + from + 1);
+  SetModified(true);
+  return true;
+}
+
 std::int32_t TMyCAD::GetMaxLayerId() const { return layers_.empty() ? -1 : layers_.back().LayerId; }
 
 std::int32_t TMyCAD::GetLayerIdByName(const std::string& name) const {

@@ -72,6 +72,7 @@ void TMyCAD::SetPrintABordertoTop(std::uint8_t value) { StoreAndRepaint(borderTo
 void TMyCAD::SetPrintABordertoRight(std::uint8_t value) { StoreAndRepaint(borderRight_, value); }
 void TMyCAD::SetPrintABordertoBottom(std::uint8_t value) { StoreAndRepaint(borderBottom_, value); }
 void TMyCAD::SetPrintBackground(bool value) { StoreAndRepaint(printBackground_, value); }
+void TMyCAD::SetAntialiased(bool value) { StoreAndRepaint(antialiased_, value); }
 
 TMyRect TMyCAD::GetShapesLTRB(const std::vector<TMyShape*>& shapes) const {
   TArrMyPoint corners;

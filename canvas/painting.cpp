@@ -3,6 +3,7 @@
 
 #include "canvas/tmycad.h"
 #include "platform/canvas.h"
+#include "platform/painter_canvas.h"
 #include "shapes/drawing_modes.h"
 #include "shapes/groups.h"
 
@@ -18,6 +19,8 @@ struct TSavedPoints {
   TMyPoint center;
   TMyPoint textout;
 };
+
+TSize SizeOf(const TBitmap& bitmap) { return TSize{bitmap.Width(), bitmap.Height()}; }
 
 // How far a grid line or dot of pen width Size reaches past its position.
 long double PenReachOf(std::int32_t size) { return size > 1 ? size * 5.0L + 2 : 2.0L; }
@@ -55,7 +58,7 @@ void TMyCAD::Paint() {
     EraseRubberBand();
     screen.SetClipRect(clip);
   }
-  PaintDrawing(screen.Bitmap(), clip);
+  PaintDrawing(screen, clip);
   SelectAllWorkingShapes();
   if (IsDesigning()) {
     screen.Pen().SetStyle(psDash);
@@ -70,11 +73,23 @@ void TMyCAD::Paint() {
   painting_ = false;
 }
 
-void TMyCAD::PaintDrawing(TBitmap& target, const TRect& clip) {
-  FillBackground(target, clip);
-  DrawBkBitmap(target, 0, 0);
-  DrawGrid(target, ClientRect());
-  DrawShapeList(target.Canvas(), Rect(0, 0, Width(), Height()), ShapesMeeting(clip), true);
+void TMyCAD::PaintDrawing(TCanvas& screen, const TRect& clip) {
+  const TSize size{Width(), Height()};
+  screen.Brush().SetColor(colorOfBackGround_);
+  screen.Brush().SetStyle(bsSolid);
+  screen.FillRect(clip);
+  DrawBkBitmap(screen, size, 0, 0);
+  DrawGrid(screen, size, ClientRect());
+  // The screen bitmap is smoothed through a painter of its own; a painter
+  // canvas (a screen of more device pixels than logical ones) already is one.
+  if (!antialiased_ || screen.Bitmap().Empty()) {
+    DrawShapeList(screen, Rect(0, 0, Width(), Height()), ShapesMeeting(clip), LinkCrossesShown());
+    return;
+  }
+  PaintSmoothly(screen.Bitmap(), [&](TCanvas& smooth) {
+    smooth.SetClipRect(clip);
+    DrawShapeList(smooth, Rect(0, 0, Width(), Height()), ShapesMeeting(clip), LinkCrossesShown());
+  });
 }
 
 void TMyCAD::DrawAll(const TRect& clip) {
@@ -119,7 +134,11 @@ void TMyCAD::DrawShapeTree(TCanvas& canvas, TMyShape& shape) {
   shape.Draw(canvas);
 }
 
-void TMyCAD::DrawAllShape(TCanvas& canvas, const TRect& rect) { DrawShapeList(canvas, rect, ShapesMeeting(rect), true); }
+// Link crosses show only while a connector end is placed: they are where
+// it can go, and would clutter the drawing at other times.
+void TMyCAD::DrawAllShape(TCanvas& canvas, const TRect& rect) {
+  DrawShapeList(canvas, rect, ShapesMeeting(rect), LinkCrossesShown());
+}
 
 void TMyCAD::DrawShapeList(TCanvas& canvas, const TRect& rect, const std::vector<TMyShape*>& chosen,
                            bool linkHandles) {
@@ -181,16 +200,20 @@ void TMyCAD::FillBackground(TBitmap& bitmap, const TRect& rect) {
   canvas.FillRect(rect);
 }
 
-void TMyCAD::DrawBackground(TBitmap& bitmap) {
-  TCanvas& canvas = bitmap.Canvas();
+void TMyCAD::DrawBackground(TBitmap& bitmap) { DrawBackground(bitmap.Canvas(), SizeOf(bitmap)); }
+
+void TMyCAD::DrawBackground(TCanvas& canvas, TSize size) {
   canvas.Brush().SetColor(printBackground_ ? colorOfBackGround_ : clWhite);
   canvas.Brush().SetStyle(bsSolid);
-  canvas.FillRect(Rect(0, 0, bitmap.Width(), bitmap.Height()));
+  canvas.FillRect(Rect(0, 0, size.cx, size.cy));
 }
 
 void TMyCAD::DrawBkBitmap(TBitmap& bitmap, std::int32_t dx, std::int32_t dy) {
+  DrawBkBitmap(bitmap.Canvas(), SizeOf(bitmap), dx, dy);
+}
+
+void TMyCAD::DrawBkBitmap(TCanvas& canvas, TSize size, std::int32_t dx, std::int32_t dy) {
   if (bkBitmap_.Empty()) return;
-  TCanvas& canvas = bitmap.Canvas();
   const std::int32_t w = bkBitmap_.Width(), h = bkBitmap_.Height();
   switch (bkBitmapMode_) {
     case Tiled: {
@@ -203,7 +226,7 @@ void TMyCAD::DrawBkBitmap(TBitmap& bitmap, std::int32_t dx, std::int32_t dy) {
       const TRect clip = canvas.ClipRect();
       if (clip.Left > startX) startX += (clip.Left - startX) / w * w;
       if (clip.Top > startY) startY += (clip.Top - startY) / h * h;
-      const std::int32_t endX = std::min(bitmap.Width(), clip.Right), endY = std::min(bitmap.Height(), clip.Bottom);
+      const std::int32_t endX = std::min(size.cx, clip.Right), endY = std::min(size.cy, clip.Bottom);
       for (std::int32_t y = startY; y < endY; y += h)
         for (std::int32_t x = startX; x < endX; x += w) canvas.Draw(x, y, bkBitmap_);
       break;
@@ -217,7 +240,9 @@ void TMyCAD::DrawBkBitmap(TBitmap& bitmap, std::int32_t dx, std::int32_t dy) {
 // ---------------------------------------------------------------------------
 // Grid, border, header and footer
 
-void TMyCAD::DrawGrid(TBitmap& bitmap, const TRect& rect) {
+void TMyCAD::DrawGrid(TBitmap& bitmap, const TRect& rect) { DrawGrid(bitmap.Canvas(), SizeOf(bitmap), rect); }
+
+void TMyCAD::DrawGrid(TCanvas& canvas, TSize extent, const TRect& rect) {
   const TGridObject& grid = *grid_;
   if (grid.GetGridType() == gNone) return;
   const double scale = grid.GetGridInZoom() ? zoom_ : 1.0;
@@ -228,13 +253,12 @@ void TMyCAD::DrawGrid(TBitmap& bitmap, const TRect& rect) {
   const long double phaseX = -(rect.Left - Round(rect.Left / sx) * sx);
   const long double phaseY = -(rect.Top - Round(rect.Top / sy) * sy);
   if (!grid.GetGridShow()) return;
-  TCanvas& canvas = bitmap.Canvas();
   const std::int32_t size = grid.GetGridPenSize();
   canvas.Pen().SetColor(grid.GetGridColor());
   canvas.Pen().SetStyle(psSolid);
   canvas.Pen().SetMode(pmCopy);
   canvas.Pen().SetWidth(size);
-  const long double w = bitmap.Width(), h = bitmap.Height();
+  const long double w = extent.cx, h = extent.cy;
   // Lines and dots that cannot reach the clip are skipped; the positions are
   // still stepped from the start, so they are the very ones a whole paint
   // draws.
@@ -261,27 +285,28 @@ void TMyCAD::DrawGrid(TBitmap& bitmap, const TRect& rect) {
     if (pastClip(x, clip.Right)) break;
     if (beforeClip(x, clip.Left)) continue;
     canvas.MoveTo(Round(x), 0);
-    canvas.LineTo(Round(x), bitmap.Height());
+    canvas.LineTo(Round(x), extent.cy);
   }
   for (long double y = phaseY; y <= h; y += sy) {
     if (pastClip(y, clip.Bottom)) break;
     if (beforeClip(y, clip.Top)) continue;
     canvas.MoveTo(0, Round(y));
-    canvas.LineTo(bitmap.Width(), Round(y));
+    canvas.LineTo(extent.cx, Round(y));
   }
 }
 
-void TMyCAD::DrawBorder(TBitmap& bitmap) {
+void TMyCAD::DrawBorder(TBitmap& bitmap) { DrawBorder(bitmap.Canvas(), SizeOf(bitmap)); }
+
+void TMyCAD::DrawBorder(TCanvas& canvas, TSize size) {
   if (!printABorder_) return;
-  TCanvas& canvas = bitmap.Canvas();
   canvas.Pen().SetColor(clBlack);
   canvas.Pen().SetStyle(psSolid);
   canvas.Pen().SetMode(pmCopy);
   canvas.Pen().SetWidth(1);
   canvas.Brush().SetStyle(bsClear);
   const long double z = zoom_;
-  canvas.Rectangle(Round(borderLeft_ * z), Round(borderTop_ * z), Round(bitmap.Width() - borderRight_ * z),
-                   Round(bitmap.Height() - borderBottom_ * z));
+  canvas.Rectangle(Round(borderLeft_ * z), Round(borderTop_ * z), Round(size.cx - borderRight_ * z),
+                   Round(size.cy - borderBottom_ * z));
 }
 
 namespace {
@@ -298,21 +323,22 @@ std::int32_t AlignedX(std::int32_t alignment, std::int32_t left, std::int32_t ri
 // The header's top lies PageHeadToTop zoomed pixels below the top edge, the
 // footer's bottom PageFootToBottom above the bottom edge; both are aligned
 // between the border margins.
-void TMyCAD::DrawHeadFoot(TBitmap& bitmap) {
-  TCanvas& canvas = bitmap.Canvas();
+void TMyCAD::DrawHeadFoot(TBitmap& bitmap) { DrawHeadFoot(bitmap.Canvas(), SizeOf(bitmap), pageHead_, pageFoot_); }
+
+void TMyCAD::DrawHeadFoot(TCanvas& canvas, TSize page, const std::string& head, const std::string& foot) {
   canvas.SetBkMode(bkTransparent);
   const std::int32_t left = Round(borderLeft_ * static_cast<long double>(zoom_));
-  const std::int32_t right = bitmap.Width() - Round(borderRight_ * static_cast<long double>(zoom_));
-  if (!pageHead_.empty()) {
+  const std::int32_t right = page.cx - Round(borderRight_ * static_cast<long double>(zoom_));
+  if (!head.empty()) {
     canvas.Font().Assign(pageHeadFont_);
-    const TSize size = canvas.TextExtent(pageHead_);
-    canvas.TextOut(AlignedX(pageHeadAlignment_, left, right, size.cx), Round(pageHeadToTop_ * zoom_), pageHead_);
+    const TSize size = canvas.TextExtent(head);
+    canvas.TextOut(AlignedX(pageHeadAlignment_, left, right, size.cx), Round(pageHeadToTop_ * zoom_), head);
   }
-  if (!pageFoot_.empty()) {
+  if (!foot.empty()) {
     canvas.Font().Assign(pageFootFont_);
-    const TSize size = canvas.TextExtent(pageFoot_);
+    const TSize size = canvas.TextExtent(foot);
     canvas.TextOut(AlignedX(pageFootAlignment_, left, right, size.cx),
-                   bitmap.Height() - Round(pageFootToBottom_ * zoom_) - size.cy, pageFoot_);
+                   page.cy - Round(pageFootToBottom_ * zoom_) - size.cy, foot);
   }
 }
 

@@ -47,6 +47,10 @@ TStringList SplitLines(const QString& text) {
   return lines;
 }
 
+bool IsBlank(const TStringList& lines) {
+  return std::all_of(lines.begin(), lines.end(), [](const std::string& l) { return l.empty(); });
+}
+
 QString JoinLines(const TStringList& lines) {
   QStringList joined;
   for (const std::string& line : lines) joined << QString::fromStdString(line);
@@ -78,8 +82,9 @@ void TMyCAD::EditTextInPlace(TMyShape* shape) {
   editor->setFocus();
 }
 
-void TMyCAD::CloseTextEditor() {
+TMyText* TMyCAD::CloseTextEditor() {
   QPlainTextEdit* editor = textEditor_;
+  TMyShape* shape = editedText_;
   // Cleared first: hiding the editor takes its focus, which commits again.
   textEditor_ = nullptr;
   editedText_ = nullptr;
@@ -88,18 +93,22 @@ void TMyCAD::CloseTextEditor() {
   editor->setParent(nullptr);
   editor->deleteLater();
   setFocus();
+  // The shape may have gone while the editor was open (a drawing loaded).
+  const bool alive = std::any_of(shapes_.begin(), shapes_.end(), [shape](const auto& s) { return s.get() == shape; });
+  return alive ? dynamic_cast<TMyText*>(shape) : nullptr;
 }
 
 void TMyCAD::CommitTextEdit() {
   if (!textEditor_) return;
   const TStringList lines = SplitLines(textEditor_->toPlainText());
-  TMyShape* shape = editedText_;
   const bool isNew = editedIsNew_;
-  CloseTextEditor();
-  // The shape may have gone while the editor was open (a drawing loaded).
-  const bool alive = std::any_of(shapes_.begin(), shapes_.end(), [shape](const auto& s) { return s.get() == shape; });
-  auto* text = alive ? dynamic_cast<TMyText*>(shape) : nullptr;
-  if (!text || text->GetLines() == lines) return;
+  TMyText* text = CloseTextEditor();
+  if (!text) return;
+  if (isNew && IsBlank(lines)) {
+    DropNewText(*text);
+    return;
+  }
+  if (text->GetLines() == lines) return;
   // A text the tool has just drawn is undone by its "ACT_ADD" step.
   if (!isNew) PushtoUndoRedoShapeList({text}, ACT_CHANGE);
   text->SetLines(lines);
@@ -107,8 +116,23 @@ void TMyCAD::CommitTextEdit() {
   Invalidate();
 }
 
+// A text drawn and left without a character would be an invisible frame the
+// user never meant: it goes, with the step that added it.
+void TMyCAD::DropNewText(TMyShape& text) {
+  const bool addedLast = !undoList_.empty() && undoList_.back().ActionName == ACT_ADD &&
+                         undoList_.back().SavedShape->ShapeId == text.ShapeId;
+  if (addedLast)
+    PopFromUndoRedoShapeList();
+  else
+    DeleteShapeById(text.ShapeId, false);
+  Invalidate();
+}
+
 void TMyCAD::CancelTextEdit() {
-  if (textEditor_) CloseTextEditor();
+  if (!textEditor_) return;
+  const bool isNew = editedIsNew_;
+  TMyText* text = CloseTextEditor();
+  if (isNew && text && IsBlank(text->GetLines())) DropNewText(*text);
 }
 
 bool TMyCAD::OpenTextEditorAt(const TPoint& p) {

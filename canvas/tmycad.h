@@ -19,6 +19,8 @@
 //   painting.cpp   the paint pipeline, background, grid, border, header, footer
 //   page.cpp       page styles and extents
 //   export.cpp     rendering the drawing to image files
+//   vector_export.cpp  SVG and PDF pictures through the painter canvas
+//   printing.cpp   page set-up and printing, tiled or fitted, with header and footer
 //   undo.cpp       the undo history
 //   redo.cpp       redo, and the bound on the history's memory
 //   grouping.cpp   grouping and ungrouping
@@ -32,6 +34,11 @@
 //   text_editor.cpp  the in-place editor of text shapes
 //   cross_hair.cpp  the cross-hair through the mouse position
 //   line_joining.cpp  joining a newly drawn line to the free end it meets
+//   connections.cpp  connectors: ends kept on their link points, routing,
+//                  the connector commands
+//   link_tool.cpp  link points under the mouse while connectors are drawn
+//                  or their ends dragged
+//   routing.cpp    the orthogonal router (routing.h)
 //   spatial.cpp    the spatial index of shape bounds and what it serves:
 //                  hit tests, area queries, partial repaints
 //
@@ -72,10 +79,16 @@
 #include "shapes/shape_owner.h"
 
 class QPlainTextEdit;
+class QPainter;
+class QPrinter;
 
 namespace lumatrex {
 
 class TShapeIndex;
+class TMyText;
+class TMyLinkLine;
+class TMyLinkPoint;
+enum TLinkLineEnd : std::uint8_t;
 
 // One layer of the drawing.
 struct LayerRec {
@@ -96,6 +109,28 @@ struct TImageExportOptions {
   // The largest picture made, in pixels (4 bytes each): the extent of far-apart
   // shapes at a high zoom would otherwise ask for gigabytes.
   std::int64_t MaxPixels = std::int64_t{1} << 26;
+  // Dots per inch, 0 for the screen's. A bitmap picture is scaled by
+  // Dpi / screen pixels per inch on top of Zoom and records it; a PDF keeps
+  // its size (the drawing at Zoom, at the screen's pixels per inch) and uses
+  // it as its resolution.
+  double Dpi = 0;
+  // The output background (ColorOfBackGround under PrintBackground, and the
+  // background picture). Off, SVG and PDF pictures have none and bitmap
+  // pictures stay white.
+  bool Background = true;
+};
+
+// What a print takes from the drawing.
+struct TPrintOptions {
+  // Only the selected shapes instead of every shape on a visible layer.
+  bool SelectedOnly = false;
+  // One page, the drawing scaled to fit; otherwise true scale: one drawing
+  // pixel at Zoom prints 1/(screen pixels per inch) inch, over as many pages
+  // (tiles, left to right, then top to bottom) as it needs.
+  bool FitToPage = false;
+  double Zoom = 1.0;
+  // Fills the "[File]" field of the page header and footer.
+  std::string FileName;
 };
 
 // A picture larger than TImageExportOptions::MaxPixels (or wider or taller
@@ -138,6 +173,7 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   Q_PROPERTY(std::uint8_t PrintABordertoRight READ GetPrintABordertoRight WRITE SetPrintABordertoRight)
   Q_PROPERTY(std::uint8_t PrintABordertoBottom READ GetPrintABordertoBottom WRITE SetPrintABordertoBottom)
   Q_PROPERTY(bool PrintBackground READ GetPrintBackground WRITE SetPrintBackground)
+  Q_PROPERTY(bool Antialiased READ GetAntialiased WRITE SetAntialiased)
   // defaults for new shapes
   Q_PROPERTY(std::int32_t ArrowAngle READ GetArrowAngle WRITE SetArrowAngle)
   Q_PROPERTY(std::uint8_t ArrowLength READ GetArrowLength WRITE SetArrowLength)
@@ -295,11 +331,54 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // every member of a group, then the shape itself unless it is locked.
   void DragChangeValueDxDyforShapes(TMyShape* shape, double dx, double dy);
   // Puts the ends of every connector attached to Shape (or to one of its
-  // members) back on the link points they are bound to, after Shape moved,
-  // was resized or turned. The connectors looked at are those the shapes
-  // list in LinkLines (each shape lists the connectors attached to it), so
-  // the work does not grow with the drawing.
+  // members) back on the link points they are bound to and routes those
+  // connectors again, after Shape moved, was resized or turned. When Shape
+  // is itself a connector, its ends are settled first: an end still within
+  // HotSize of its bound point goes back onto it, one moved further is let
+  // go and binds to the link point it now lies on, if any; the connector is
+  // routed again when an end moved or its points are no route of its style.
+  // The connectors looked at are those the shapes list in LinkLines (each
+  // shape lists the connectors attached to it), so the work does not grow
+  // with the drawing.
   void ChangeLinkShapes(TMyShape* shape);
+  // Gives the connector the route its LinkLineDrawStyle asks for between its
+  // two end points (model coordinates): lldsOrthogonal goes around the
+  // frames of the shapes near it (found through the spatial index), leaving
+  // and entering each attached shape across the side its link point is on;
+  // when no way around is found it takes one bend as lldsHV does.
+  void RouteLinkLine(TMyLinkLine& link);
+
+  // ==== connectors (connections.cpp, link_tool.cpp) ==============================
+  // The front-most visible shape (group members included, connectors left
+  // out, Except skipped) with a link point whose HotSize square holds device
+  // point P, and that link point in LinkId; nullptr and -1 for none.
+  TMyShape* InWhichShapeWhichHotLinkId(const TPoint& p, std::int32_t& linkId, const TMyShape* except = nullptr);
+  // The same for a shape's points (handles): the shape and the last of its
+  // points whose HotSize square holds P.
+  TMyShape* InWhichShapeWhichPointNo(const TPoint& p, std::int32_t& pointNo, const TMyShape* except = nullptr);
+  // Binds End of Link to the link point under device point P (or frees it
+  // when there is none), moves P onto that point and marks it. Returns the
+  // shape bound to.
+  TMyShape* GetMainShape(TMyLinkLine& link, TLinkLineEnd end, TPoint& p);
+  // Takes off the mark of the link point an end would bind to.
+  void ClearAllLinkHot();
+  // A new TMyLinkLine from link point SourcePoint of Source to DestPoint of
+  // Dest, routed by Style, listed by both shapes; "ACT_ADD" when Record.
+  // nullptr, adding nothing, for a shape not on this canvas or a link point
+  // it does not have.
+  TMyLinkLine* CreateLink(TMyShape* source, std::int32_t sourcePoint, TMyShape* dest, std::int32_t destPoint,
+                          TLinkLineDrawStyle style, bool record = true);
+  // Breaks Link at model point At with a new TMyLinkPoint: Link ends there,
+  // and a copy of Link runs from there to Link's old end (bound as Link's
+  // was). Records "ACT_CHANGE" for Link and then "ACT_ADD" for the point and
+  // the copy when Record. Returns the new point; nullptr for a connector not
+  // on this canvas. BreakLine breaks at the middle of the route's length.
+  TMyLinkPoint* BreakLineByAPoint(TMyLinkLine* link, const TMyPoint& at, bool record = true);
+  TMyLinkPoint* BreakLine(TMyLinkLine* link, bool record = true);
+  // Frees the start (end) of Link: no longer bound, and no longer listed by
+  // that shape. The end's point stays where it is.
+  void RemoveSrcLink(TMyLinkLine* link);
+  void RemoveDestLink(TMyLinkLine* link);
 
   // ==== mouse interaction (interaction.cpp, snapping.cpp) ========================
   // Events of gestures. Points are passed through GetPointByMode; a handler
@@ -409,7 +488,13 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Moves Source's shapes to Target, makes Target current and deletes Source.
   // 0 (nothing done) when they are equal or either is not a layer, else 1.
   std::int32_t MergeLayers(std::int32_t target, std::int32_t source);
-  // -1 without layers, else the id of the most recently created layer.
+  // Moves the layer at list position From to position To, the others keeping
+  // their order; false, with nothing done, for a bad position. The list order
+  // is the order layers are listed and saved in; painting follows the shape
+  // list, not the layers. Not an undo step: the history holds shapes only.
+  bool MoveLayer(std::int32_t from, std::int32_t to);
+  // -1 without layers, else the id of the last layer in the list: the most
+  // recently created one, unless layers were moved.
   std::int32_t GetMaxLayerId() const;
   // The layer count, as the 8-bit value drawing files and the UI use.
   std::uint8_t GetLayersCount() const { return static_cast<std::uint8_t>(layers_.size()); }
@@ -472,7 +557,10 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // the members of a top-level group. When the history holds exactly
   // UndoRedoSize steps the oldest is dropped first. Nothing is recorded when
   // the history is off, for no shapes, or for shapes of no known kind.
-  void PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action);
+  // Keep, when given, is asked for each recorded shape's state beyond its
+  // copy, which undo of a change puts back after the copy.
+  void PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action,
+                               const TStateKeeper& keep = {});
   // Empties the selection, reverts the newest step and repaints. Answers the
   // number of the step that is newest afterwards; -1, with nothing done and
   // no repaint, when there was no step. Reverting records nothing; the step
@@ -681,6 +769,11 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void SetPrintABordertoBottom(std::uint8_t value);
   bool GetPrintBackground() const { return printBackground_; }
   void SetPrintBackground(bool value);
+  // Shapes painted smoothly (antialiased, through a QPainter) instead of the
+  // classic pixel-exact picture; off by default. Grid, background and the
+  // previews of gestures stay as they are.
+  bool GetAntialiased() const { return antialiased_; }
+  void SetAntialiased(bool value);
   // Bounding box of the given shapes' points, in model (zoomed) coordinates;
   // the zero rectangle for none.
   TMyRect GetShapesLTRB(const std::vector<TMyShape*>& shapes) const;
@@ -748,6 +841,14 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void DrawGrid(TBitmap& bitmap, const TRect& rect);
   void DrawBorder(TBitmap& bitmap);
   void DrawHeadFoot(TBitmap& bitmap);
+  // The same on any canvas of Size pixels (a printer's page, a vector picture).
+  void DrawBackground(TCanvas& canvas, TSize size);
+  void DrawBkBitmap(TCanvas& canvas, TSize size, std::int32_t dx, std::int32_t dy);
+  void DrawBorder(TCanvas& canvas, TSize size);
+  void DrawGrid(TCanvas& canvas, TSize size, const TRect& rect);
+  // Head and Foot stand for PageHead and PageFoot (a printed page fills in
+  // its fields first).
+  void DrawHeadFoot(TCanvas& canvas, TSize page, const std::string& head, const std::string& foot);
   // Draws the visible top-level shapes meeting Rect (device coordinates of
   // the drawing) on Canvas, whose origin is Rect's top-left corner.
   void DrawAllShape(TCanvas& canvas, const TRect& rect);
@@ -766,11 +867,32 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // gives an empty bitmap.
   // Throws EPictureTooLarge when the picture would pass the size limits.
   TBitmap RenderToBitmap(const TImageExportOptions& options = {});
-  // RenderToBitmap saved by the file's extension: .png, .jpg/.jpeg or .bmp,
+  // RenderToBitmap saved by the file's extension: .png, .jpg/.jpeg or .bmp
+  // (.svg and .pdf: the vector picture, below),
   // replacing the file whole (SaveBytesToFileAtomically). False (with nothing
   // written) for another extension or nothing to render; a failed write
   // throws EStreamError naming the reason, EPictureTooLarge as RenderToBitmap.
   bool SaveToImageFile(const std::string& fileName, const TImageExportOptions& options = {});
+
+  // ==== vector output (vector_export.cpp) and printing (printing.cpp) ====
+  // SaveToImageFile writes .svg and .pdf too: vector paths, real text and
+  // embedded pictures, the picture RenderToBitmap would give but sharp at
+  // any scale (one drawing pixel at Zoom is 1/(screen pixels per inch) inch).
+  // Shapes, with their members, as an SVG document in memory (the
+  // clipboard's "image/svg+xml"): the area RenderToBitmap would take for
+  // them. Empty for no shapes; EPictureTooLarge as RenderToBitmap.
+  std::string RenderToSvg(const std::vector<TMyShape*>& shapes, const TImageExportOptions& options = {});
+  // Sets Printer's paper and orientation from PageStyle (PageWidth and
+  // PageHeight at the screen's pixels per inch for CustomerPage) and
+  // PageOrientation.
+  void ApplyPageSetup(QPrinter& printer) const;
+  // Prints the drawing (or the selection) on Printer as its page layout
+  // stands: the border margins and the header and footer on every page, the
+  // header's and footer's fields "[Page]", "[Pages]", "[Date]" and "[File]"
+  // filled in. The shapes draw in the printer's colours, or in grey levels
+  // on a grey-scale printer. Returns the number of pages printed, 0 when
+  // there is nothing to print or the printer does not start.
+  std::int32_t Print(QPrinter& printer, const TPrintOptions& options = {});
 
   // ==== drawing files (drawing_file.cpp) ====
   // A drawing file holds a header (the creator "Ambrel Component", a version
@@ -857,6 +979,7 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
  protected:
   void Paint() override;
   void BeforePaint() override;
+  bool SmoothPicture() const override { return antialiased_; }
   void MouseDown(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y) override;
   void MouseMove(TShiftState shift, std::int32_t x, std::int32_t y) override;
   void MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y) override;
@@ -909,7 +1032,19 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void IndexQuery(const TMyRect& r, bool topLevel, std::vector<TMyShape*>& out) const;
   // The pick of ShapeAt, leaving selected shapes out when SkipSelected.
   TMyShape* PickShape(const TPoint& p, bool skipSelected);
-  void PaintDrawing(TBitmap& target, const TRect& clip);
+  // The drawing's part Clip of the control, on Screen (the control's canvas).
+  void PaintDrawing(TCanvas& screen, const TRect& clip);
+  // The top-level shapes of Shapes (or those the roots of), each once, in
+  // paint order, on visible layers.
+  std::vector<TMyShape*> OutputRoots(const std::vector<TMyShape*>& shapes) const;
+  std::vector<TMyShape*> OutputRoots(bool selectedOnly) const;
+  // The device rectangle at Options.Zoom a picture of Roots covers, margin
+  // included; an empty one for no points. Throws EPictureTooLarge.
+  TRect OutputArea(const std::vector<TMyShape*>& roots, const TImageExportOptions& options);
+  // Draws Roots' Area on a vector canvas of Area's size at Options.Zoom.
+  bool SaveToVectorFile(const std::string& fileName, bool pdf, const TImageExportOptions& options);
+  void PaintVectorPicture(QPainter& painter, const TRect& area, const std::vector<TMyShape*>& roots,
+                          const TImageExportOptions& options);
   TRect VisibleArea() const;
   LayerRec* FindLayer(std::int32_t id);
   const LayerRec* FindLayer(std::int32_t id) const;
@@ -959,6 +1094,7 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   std::uint8_t borderRight_ = 20;
   std::uint8_t borderBottom_ = 20;
   bool printBackground_ = false;
+  bool antialiased_ = false;
   // defaults for new shapes
   TPen pen_;
   TBrush brush_;
@@ -1062,6 +1198,28 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Fills a newly drawn image shape from the file the user picks; false
   // when cancelled or unreadable.
   bool FillImageFromUserFile(TMyShape* image);
+  // ---- connectors (connections.cpp, link_tool.cpp) ----
+  void SettleLinkLine(TMyLinkLine& link);
+  bool SettleLinkEnd(TMyLinkLine& link, TLinkLineEnd end);
+  void AttachLinkEnd(TMyLinkLine& link, TLinkLineEnd end, TMyShape& target, std::int32_t pointId);
+  void DetachLinkEnd(TMyLinkLine& link, TLinkLineEnd end);
+  // Lists a connector just added at the shapes its ends are bound to.
+  void ListLinkLineAtEnds(TMyLinkLine& link);
+  TArrMyPoint RouteAroundShapes(const TMyLinkLine& link);
+  // SizeChangeValue, with the shape's link points keeping their place on
+  // its frame.
+  void ResizeKeepingLinkPoints(TMyShape& shape, const TMyPoint& a, const TMyPoint& b);
+  void AddSideLinkPoints(TMyShape& shape);
+  // While a connector is drawn or one of its ends dragged, link points show
+  // as crosses, and the one the end would bind to carries an XOR mark.
+  bool IsLinkEndDrag() const;
+  bool LinkCrossesShown() const;
+  void MarkLinkHot(std::optional<TPoint> at);
+  // Moves device point P of a dragged connector end (of the end or line
+  // being drawn) onto the link point under it, marking that point.
+  void TrackLinkEnd(TPoint& p);
+  void TrackDrawnEnd(TPoint& p);
+  std::optional<TPoint> linkHot_;
   // ---- snapping (snapping.cpp) ----
   bool SnapToGrid(std::int32_t& x, std::int32_t& y) const;
   std::int32_t GridStep(double spacing) const;
@@ -1074,7 +1232,9 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TMyShape* editedText_ = nullptr;
   bool editedIsNew_ = false;
   bool OpenTextEditorAt(const TPoint& p);
-  void CloseTextEditor();
+  // Closes the editor; the text it edited, or null if that has gone.
+  TMyText* CloseTextEditor();
+  void DropNewText(TMyShape& text);
 
   TDrawTool shapeTool_ = SpSelecting;
   bool returnToSelecting_ = false;
@@ -1165,7 +1325,7 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // The header, settings, user data and layers; then the shape count and
   // each shape as its class tag and record.
   void WriteDrawingHead(TStream& stream) const;
-  static void WriteShapeEntry(TStream& stream, const TMyShape& shape);
+  static void WriteShapeEntry(TStream& stream, TMyShape& shape);
   void TakeShapeDefaultsFrom(const TMyCAD& source);
   void ReadLayers(TStream& stream);
   bool ReadShapes(TStream& stream);

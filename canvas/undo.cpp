@@ -38,6 +38,17 @@ std::vector<TMyShape*> ShapesToRecord(const TMyCAD& cad, const std::vector<TMySh
   } else {
     for (TMyShape* s : shapes) AppendRecorded(cad, s, false, recorded, taken);
   }
+  // The connectors attached to changed shapes move with them, in the same
+  // step. Recorded first, they are put back last, after their shapes have
+  // carried them back.
+  if (action == ACT_CHANGE) {
+    std::vector<TMyShape*> links;
+    for (const TMyShape* s : recorded)
+      for (const std::uint32_t no : s->LinkLines)
+        if (TMyShape* link = cad.GetShapeByNo(static_cast<std::int32_t>(no)); link && taken.insert(link).second)
+          links.push_back(link);
+    recorded.insert(recorded.begin(), links.begin(), links.end());
+  }
   return recorded;
 }
 
@@ -152,6 +163,7 @@ void RevertOnLiveShape(TMyCAD& cad, const TSavedShape& record, TMyShape& live) {
     cad.DeleteShapeById(live.ShapeId, false);
   } else if (action == ACT_CHANGE) {
     RestoreState(live, *record.SavedShape);
+    if (record.KeptState) record.KeptState(live);
     cad.ChangeLinkShapes(&live);
   } else if (action == ACT_GROUP) {
     cad.UnGroupShape(&live, false);
@@ -200,7 +212,8 @@ void DropOldestStep(std::vector<TSavedShape>& list) {
   for (TSavedShape& r : list) --r.UndoStep;
 }
 
-void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action) {
+void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action,
+                                     const TStateKeeper& keep) {
   // A new change ends what could be redone.
   redoList_.clear();
   if (undoRedoSize_ == 0) return;
@@ -212,7 +225,8 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const
     copy->Assign(*shape);
     copy->LinkLines.clear();
     const std::int64_t bytes = ApproxShapeBytes(*copy);
-    records.push_back({0, shape->GetName().substr(0, kMaxShapeNameBytes), std::move(copy), action, bytes});
+    records.push_back({0, shape->GetName().substr(0, kMaxShapeNameBytes), std::move(copy), action,
+                       keep ? keep(*shape) : TKeptState{}, bytes});
   }
   // An empty step would only push the oldest one out.
   if (records.empty()) return;

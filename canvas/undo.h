@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -34,6 +35,14 @@ inline constexpr const char* ACT_SENDTOBACK = "ACT_SENDTOBACK";
 inline constexpr const char* ACT_BRINGTOFRONTBYSTEP = "ACT_BRINGTOFRONTBYSTEP";
 inline constexpr const char* ACT_SENDTOBACKBYSTEP = "ACT_SENDTOBACKBYSTEP";
 
+// State of one shape that its Assign does not copy (Visible, the enable
+// switches, ...), kept by a recorder whose change may touch it, such as an
+// inspector edit. Undo of a change puts it back on the live shape after
+// assigning the saved copy.
+using TKeptState = std::function<void(TMyShape& live)>;
+// Captures a shape's kept state as the shape is recorded.
+using TStateKeeper = std::function<TKeptState(const TMyShape& shape)>;
+
 // One history record.
 struct TSavedShape {
   // Step number; 0 is the oldest kept step.
@@ -45,6 +54,8 @@ struct TSavedShape {
   // positions are those of recording time.
   std::unique_ptr<TMyShape> SavedShape;
   std::string ActionName;
+  // Empty unless the recorder asked for more than the copy holds.
+  TKeptState KeptState;
   // What the record holds in memory, estimated when it is made; the history
   // is bounded by the sum (TMyCAD::SetUndoMemoryLimit).
   std::int64_t Bytes = 0;

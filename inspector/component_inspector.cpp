@@ -1,17 +1,21 @@
 #include "inspector/component_inspector.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QEvent>
 #include <QHeaderView>
 #include <QHash>
+#include <QKeyEvent>
 #include <QTimer>
 #include <QTreeView>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 #include <QVBoxLayout>
+#include <functional>
 
 #include "canvas/tmycad.h"
 #include "inspector/inspector_grid.h"
+#include "inspector/property_dialogs.h"
 
 namespace lumatrex {
 
@@ -43,6 +47,37 @@ TComponentInspector::TComponentInspector(QWidget* parent) : QWidget(parent) {
   layout->addWidget(tree_);
   connect(tree_, &QTreeWidget::itemSelectionChanged, this, &TComponentInspector::TreeSelectionChanged);
   connect(combo_, &QComboBox::activated, this, &TComponentInspector::ComboChosen);
+  // The layer commands sit in the tree's context menu; Ctrl+Up and Ctrl+Down
+  // move a layer from the keyboard (see eventFilter).
+  tree_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  tree_->installEventFilter(this);
+  const std::pair<QString, std::function<void()>> actions[] = {
+      {tr("Move Layer Up"), [this] { MoveCurrentLayer(-1); }},
+      {tr("Move Layer Down"), [this] { MoveCurrentLayer(1); }},
+      {tr("Layers…"), [this] { EditLayers(); }},
+  };
+  for (const auto& [text, run] : actions) connect(new QAction(text, tree_), &QAction::triggered, this, run);
+  tree_->addActions(tree_->findChildren<QAction*>(Qt::FindDirectChildrenOnly));
+}
+
+void TComponentInspector::MoveCurrentLayer(int step) {
+  QTreeWidgetItem* item = tree_->currentItem();
+  if (!cad_ || !item || item->data(0, kShapeIdRole).toInt() != -2) return;
+  const int id = item->data(0, kLayerIdRole).toInt();
+  const int no = cad_->GetLayerNoById(id);
+  if (!cad_->MoveLayer(no, no + step)) return;
+  Rebuild();
+  for (QTreeWidgetItemIterator it(tree_); *it; ++it)
+    if ((*it)->data(0, kShapeIdRole).toInt() == -2 && (*it)->data(0, kLayerIdRole).toInt() == id)
+      tree_->setCurrentItem(*it);
+}
+
+void TComponentInspector::EditLayers() {
+  if (!cad_) return;
+  TCollectionEditor editor(LayerCollection(*cad_), this);
+  editor.exec();
+  Rebuild();
+  SyncFromCanvas();
 }
 
 void TComponentInspector::SetCanvas(TMyCAD* cad) {
@@ -66,6 +101,13 @@ void TComponentInspector::SetGrid(TInspectorGrid* grid) {
 // with is read once the event is done. A repaint of the canvas (after an undo,
 // say) repaints the grid, whose values are read as it draws.
 bool TComponentInspector::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == tree_ && event->type() == QEvent::KeyPress) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->modifiers() == Qt::ControlModifier && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down)) {
+      MoveCurrentLayer(key->key() == Qt::Key_Up ? -1 : 1);
+      return true;
+    }
+  }
   if (!cad_ || watched != static_cast<QObject*>(cad_)) return QWidget::eventFilter(watched, event);
   if (event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::KeyRelease)
     QTimer::singleShot(0, this, &TComponentInspector::SyncFromCanvas);

@@ -7,6 +7,10 @@
 // SyncFromCanvas follows the canvas's selection; it runs by itself after every
 // mouse or key release on the canvas, and a host calls it after changing the
 // selection or the shape list by code.
+//
+// Layers are reordered in the canvas's layer list with Ctrl+Up and Ctrl+Down
+// on a layer, or from the tree's context menu, which also opens the layer
+// collection editor ("Layers…").
 #pragma once
 
 #include <QPointer>
@@ -49,6 +53,9 @@ class TComponentInspector : public QWidget {
   void TreeSelectionChanged();
   void ComboChosen(int index);
   void ShowInGrid(const std::vector<QObject*>& objects);
+  // Moves the current tree item's layer by Step places in the canvas's list.
+  void MoveCurrentLayer(int step);
+  void EditLayers();
 
   TMyCAD* cad_ = nullptr;  // cleared when the canvas is destroyed
   QPointer<TInspectorGrid> grid_;

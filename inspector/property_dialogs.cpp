@@ -217,8 +217,14 @@ TCollectionAccess LayerCollection(TMyCAD& cad) {
     for (const LayerRec& layer : cad.Layers()) names << QString::fromStdString(layer.LayerName);
     return names;
   };
-  access.Add = [&cad] { cad.NewLayer("Layer" + std::to_string(cad.GetMaxLayerId() + 1), true); };
+  // "Layer" + the first number no layer is named with, as layer names are
+  // unique and layers can be renamed and moved.
+  access.Add = [&cad] {
+    for (int n = cad.GetLayersCount();; ++n)
+      if (cad.NewLayer("Layer" + std::to_string(n), true) != -1) return;
+  };
   access.Remove = [&cad](int index) { cad.DeleteLayerByID(cad.GetLayerIdByNo(index)); };
+  access.Move = [&cad](int from, int to) { cad.MoveLayer(from, to); };
   return access;
 }
 

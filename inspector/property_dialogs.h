@@ -90,8 +90,8 @@ struct TCollectionAccess {
   std::function<void(int from, int to)> Move;
 };
 
-// The layers of a canvas: add ("Layer" + a new number), delete (with their
-// shapes). Layers have no order of their own, so they cannot be moved.
+// The layers of a canvas: add ("Layer" + a number not yet used), delete
+// (with their shapes) and move in the canvas's layer list.
 TCollectionAccess LayerCollection(TMyCAD& cad);
 
 // Acts on the collection at once (there is nothing to cancel), so it offers

@@ -23,12 +23,30 @@ TMyCAD* CanvasOf(QObject* object) {
   return cad && cad->GetShapeByNo(shape->ShapeNo) == shape ? cad : nullptr;
 }
 
-// One "ACT_CHANGE" step per canvas for the shapes an edit is about to change.
-void RecordChange(const std::vector<QObject*>& objects) {
+// What an edit of Property must bring back on undo besides the shape's copy.
+// Undo assigns the saved copy, and Assign leaves some properties out
+// (Visible, CaptionShow, the Log* text settings, the enable switches, pen
+// join and end kinds, ...), so the property's earlier value is kept too and
+// written back where the copy did not restore it. Properties Assign does
+// copy compare equal by then and are not written again, which matters for
+// setters that act rather than store (Angle rotates, IsFlipHorz flips).
+TStateKeeper KeepProperty(const QByteArray& property) {
+  return [property](const TMyShape& shape) -> TKeptState {
+    const QVariant before = shape.property(property.constData());
+    if (!before.isValid()) return {};
+    return [property, before](TMyShape& live) {
+      if (live.property(property.constData()) != before) live.setProperty(property.constData(), before);
+    };
+  };
+}
+
+// One "ACT_CHANGE" step per canvas for the shapes an edit of Property is
+// about to change.
+void RecordChange(const std::vector<QObject*>& objects, const QByteArray& property) {
   std::map<TMyCAD*, std::vector<TMyShape*>> byCanvas;
   for (QObject* o : objects)
     if (TMyCAD* cad = CanvasOf(o)) byCanvas[cad].push_back(static_cast<TMyShape*>(o));
-  for (auto& [cad, shapes] : byCanvas) cad->PushtoUndoRedoShapeList(shapes, ACT_CHANGE);
+  for (auto& [cad, shapes] : byCanvas) cad->PushtoUndoRedoShapeList(shapes, ACT_CHANGE, KeepProperty(property));
 }
 
 // Shape setters only store, so the canvas showing them must repaint; controls
@@ -184,7 +202,9 @@ bool TPropertyModel::setData(const QModelIndex& index, const QVariant& value, in
 }
 
 void TPropertyModel::Write(const TPropertyNode& node, const QVariant& value) {
-  RecordChange(objects_);
+  // The top-level property: a sub-property ("Pen.Color") lives in an object
+  // the shape's copy holds whole.
+  RecordChange(objects_, node.path.section('.', 0, 0).toLatin1());
   for (QObject* o : objects_) node.write(o, value);
   Repaint(objects_);
   Refresh();

@@ -15,10 +15,9 @@
 //
 // Writing goes through the property's setter (or, for sub-properties, the
 // sub-object's). Shapes that sit on a canvas get one "ACT_CHANGE" undo step
-// per edit, recorded before the change, and the canvas repaints. Undo brings
-// back what that step keeps, which is what a shape's Assign copies: the
-// switches it leaves out (Visible, CaptionShow, the Log* text settings, the
-// enable switches, pen join and end kinds) stay as edited.
+// per edit, recorded before the change, and the canvas repaints. Undo of that
+// step brings back the shape's whole earlier state, including the edited
+// property where the shape's Assign (which undo uses) would leave it out.
 #pragma once
 
 #include <QAbstractItemModel>

@@ -1,18 +1,20 @@
 #include "persistence/file_version.h"
 
-#include <algorithm>
-#include <array>
+#include <string_view>
 
 namespace lumatrex {
 
 namespace {
-constexpr std::array<const char*, 13> kVersions = {"XP.2", "XP.3", "XP.4", "XP.5", "XP.6", "XP.7", "XP.8",
-                                                   "XP.9", "XP.a", "XP.e", "XP.h", "XP.i", "XP.j"};
-}
+// The last characters of the tags "XP.2" to "XP.j", oldest first. Readers ask
+// for the version at every versioned field, so a tag is looked up by its last
+// character rather than compared with each known tag.
+constexpr std::string_view kVersionCharacters = "23456789aehij";
+}  // namespace
 
 int FileVersionIndex(const std::string& tag) {
-  const auto it = std::find(kVersions.begin(), kVersions.end(), tag);
-  return it == kVersions.end() ? -1 : static_cast<int>(it - kVersions.begin());
+  if (tag.size() != 4 || tag.compare(0, 3, "XP.") != 0) return -1;
+  const std::size_t at = kVersionCharacters.find(tag[3]);
+  return at == std::string_view::npos ? -1 : static_cast<int>(at);
 }
 
 bool FileVersionAtLeast(const std::string& tag, const char* since) {

@@ -124,6 +124,18 @@ QList<QRgb> ToQtPalette(const std::vector<TColor>& colors) {
   return palette;
 }
 
+// Whether a picture with an alpha channel uses it: only then is it saved
+// with the header that marks the fourth byte as alpha.
+bool HasTranslucentPixels(const QImage& image) {
+  if (!image.hasAlphaChannel()) return false;
+  for (int y = 0; y < image.height(); ++y) {
+    const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+    for (int x = 0; x < image.width(); ++x)
+      if (qAlpha(row[x]) != 0xFF) return true;
+  }
+  return false;
+}
+
 // The picture of a decoded BMP file in the format TBitmap keeps it in.
 QImage ImageFromDecoded(const bmp::TDecodedBmp& d, TPixelFormat& format) {
   if (d.indexed) {
@@ -157,6 +169,8 @@ QImage ImageFromDecoded(const bmp::TDecodedBmp& d, TPixelFormat& format) {
         dst[3 * x + 1] = static_cast<uchar>(qGreen(src[x]));
         dst[3 * x + 2] = static_cast<uchar>(qRed(src[x]));
       } else {
+        // Without alpha masks the fourth byte is undefined and most writers
+        // leave it 0: reading it as alpha would make such pictures vanish.
         reinterpret_cast<QRgb*>(dst)[x] = d.hasAlpha ? src[x] : (src[x] | 0xFF000000u);
       }
     }
@@ -320,6 +334,8 @@ void TBitmap::SaveToStream(TStream& stream) const {
   if (impl_->format == pf16bit) {  // the plain BMP 16-bit layout is 5-5-5
     pixels = pixels.convertToFormat(QImage::Format_RGB555);
   }
+  const bool alpha = impl_->format == pf32bit && HasTranslucentPixels(pixels);
+  if (alpha) pixels = pixels.convertToFormat(QImage::Format_ARGB32);  // B, G, R, A in memory
   bmp::TEncodeSource source;
   source.width = Width();
   source.height = Height();
@@ -327,6 +343,7 @@ void TBitmap::SaveToStream(TStream& stream) const {
   source.stride = BytesPerLine();
   source.pixels = pixels.isNull() ? nullptr : pixels.constBits();
   source.palette = Palette();
+  source.alpha = alpha;
   const std::vector<std::uint8_t> file = bmp::Encode(source);
   stream.WriteBuffer(file.data(), static_cast<std::int64_t>(file.size()));
 }

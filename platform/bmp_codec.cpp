@@ -17,6 +17,9 @@ namespace {
 
 constexpr std::size_t kFileHeaderSize = 14;
 constexpr std::size_t kInfoHeaderSize = 40;
+constexpr std::size_t kV5HeaderSize = 124;
+constexpr std::uint32_t kLcsSrgb = 0x73524742;  // 'sRGB'
+constexpr std::uint32_t kLcsGmImages = 4;
 // Bit-field masks start right after the 40-byte part of every Windows header,
 // inside the header from V2 on, after it for a plain BITMAPINFOHEADER.
 constexpr std::size_t kMaskOffset = kFileHeaderSize + kInfoHeaderSize;
@@ -441,25 +444,36 @@ void Put32(std::vector<std::uint8_t>& out, std::uint32_t value) {
   Put16(out, value >> 16);
 }
 
+// A 32-bit picture with alpha gets a BITMAPV5HEADER with the channel masks,
+// so that readers take the fourth byte as alpha; every other picture the
+// 40-byte BITMAPINFOHEADER drawing files have always held.
 void PutHeaders(std::vector<std::uint8_t>& out, const TEncodeSource& s, std::uint32_t paletteSize,
                 std::uint32_t imageSize) {
-  const std::uint32_t offBits = kFileHeaderSize + kInfoHeaderSize + 4 * paletteSize;
+  const bool alpha = s.bitsPerPixel == 32 && s.alpha;
+  const auto infoSize = static_cast<std::uint32_t>(alpha ? kV5HeaderSize : kInfoHeaderSize);
+  const auto offBits = static_cast<std::uint32_t>(kFileHeaderSize + infoSize + 4 * paletteSize);
   out.push_back('B');
   out.push_back('M');
   Put32(out, offBits + imageSize);  // bfSize
   Put32(out, 0);                    // bfReserved1, bfReserved2
   Put32(out, offBits);
-  Put32(out, kInfoHeaderSize);
+  Put32(out, infoSize);
   Put32(out, s.width);
   Put32(out, s.height);  // positive: rows bottom-up
   Put16(out, 1);         // planes
   Put16(out, s.bitsPerPixel);
-  Put32(out, kBiRgb);
+  Put32(out, alpha ? kBiBitfields : kBiRgb);
   Put32(out, imageSize);
   Put32(out, 0);  // biXPelsPerMeter
   Put32(out, 0);  // biYPelsPerMeter
   Put32(out, paletteSize);
   Put32(out, 0);  // biClrImportant
+  if (!alpha) return;
+  for (std::uint32_t mask : {0x00FF0000u, 0x0000FF00u, 0x000000FFu, 0xFF000000u}) Put32(out, mask);
+  Put32(out, kLcsSrgb);
+  out.resize(out.size() + 36 + 12, 0);  // colour space end points and gammas: unused for sRGB
+  Put32(out, kLcsGmImages);
+  out.resize(out.size() + 12, 0);  // no profile; reserved
 }
 
 void PutPalette(std::vector<std::uint8_t>& out, const std::vector<TColor>& palette) {
@@ -522,7 +536,7 @@ std::vector<std::uint8_t> Encode(const TEncodeSource& source) {
   const auto paletteSize = static_cast<std::uint32_t>(source.bitsPerPixel <= 8 ? source.palette.size() : 0);
   const auto imageSize = static_cast<std::uint32_t>(stride * source.height);
   std::vector<std::uint8_t> out;
-  out.reserve(kFileHeaderSize + kInfoHeaderSize + 4 * paletteSize + imageSize);
+  out.reserve(kFileHeaderSize + kV5HeaderSize + 4 * paletteSize + imageSize);
   PutHeaders(out, source, paletteSize, imageSize);
   if (paletteSize > 0) PutPalette(out, source.palette);
   PutRows(out, source, stride);

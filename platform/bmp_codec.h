@@ -27,7 +27,7 @@ struct TDecodedBmp {
   std::vector<std::uint8_t> indices;   // width*height, top-down rows
   // width*height 0xAARRGGBB, top-down rows. AA is the alpha channel when
   // HasAlpha; for 32-bit BI_RGB files it is the stored fourth byte, which the
-  // format leaves undefined and a 32-bit bitmap keeps through save and load;
+  // format leaves undefined (TBitmap reads such pictures as opaque);
   // otherwise 0xFF.
   std::vector<std::uint32_t> argb;
 };
@@ -75,6 +75,7 @@ struct TEncodeSource {
   std::int32_t stride = 0;
   const std::uint8_t* pixels = nullptr;
   std::vector<TColor> palette;  // for 1, 4 and 8 bits: 1 to 2^bpp entries
+  bool alpha = false;           // for 32 bits: the fourth byte is alpha
 };
 
 // A complete BMP file, all fields little-endian. This is the byte layout that
@@ -89,7 +90,12 @@ struct TEncodeSource {
 //   offset 54  the palette for 1, 4 and 8 bits: B, G, R, 0 per entry
 //   bfOffBits  rows bottom-up, stride = width * bpp rounded up to 4 bytes;
 //              bits past the last pixel and padding bytes are 0
-// A 32-bit picture's fourth byte is written as it is. A picture with no
+// A 32-bit picture's fourth byte is written as it is. When it is alpha
+// (Alpha), the info header is instead a 124-byte BITMAPV5HEADER: BI_BITFIELDS
+// (3), the masks 0x00FF0000, 0x0000FF00, 0x000000FF, 0xFF000000, colour space
+// 'sRGB', intent 4 (images), every other field 0, and bfOffBits 138; readers
+// that know only the 40-byte header cannot tell an opaque picture from one
+// with alpha, so opaque pictures keep that header. A picture with no
 // pixels (width or height 0) gives an empty vector. Throws
 // std::invalid_argument for a source that breaks the rules above (unknown bit
 // count, negative size, short stride, null pixels, palette size out of range,

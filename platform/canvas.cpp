@@ -5,6 +5,7 @@
 
 #include "platform/bitmap.h"
 #include "platform/canvas_impl.h"
+#include "platform/painter_target.h"
 
 namespace lumatrex {
 
@@ -32,7 +33,7 @@ TCanvas::Impl::Impl(TBitmap& target) : bitmap(target) {
 }
 
 QRect TCanvas::Impl::ClipArea() const {
-  const QRect whole(0, 0, bitmap.Width(), bitmap.Height());
+  const QRect whole = painter ? painter->Extent() : QRect(0, 0, bitmap.Width(), bitmap.Height());
   if (!clipRect) return whole;
   return whole & QRect(QPoint(clipRect->Left, clipRect->Top), QPoint(clipRect->Right - 1, clipRect->Bottom - 1));
 }
@@ -124,6 +125,33 @@ QPainterPath EllipsePath(const QRectF& box) {
   return path;
 }
 
+QPainterPath PathOf(const QPolygonF& points, bool closed) {
+  QPainterPath path;
+  path.addPolygon(points);
+  if (closed) path.closeSubpath();
+  return path;
+}
+
+// The boxes a painter draws a box figure (rectangle, ellipse, arc) through:
+// the outline through the edge pixels' centres, the area to the outer edges
+// of the edge pixels, then Map. While the transform keeps boxes upright they
+// are the device box the raster back end takes, so both agree on the pixels.
+struct TPainterBoxes {
+  QRectF edge;
+  QRectF area;
+  QTransform map;
+};
+
+TPainterBoxes PainterBoxes(const TCanvas::Impl& impl, std::int32_t x1, std::int32_t y1, std::int32_t x2,
+                           std::int32_t y2) {
+  if (impl.AxisAligned()) {
+    const QRect b = impl.MapBox(x1, y1, x2, y2);
+    return {QRectF(QPointF(b.left(), b.top()), QPointF(b.right(), b.bottom())), QRectF(b).translated(-0.5, -0.5), {}};
+  }
+  return {QRectF(QPointF(x1, y1), QPointF(x2 - 1, y2 - 1)), QRectF(QPointF(x1 - 0.5, y1 - 0.5), QPointF(x2 - 0.5, y2 - 0.5)),
+          impl.world};
+}
+
 TFigure OutlineFigure(const QPolygonF& points, bool closed) {
   TFigure figure;
   figure.outline = {points};
@@ -142,6 +170,8 @@ void TCanvas::LineTo(std::int32_t x, std::int32_t y) {
   const QPointF from = impl_->Map(impl_->penPos.X, impl_->penPos.Y), to = impl_->Map(x, y);
   if (impl_->path.recording)
     impl_->path.LineTo(from, to);
+  else if (impl_->painter)
+    impl_->painter->Figure(*impl_, PathOf({from, to}, false), true, {}, false);
   else
     impl_->DrawFigure(impl_->OneOutline({from, to}, false), true, false);
   impl_->penPos = TPoint{x, y};
@@ -151,6 +181,8 @@ void TCanvas::Polyline(const std::vector<TPoint>& points) {
   if (points.size() < 2) return;
   if (impl_->path.recording)
     impl_->path.AddPolyline(MapPoints(*impl_, points), false);
+  else if (impl_->painter)
+    impl_->painter->Figure(*impl_, PathOf(MapPoints(*impl_, points), false), true, {}, false);
   else
     impl_->DrawFigure(impl_->OneOutline(points, false), true, false);
 }
@@ -159,6 +191,11 @@ void TCanvas::Polygon(const std::vector<TPoint>& points) {
   if (points.size() < 2) return;
   if (impl_->path.recording) {
     impl_->path.AddPolyline(MapPoints(*impl_, points), true);
+    return;
+  }
+  if (impl_->painter) {
+    const QPainterPath outline = PathOf(MapPoints(*impl_, points), true);
+    impl_->painter->Figure(*impl_, outline, true, outline, true);
     return;
   }
   TFigure& figure = impl_->OneOutline(points, true);
@@ -176,6 +213,10 @@ void TCanvas::PolyBezier(const std::vector<TPoint>& points) {
   }
   QPainterPath curve(mapped[0]);
   for (qsizetype i = 1; i + 2 < mapped.size(); i += 3) curve.cubicTo(mapped[i], mapped[i + 1], mapped[i + 2]);
+  if (impl_->painter) {
+    impl_->painter->Figure(*impl_, curve, true, {}, false);
+    return;
+  }
   impl_->DrawFigure(OutlineFigure(curve.toSubpathPolygons().value(0), false), true, false);
 }
 
@@ -191,6 +232,14 @@ void TCanvas::Rectangle(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::
   const QPolygonF edge{impl_->Map(x2 - 1, y1), impl_->Map(x1, y1), impl_->Map(x1, y2 - 1), impl_->Map(x2 - 1, y2 - 1)};
   if (impl_->path.recording) {
     impl_->path.AddPolyline(edge, true);
+    return;
+  }
+  if (impl_->painter) {
+    const TPainterBoxes boxes = PainterBoxes(*impl_, x1, y1, x2, y2);
+    QPainterPath outline, area;
+    outline.addPolygon(boxes.map.map(QPolygonF(boxes.edge)));
+    area.addPolygon(boxes.map.map(QPolygonF(boxes.area)));
+    impl_->painter->Figure(*impl_, outline, true, area, true);
     return;
   }
   TFigure figure = OutlineFigure(edge, true);
@@ -210,6 +259,12 @@ void TCanvas::Ellipse(std::int32_t x1, std::int32_t y1, std::int32_t x2, std::in
   Normalise(x1, x2);
   Normalise(y1, y2);
   if (x1 == x2 || y1 == y2) return;
+  if (!impl_->path.recording && impl_->painter) {
+    const TPainterBoxes boxes = PainterBoxes(*impl_, x1, y1, x2, y2);
+    impl_->painter->Figure(*impl_, boxes.map.map(EllipsePath(boxes.edge)), true,
+                           boxes.map.map(EllipsePath(boxes.area)), true);
+    return;
+  }
   if (!impl_->path.recording && impl_->AxisAligned()) {
     impl_->DrawEllipseBox(impl_->MapBox(x1, y1, x2, y2));
     return;
@@ -234,6 +289,15 @@ void ArcFigure(TCanvas::Impl& impl, std::int32_t x1, std::int32_t y1, std::int32
   Normalise(x1, x2);
   Normalise(y1, y2);
   if (x1 == x2 || y1 == y2) return;
+  if (!impl.path.recording && impl.painter) {
+    const TPainterBoxes boxes = PainterBoxes(impl, x1, y1, x2, y2);
+    // Upright boxes are in device space already, and so must the rays be.
+    const QPointF from = impl.AxisAligned() ? impl.Map(start.X, start.Y) : QPointF(start.X, start.Y);
+    const QPointF to = impl.AxisAligned() ? impl.Map(end.X, end.Y) : QPointF(end.X, end.Y);
+    impl.painter->Figure(impl, boxes.map.map(ArcPath(boxes.edge, from, to, kind)), true,
+                         boxes.map.map(ArcPath(boxes.area, from, to, kind)), kind != TArcKind::Arc);
+    return;
+  }
   if (!impl.path.recording && impl.AxisAligned()) {
     impl.DrawArcBox(impl.MapBox(x1, y1, x2, y2), impl.Map(start.X, start.Y), impl.Map(end.X, end.Y), kind);
     return;
@@ -245,6 +309,7 @@ void ArcFigure(TCanvas::Impl& impl, std::int32_t x1, std::int32_t y1, std::int32
     impl.path.AddQtPath(outline, kind != TArcKind::Arc);
     return;
   }
+
   TFigure figure = OutlineFigure(outline.toSubpathPolygons().value(0), kind != TArcKind::Arc);
   if (kind != TArcKind::Arc) {
     const QRectF box(QPointF(x1 - 0.5, y1 - 0.5), QPointF(x2 - 0.5, y2 - 0.5));

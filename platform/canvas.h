@@ -80,6 +80,12 @@ enum TPathPointType : std::uint8_t {
   ptMoveTo = 0x06,
 };
 
+// A point between device pixels, for pictures placed at fractional positions.
+struct TPointF {
+  double X = 0;
+  double Y = 0;
+};
+
 // An affine world transform: x' = x*eM11 + y*eM21 + eDx, y' = x*eM12 + y*eM22 + eDy.
 struct TXForm {
   float eM11 = 1, eM12 = 0, eM21 = 0, eM22 = 1, eDx = 0, eDy = 0;
@@ -199,6 +205,13 @@ class TCanvas {
   // Copies Source's SourceRect into Dest on this canvas, scaling when sizes
   // differ; pixels outside Source's bitmap are left alone.
   void CopyRect(const TRect& dest, TCanvas& source, const TRect& sourceRect);
+  // Draws Picture (pf24bit) onto the parallelogram with corners Origin (the
+  // picture's top-left), Across (its top-right) and Down (its bottom-left),
+  // in device coordinates where pixel x covers [x, x+1): each device pixel
+  // within the clip whose centre falls inside takes the picture's pixel
+  // under that centre, except pixels of colour Transparent (-1: none). The
+  // world transform does not apply. The cost follows the covered area.
+  void DrawParallelogram(const TBitmap& picture, TPointF origin, TPointF across, TPointF down, TColor transparent);
 
   // ---- clipping --------------------------------------------------------------
   // The clip is in device pixels, whatever the world transform.

@@ -74,6 +74,8 @@ struct TRecordedPath {
   void Flattened(std::vector<QPolygonF>& polygons, std::vector<bool>& closed) const;
 };
 
+class TPainterTarget;
+
 enum class TArcKind {
   Arc,
   Chord,
@@ -99,6 +101,11 @@ struct TCanvas::Impl {
   raster::TScanBuffers scan;
   std::vector<QPoint> vertices;
   TFigure reused;  // behind OneOutline
+  // Set on a canvas that issues its operations to a QPainter
+  // (painter_canvas.cpp) instead of rasterising them; null on bitmaps.
+  TPainterTarget* painter = nullptr;
+  // SetClipPolygon's polygon on such a canvas, which has no pixels to mask.
+  std::optional<QPolygonF> clipOutline;
 
   // ---- coordinates (canvas.cpp) ------------------------------------------
   QRect ClipArea() const;
@@ -136,6 +143,9 @@ struct TCanvas::Impl {
   QRectF WideBox(const QRect& box) const;
   void DrawFigure(const TFigure& figure, bool stroke, bool fill);
   void DrawFigureDirectly(const TFigure& figure, const QRect& area, bool drawPen, bool drawBrush);
+  // A one-pixel outline alone, in any pen mode: the picture the masks give,
+  // without building them (the XOR previews of a drag are such figures).
+  void DrawThinOutline(const TFigure& figure, const QRect& area);
   // Clips the masks and combines them with the surface, brush first.
   void Render(TPenMasks* pen, raster::TMask* brush);
   void PaintMask(const raster::TMask& mask, const raster::TPaintSource& source, TPenMode mode);

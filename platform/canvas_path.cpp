@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "platform/canvas_impl.h"
+#include "platform/painter_target.h"
 
 namespace lumatrex {
 
@@ -108,6 +109,13 @@ void TCanvas::AbortPath() {
 namespace {
 
 void DrawPath(TCanvas::Impl& impl, bool stroke, bool fill) {
+  if (impl.painter) {
+    const QPainterPath path = impl.path.ToQt();
+    impl.painter->Figure(impl, path, stroke, path, fill);
+    impl.path.Clear();
+    impl.path.recording = false;
+    return;
+  }
   TFigure figure;
   impl.path.Flattened(figure.outline, figure.closed);
   if (fill) {

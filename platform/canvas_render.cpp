@@ -163,6 +163,10 @@ void TCanvas::Impl::DrawFigure(const TFigure& figure, bool stroke, bool fill) {
     DrawFigureDirectly(figure, area, drawPen, drawBrush);
     return;
   }
+  if (drawPen && !drawBrush && !WidePen() && !clipPolygon) {
+    DrawThinOutline(figure, area);
+    return;
+  }
   TPenMasks masks{TMask(area), TMask(area)};
   if (drawPen && WidePen()) {
     StrokeWide(figure.wideOutline.isEmpty() ? CentreLine(figure) : figure.wideOutline, masks);
@@ -189,6 +193,41 @@ void TCanvas::Impl::DrawFigureDirectly(const TFigure& figure, const QRect& area,
       std::uint32_t& pixel = rows.Row(y)[x];
       pixel = color | (pixel & 0xFF000000u);
     });
+  }
+}
+
+// The first visit of a pixel decides whether it is a dash or a gap, as in the
+// pen masks; sorting the visits by place (stably, so the first stays first)
+// leaves each pixel once, and runs of equal kind are painted as spans.
+void TCanvas::Impl::DrawThinOutline(const TFigure& figure, const QRect& area) {
+  struct TVisit {
+    int y, x;
+    bool on;
+  };
+  static thread_local std::vector<TVisit> visits;  // kept: previews paint many figures per move
+  visits.clear();
+  const raster::TDashPattern dash(pen.Style());
+  const bool paintGaps = bkMode == bkOpaque && !dash.Solid();
+  ForEachOutlinePixel(figure, area, [&](int x, int y, std::int64_t step) {
+    const bool on = dash.On(step);
+    if (area.contains(x, y) && (on || paintGaps)) visits.push_back(TVisit{y, x, on});
+  });
+  std::stable_sort(visits.begin(), visits.end(),
+                   [](const TVisit& a, const TVisit& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
+  TPaintSource penSource, gapSource;
+  penSource.color = raster::ToRgb(pen.Color());
+  gapSource.color = Background();
+  const TPenMode mode = pen.Mode();
+  const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
+  for (std::size_t i = 0; i < visits.size();) {
+    const TVisit run = visits[i];
+    int x1 = run.x + 1;
+    for (++i; i < visits.size() && visits[i].y == run.y && visits[i].x < x1 + 1; ++i) {
+      if (visits[i].x < x1) continue;  // a later visit of a pixel already taken
+      if (visits[i].on != run.on) break;
+      x1 = visits[i].x + 1;
+    }
+    raster::PaintSpan(rows.Row(run.y), run.y, run.x, x1, run.on ? penSource : gapSource, mode);
   }
 }
 

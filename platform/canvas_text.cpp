@@ -11,6 +11,7 @@
 #include "platform/bitmap_impl.h"
 #include "platform/canvas_impl.h"
 #include "platform/fonts.h"
+#include "platform/painter_target.h"
 
 namespace lumatrex {
 
@@ -114,6 +115,11 @@ void TCanvas::TextOut(std::int32_t x, std::int32_t y, const std::string& text) {
     QPainterPath outline;
     outline.addText(QPointF(0, line.ascent), line.font, line.text);
     impl_->path.AddQtPath(toDevice.map(outline), true);
+    return;
+  }
+  if (impl_->painter) {
+    impl_->painter->Text(*impl_, toDevice, line.font, line.text, line.ascent,
+                         QRectF(0, 0, line.extent.cx, line.extent.cy));
     return;
   }
   if (impl_->bkMode == bkOpaque) FillCell(*impl_, toDevice, QRectF(0, 0, line.extent.cx, line.extent.cy));

@@ -5,6 +5,9 @@
 #include <QPaintEvent>
 #include <algorithm>
 
+#include <cmath>
+
+#include "platform/painter_canvas.h"
 #include "platform/qt_interop.h"
 #include "platform/widget_hooks.h"
 
@@ -41,15 +44,45 @@ TCustomControl::TCustomControl(QWidget* parent) : QWidget(parent), screen_(0, 0,
   setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-TCustomControl::~TCustomControl() = default;
+TCustomControl::~TCustomControl() {
+  sharpCanvas_.reset();  // before the painter it draws through
+  sharpPainter_.reset();
+}
 
 TCanvas& TCustomControl::Canvas() {
   MatchScreenSize();
-  return screen_.Canvas();
+  return sharpCanvas_ ? sharpCanvas_->Canvas() : screen_.Canvas();
+}
+
+double TCustomControl::PixelRatio() const { return pixelRatio_ > 0 ? pixelRatio_ : devicePixelRatioF(); }
+
+void TCustomControl::SetPixelRatio(double ratio) {
+  pixelRatio_ = std::max(ratio, 0.0);
+  MatchScreenSize();
 }
 
 void TCustomControl::MatchScreenSize() {
   if (screen_.Width() != width() || screen_.Height() != height()) screen_.SetSize(width(), height());
+  MatchSharpPicture();
+}
+
+void TCustomControl::MatchSharpPicture() {
+  const double ratio = PixelRatio();
+  const QSize size = ratio > 1 ? QSize(static_cast<int>(std::ceil(width() * ratio)),
+                                       static_cast<int>(std::ceil(height() * ratio)))
+                               : QSize();
+  if (sharp_.size() == size && sharp_.devicePixelRatio() == (size.isEmpty() ? 1 : ratio)) return;
+  sharpCanvas_.reset();
+  sharpPainter_.reset();
+  sharp_ = QImage();
+  if (size.isEmpty()) return;
+  sharp_ = QImage(size, QImage::Format_RGB32);
+  sharp_.setDevicePixelRatio(ratio);  // so that the painter works in logical pixels
+  sharp_.fill(Qt::white);
+  sharpPainter_ = std::make_unique<QPainter>(&sharp_);
+  sharpCanvas_ = std::make_unique<TPainterCanvas>(*sharpPainter_, TSize{width(), height()});
+  AddDirty(ClientRect());
+  update();
 }
 
 namespace {
@@ -170,7 +203,9 @@ void TCustomControl::PaintArea(const TRect& area) {
   TRect clip;
   if (!IntersectRect(clip, area, ClientRect())) return;
   Canvas().SetClipRect(clip);
+  if (sharpPainter_) sharpPainter_->setRenderHint(QPainter::Antialiasing, SmoothPicture());
   Paint();
+  if (sharpPainter_) sharpPainter_->setRenderHint(QPainter::Antialiasing, false);
   Canvas().ClearClipRect();
 }
 
@@ -179,7 +214,12 @@ void TCustomControl::paintEvent(QPaintEvent* event) {
   const QRect r = event->rect();
   PaintPending(Rect(r.left(), r.top(), r.left() + r.width(), r.top() + r.height()));
   QPainter painter(this);
-  DrawBitmap(painter, r.topLeft(), screen_, r);
+  if (sharp_.isNull()) {
+    DrawBitmap(painter, r.topLeft(), screen_, r);
+    return;
+  }
+  const double ratio = sharp_.devicePixelRatio();
+  painter.drawImage(QRectF(r), sharp_, QRectF(r.left() * ratio, r.top() * ratio, r.width() * ratio, r.height() * ratio));
 }
 
 void TCustomControl::resizeEvent(QResizeEvent* event) {

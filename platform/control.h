@@ -12,8 +12,10 @@
 // invalid until it shows. A hidden control paints all of it.
 #pragma once
 
+#include <QImage>
 #include <QWidget>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,7 +23,11 @@
 #include "platform/canvas.h"
 #include "platform/types.h"
 
+class QPainter;
+
 namespace lumatrex {
+
+class TPainterCanvas;
 
 class TCustomControl : public QWidget {
   Q_OBJECT
@@ -32,7 +38,18 @@ class TCustomControl : public QWidget {
 
   // The surface of the screen bitmap, client coordinates. While Paint runs its
   // clip rectangle is the area being repainted.
+  // On a screen of more device pixels than logical ones (PixelRatio above 1)
+  // it is instead a painter canvas (platform/painter_canvas.h) on
+  // SharpPicture(), still in logical client coordinates: the control then
+  // shows at the screen's full resolution, previews included (raster
+  // operations work on the picture), and the screen bitmap stays unused.
   TCanvas& Canvas();
+  // Device pixels per logical pixel: the window's, unless set (0 gives the
+  // window's back).
+  double PixelRatio() const;
+  void SetPixelRatio(double ratio);
+  // The picture at device resolution; null while PixelRatio is 1.
+  const QImage& SharpPicture() const { return sharp_; }
   const TBitmap& ScreenBitmap() const { return screen_; }
   std::int32_t Width() const { return width(); }
   std::int32_t Height() const { return height(); }
@@ -70,6 +87,9 @@ class TCustomControl : public QWidget {
   // Called before invalidated areas are painted; a control may invalidate
   // more here (what changed since the last paint). Nothing by default.
   virtual void BeforePaint() {}
+  // Whether Paint is antialiased on the picture at device resolution (the
+  // previews drawn between paints never are, so that XOR stays exact).
+  virtual bool SmoothPicture() const { return false; }
   virtual void MouseDown(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y);
   virtual void MouseMove(TShiftState shift, std::int32_t x, std::int32_t y);
   virtual void MouseUp(TMouseButton button, TShiftState shift, std::int32_t x, std::int32_t y);
@@ -90,6 +110,9 @@ class TCustomControl : public QWidget {
   // Keeps the screen bitmap the size of the control (a hidden control gets no
   // resize events).
   void MatchScreenSize();
+  // Keeps the picture at device resolution, and its canvas, the size of the
+  // control at the current pixel ratio (none at 1); a new one is all invalid.
+  void MatchSharpPicture();
   // Paints what is invalidated within Limit; the rest stays invalid.
   void PaintPending(const TRect& limit);
   // The client area on the screen: the visible part of a shown control, all
@@ -98,6 +121,10 @@ class TCustomControl : public QWidget {
   void AddDirty(const TRect& r);
 
   TBitmap screen_;
+  double pixelRatio_ = 0;  // 0: the window's
+  QImage sharp_;
+  std::unique_ptr<QPainter> sharpPainter_;
+  std::unique_ptr<TPainterCanvas> sharpCanvas_;
   // Disjoint or not; merged when they overlap, and into one box past a few.
   std::vector<TRect> dirty_;
   TCursor cursor_ = crDefault;

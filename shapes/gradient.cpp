@@ -118,7 +118,9 @@ void MirrorBitmap(TBitmap& bitmap, bool horizontal, bool vertical) {
 }
 
 void TMyShape::DrawGradient() {
-  PaintGradientPattern(gradient_, gradientStyle_, MakeGradientRamp(colorBegin_, colorEnd_));
+  // Most shapes have no gradient; their empty pattern needs no ramp.
+  const TGradientRamp ramp = gradientStyle_ == gsNone ? TGradientRamp{} : MakeGradientRamp(colorBegin_, colorEnd_);
+  PaintGradientPattern(gradient_, gradientStyle_, ramp);
 }
 
 void TMyShape::FlipGradientByFlags() { MirrorBitmap(gradient_, isFlipHorz_, isFlipVert_); }

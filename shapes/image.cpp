@@ -95,48 +95,10 @@ void TMyImage::Draw(TCanvas& canvas) {
   DrawInfo(canvas);
 }
 
-// Every device pixel of the frame inside the clip is mapped back onto the
-// picture through the inverse of the frame's affine map and takes the source
-// pixel under its centre. The cost follows the covered screen area, never
-// the picture's size, and rotation and mirroring come for free.
 void TMyImage::PaintPicture(TCanvas& canvas, const TMyPoint& origin, const TMyPoint& across,
                             const TMyPoint& down) const {
-  const TBitmap& picture = AdjustedPicture();
-  const double ax = across.X - static_cast<double>(origin.X), ay = across.Y - static_cast<double>(origin.Y);
-  const double dx = down.X - static_cast<double>(origin.X), dy = down.Y - static_cast<double>(origin.Y);
-  const double det = ax * dy - ay * dx;
-  if (det == 0) return;
-  TBitmap& target = canvas.Bitmap();
-  const TRect clip = canvas.ClipRect();
-  const double xs[] = {origin.X, across.X, down.X, across.X + dx};
-  const double ys[] = {origin.Y, across.Y, down.Y, down.Y + ay};
-  const auto left = std::max(clip.Left, static_cast<std::int32_t>(std::floor(*std::min_element(xs, xs + 4))));
-  const auto right = std::min(clip.Right, static_cast<std::int32_t>(std::ceil(*std::max_element(xs, xs + 4))));
-  const auto top = std::max(clip.Top, static_cast<std::int32_t>(std::floor(*std::min_element(ys, ys + 4))));
-  const auto bottom = std::min(clip.Bottom, static_cast<std::int32_t>(std::ceil(*std::max_element(ys, ys + 4))));
-  const std::int32_t width = picture.Width(), height = picture.Height();
-  std::vector<const std::uint8_t*> rows(static_cast<std::size_t>(height));
-  for (std::int32_t r = 0; r < height; ++r) rows[static_cast<std::size_t>(r)] = picture.ScanLine(r);
-  const TColor skip = transparent_ ? EffectiveTransparentColor() : -1;
-  const bool direct = target.PixelFormat() == pf32bit;
-  for (std::int32_t y = top; y < bottom; ++y) {
-    std::uint8_t* row = direct ? target.ScanLine(y) : nullptr;
-    const double qy = y + 0.5 - origin.Y;
-    for (std::int32_t x = left; x < right; ++x) {
-      const double qx = x + 0.5 - origin.X;
-      const double s = (qx * dy - qy * dx) / det, t = (ax * qy - ay * qx) / det;
-      if (s < 0 || s >= 1 || t < 0 || t >= 1) continue;
-      const std::uint8_t* bgr = rows[static_cast<std::size_t>(t * height)] + 3 * static_cast<std::size_t>(s * width);
-      const TColor colour = RGB(bgr[2], bgr[1], bgr[0]);
-      if (colour == skip) continue;
-      if (!row) {
-        canvas.SetPixel(x, y, colour);
-        continue;
-      }
-      std::uint8_t* out = row + 4 * static_cast<std::size_t>(x);
-      out[0] = bgr[0], out[1] = bgr[1], out[2] = bgr[2];
-    }
-  }
+  canvas.DrawParallelogram(AdjustedPicture(), TPointF{origin.X, origin.Y}, TPointF{across.X, across.Y},
+                           TPointF{down.X, down.Y}, transparent_ ? EffectiveTransparentColor() : -1);
 }
 
 }  // namespace lumatrex

@@ -206,6 +206,9 @@ enum TLinkLineDrawStyle : std::uint8_t {
   lldsLine,  // one straight segment
   lldsHV,    // horizontal first, then vertical
   lldsVH,    // vertical first, then horizontal
+  // Our own addition, stored as 3: orthogonal, leaving and entering each
+  // shape across the side it is attached to and going around other shapes.
+  lldsOrthogonal,
 };
 Q_ENUM_NS(TLinkLineDrawStyle)
 

@@ -23,9 +23,4 @@ lcov --quiet --remove "$dir/coverage.info" "$root/tests/*" "$root/apps/*" "$root
   "$root/fuzz/*" "$root/$dir/*" "*_autogen/*" "*/moc_*" --output-file "$dir/coverage.info"
 lcov --summary "$dir/coverage.info" 2>&1 | grep -E 'lines|functions'
 
-# The tests' size against the code's, in non-blank, non-comment lines: keep it
-# at most 0.35, so that the suite stays a quarter to a third of the code.
-counted() { git ls-files -- "$@" | grep -E '\.(cpp|cc|h|hpp|py)$' | xargs cat | grep -c -v -E '^\s*($|//)'; }
-tests=$(counted tests)
-code=$(counted . ':!tests')
-awk -v t="$tests" -v c="$code" 'BEGIN { printf "test lines %d, code lines %d, ratio %.2f (keep it at most 0.35)\n", t, c, t / c }'
+tools/test_ratio.sh

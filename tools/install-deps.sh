@@ -12,6 +12,7 @@ packages=(
   designer-qt6 libqt6uitools6
   libgtest-dev libgmock-dev libbenchmark-dev libboost-dev
   python3 python3-ezdxf
+  poppler-utils  # pdftoppm and pdftotext read the PDF output in tests
   clang libclang-rt-14-dev llvm  # the sanitizer and fuzzing build; llvm gives llvm-symbolizer
 )
 # The DXF benchmarks measure against these; only wanted with LUMATREX_BENCH=1.

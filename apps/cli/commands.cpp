@@ -1,5 +1,6 @@
 #include "commands.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -53,12 +54,14 @@ void ExpectCount(const std::vector<std::string>& plain, std::size_t count) {
   if (plain.size() != count) throw EUsageError(Expected(count));
 }
 
-double ParseZoom(const std::string& text) {
+// A number of Option; Positive: greater than 0, otherwise at least 0.
+double ParseNumber(const std::string& option, const std::string& text, bool positive) {
   char* end = nullptr;
-  const double zoom = std::strtod(text.c_str(), &end);
-  if (text.empty() || *end != '\0' || !std::isfinite(zoom) || zoom <= 0)
-    throw EUsageError("--zoom takes a positive number, not \"" + text + "\"");
-  return zoom;
+  const double value = std::strtod(text.c_str(), &end);
+  if (text.empty() || *end != '\0' || !std::isfinite(value) || value < 0 || (positive && value == 0))
+    throw EUsageError(option + " takes a " + (positive ? "positive" : "non-negative") + " number, not \"" + text +
+                      "\"");
+  return value;
 }
 
 }  // namespace
@@ -90,12 +93,18 @@ int Convert(const std::vector<std::string>& args) {
 
 int Render(const std::vector<std::string>& args) {
   std::map<std::string, std::string> options;
-  const std::vector<std::string> plain = Positional(args, {}, {"--zoom"}, options);
+  const std::vector<std::string> plain =
+      Positional(args, {"--no-background"}, {"--zoom", "--dpi", "--margin"}, options);
   ExpectCount(plain, 2);
   TImageExportOptions export_;
-  if (options.contains("--zoom")) export_.Zoom = ParseZoom(options["--zoom"]);
+  if (options.contains("--zoom")) export_.Zoom = ParseNumber("--zoom", options["--zoom"], true);
+  if (options.contains("--dpi")) export_.Dpi = ParseNumber("--dpi", options["--dpi"], true);
+  if (options.contains("--margin"))
+    export_.Margin = static_cast<std::int32_t>(std::min(ParseNumber("--margin", options["--margin"], false), 10000.0));
+  export_.Background = !options.contains("--no-background");
   const std::string& out = plain[1];
-  if (!IsImageFileName(out)) throw EUsageError(out + ": the image type must be .png, .jpg, .jpeg or .bmp");
+  if (!IsImageFileName(out))
+    throw EUsageError(out + ": the image type must be .png, .jpg, .jpeg or .bmp (pictures) or .svg or .pdf (vector)");
   TMyCAD cad;
   LoadDrawing(cad, plain[0]);
   try {

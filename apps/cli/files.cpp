@@ -45,7 +45,8 @@ void LoadDrawing(TMyCAD& cad, const std::string& file) {
 
 bool IsImageFileName(const std::string& file) {
   const QString suffix = QFileInfo(QString::fromStdString(file)).suffix().toLower();
-  return suffix == "png" || suffix == "jpg" || suffix == "jpeg" || suffix == "bmp";
+  return suffix == "png" || suffix == "jpg" || suffix == "jpeg" || suffix == "bmp" || suffix == "svg" ||
+         suffix == "pdf";
 }
 
 TLibManager OpenLibraryForReading(const std::string& file) {

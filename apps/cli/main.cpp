@@ -38,9 +38,15 @@ const TCommand kCommands[] = {
      "Reads the drawing IN, of any version from XP.2 to XP.j, and writes it to OUT\n"
      "as an XP.j drawing.\n",
      Convert},
-    {"render", "lumatrex render IN OUT.png|OUT.jpg|OUT.bmp [--zoom Z]",
+    {"render",
+     "lumatrex render IN OUT.png|OUT.jpg|OUT.bmp|OUT.svg|OUT.pdf [--zoom Z] [--dpi D] [--margin M]\n"
+     "       [--no-background]",
      "Renders the shapes on visible layers of the drawing IN at zoom Z (default 1)\n"
-     "and writes the picture to OUT, whose extension chooses the image type.\n",
+     "and writes the picture to OUT, whose extension chooses the type: a bitmap, or\n"
+     "an SVG or PDF drawing of vector paths and text. D dots per inch scale a bitmap\n"
+     "(D / 96 on top of Z) and set a PDF's resolution; M pixels (default 16) of\n"
+     "margin surround the shapes; --no-background leaves the background colour and\n"
+     "picture out.\n",
      Render},
     {"generate", "lumatrex generate --shapes N [--seed S] [--size WxH] OUT",
      "Writes to OUT a drawing of N simple shapes (rectangles, some turned, ellipses,\n"

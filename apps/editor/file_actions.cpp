@@ -43,6 +43,7 @@ void TMainWindow::BuildFileMenu() {
   file->addAction(tr("Save &as..."), QKeySequence::SaveAs, this, &TMainWindow::SaveDrawingAs)->setObjectName("saveAs");
   file->addSeparator();
   file->addAction(tr("&Export..."), QKeySequence(tr("Ctrl+E")), this, &TMainWindow::ExportImage);
+  AddPrintActions(*file);
   file->addAction(tr("&Place from library..."), this, &TMainWindow::PlaceFromLibrary);
   file->addAction(tr("Import &DXF..."), this, &TMainWindow::ImportDxf);
   file->addAction(tr("Export D&XF..."), this, &TMainWindow::ExportDxf);
@@ -125,14 +126,6 @@ bool TMainWindow::SaveDrawingAs() {
   RememberRecent(fileName_);
   UpdateTitle();
   return true;
-}
-
-void TMainWindow::ExportImage() {
-  const QString chosen = AskSaveFileName(tr("Export"), QString(), tr("Images (*.png *.jpg *.bmp)"));
-  if (chosen.isEmpty()) return;
-  const QString name = WithSuffix(chosen, "png", {"jpg", "jpeg", "bmp"});
-  if (!cad_->SaveToImageFile(name.toStdString()))
-    QMessageBox::warning(this, tr("Export"), tr("%1 could not be written.").arg(name));
 }
 
 void TMainWindow::RememberRecent(const QString& path) {

@@ -58,14 +58,17 @@ void TLayersPanel::ItemChanged(QListWidgetItem* item) {
     cad_.VisibleLayerByID(id);
   else
     cad_.InVisibleLayerByID(id);
+  emit LayersEdited();
 }
 
 void TLayersPanel::AddLayer() {
   const QString name = QInputDialog::getText(this, tr("New layer"), tr("Name:"));
   if (name.isEmpty()) return;
-  if (cad_.NewLayer(name.toStdString(), true) == -1)
+  if (cad_.NewLayer(name.toStdString(), true) == -1) {
     QMessageBox::information(this, tr("New layer"), tr("A layer with that name exists."));
-  Refresh();
+    return;
+  }
+  emit LayersEdited();
 }
 
 void TLayersPanel::RenameLayer() {
@@ -73,8 +76,9 @@ void TLayersPanel::RenameLayer() {
   if (id < 0) return;
   const QString name = QInputDialog::getText(this, tr("Rename layer"), tr("Name:"), QLineEdit::Normal,
                                              QString::fromStdString(cad_.GetLayerNameByID(id)));
-  if (!name.isEmpty()) cad_.SetLayerNameByID(id, name.toStdString());
-  Refresh();
+  if (name.isEmpty()) return;
+  cad_.SetLayerNameByID(id, name.toStdString());
+  emit LayersEdited();
 }
 
 void TLayersPanel::MergeLayer() {
@@ -85,14 +89,16 @@ void TLayersPanel::MergeLayer() {
   if (source < 0 || others.isEmpty()) return;
   bool ok = false;
   const QString target = QInputDialog::getItem(this, tr("Merge layer"), tr("Merge into:"), others, 0, false, &ok);
-  if (ok) cad_.MergeLayers(cad_.GetLayerIdByName(target.toStdString()), source);
-  Refresh();
+  if (!ok) return;
+  cad_.MergeLayers(cad_.GetLayerIdByName(target.toStdString()), source);
+  emit LayersEdited();
 }
 
 void TLayersPanel::DeleteLayer() {
   const std::int32_t id = SelectedLayerId();
-  if (id >= 0) cad_.DeleteLayerByID(id);
-  Refresh();
+  if (id < 0) return;
+  cad_.DeleteLayerByID(id);
+  emit LayersEdited();
 }
 
 }  // namespace lumatrex::editor

@@ -21,6 +21,11 @@ class TLayersPanel : public QWidget {
   // Rebuilds the list from the canvas (after a load or an undo).
   void Refresh();
 
+ signals:
+  // A layer was added, renamed, merged, deleted, shown or hidden: the drawing
+  // has changed and needs saving.
+  void LayersEdited();
+
  private:
   void AddLayer();
   void RenameLayer();

@@ -2,6 +2,7 @@
 
 #include <QActionGroup>
 #include <QColorDialog>
+#include <QComboBox>
 #include <QDockWidget>
 #include <QFontDialog>
 #include <QGridLayout>
@@ -28,6 +29,7 @@
 #include "platform/screen.h"
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"
+#include "shapes/connectors.h"
 #include "tool_icons.h"
 #include "view_navigator.h"
 
@@ -64,6 +66,9 @@ constexpr TToolButton kTools[] = {
     {"Bezier", SpPolyBezier, "Z", "Press for each anchor and drag for its tangent; double-click or Enter to finish."},
     {"Text", SpText, "T", "Drag a frame, then type; Ctrl+Enter or a click outside keeps the text, Escape drops it."},
     {"Image", SpImage, "I", "Drag a frame, then choose a picture file."},
+    {"Link point", SpLinkPoint, "K", "Click to place a point connectors can attach to."},
+    {"Connector", SpLinkLine, "N", "Drag from one shape's link point (blue cross) to another's; the ends follow the shapes."},
+    {"Line connector", SpLineLinkLine, "", "As the connector; picked first where shapes overlap."},
     {"Add node", SpPolylinePolygonPointAdding, "", "Click on a polyline or polygon edge to add a node."},
     {"Remove node", SpPolylinePolygonPointRemoving, "", "Click a node of a polyline or polygon to remove it."},
     {"Move all", SpDragWhole, "", "Drag to move the whole drawing. This cannot be undone."},
@@ -149,7 +154,15 @@ TMainWindow::TMainWindow()
   cad_->installEventFilter(new TCanvasWatcher([this](int x, int y) { TrackMouse(x, y); },
                                               [this] { AfterGesture(); }, this));
   cad_->installEventFilter(navigator_);
-  cad_->OnShapeAdded = [this](QObject*, TMyShape*&, std::int32_t) { DocumentChanged(); };
+  cad_->OnShapeAdded = [this](QObject*, TMyShape*& shape, std::int32_t) {
+    // A new connector takes the route style picked on the style bar.
+    if (auto* link = dynamic_cast<TMyLinkLine*>(shape)) {
+      link->SetLinkLineDrawStyle(linkStyle_);
+      cad_->RouteLinkLine(*link);
+    }
+    DocumentChanged();
+  };
+  connect(layers_, &TLayersPanel::LayersEdited, this, &TMainWindow::Edited);
 
   leftRuler_->SetDirection(rdLeft);
   topRuler_->SetHairLine(true);
@@ -330,10 +343,32 @@ void TMainWindow::BuildStyleBar() {
   snapAction_->setCheckable(true);
   snapAction_->setToolTip(tr("Snap points to the grid"));
   connect(snapAction_, &QAction::triggered, this, [this](bool on) { cad_->SetSnap(on); });
+  style->addSeparator();
+  auto* route = new QComboBox;
+  route->addItems({tr("Straight"), tr("Across, then down"), tr("Down, then across"), tr("Around shapes")});
+  route->setCurrentIndex(linkStyle_);
+  route->setToolTip(tr("Route of new connectors and of the selected ones"));
+  connect(route, &QComboBox::activated, this, [this](int index) { SetLinkStyle(static_cast<TLinkLineDrawStyle>(index)); });
+  style->addWidget(route);
   snapShapeAction_ = style->addAction(tr("Snap to shapes"));
   snapShapeAction_->setCheckable(true);
   snapShapeAction_->setToolTip(tr("Snap points to the points of other shapes"));
   connect(snapShapeAction_, &QAction::triggered, this, [this](bool on) { cad_->SetSnapShape(on); });
+}
+
+void TMainWindow::SetLinkStyle(TLinkLineDrawStyle style) {
+  linkStyle_ = style;
+  std::vector<TMyShape*> links;
+  for (TMyShape* s : cad_->GetSelectedShapes())
+    if (dynamic_cast<TMyLinkLine*>(s)) links.push_back(s);
+  if (links.empty()) return;
+  cad_->PushtoUndoRedoShapeList(links, "ACT_CHANGE");
+  for (TMyShape* s : links) {
+    auto* link = static_cast<TMyLinkLine*>(s);
+    link->SetLinkLineDrawStyle(style);
+    cad_->RouteLinkLine(*link);
+  }
+  Edited();
 }
 
 void TMainWindow::BuildMenus() {
@@ -379,6 +414,8 @@ void TMainWindow::BuildMenus() {
   view->addAction(tr("Zoom to &fit"), QKeySequence(tr("Ctrl+9")), this, &TMainWindow::ZoomToFit)
       ->setObjectName("zoomFit");
   view->addAction(tr("&100 %"), QKeySequence(tr("Ctrl+0")), this, [this] { SetZoom(1); })->setObjectName("zoom100");
+  view->addSeparator();
+  AddSmoothViewAction(*view);
 }
 
 void TMainWindow::BuildDocks() {

@@ -6,13 +6,16 @@
 // replacing the drawing or closing the window asks before dropping them.
 //
 // Files: main_window.cpp (layout, tools, edit menus, status), file_actions.cpp
-// (file menu, save prompts, recent files), view_navigator.* (wheel, pan),
+// (file menu, save prompts, recent files), output_actions.cpp (print, page
+// set-up, export, antialiased view), view_navigator.* (wheel, pan),
 // tool_icons.* (tool bar pictures).
 #pragma once
 
 #include <QMainWindow>
 #include <QString>
 #include <functional>
+
+#include "shapes/shape_enums.h"
 
 class QLabel;
 class QMenu;
@@ -77,8 +80,13 @@ class TMainWindow : public QMainWindow {
   void OpenDrawing();
   bool SaveDrawing();
   bool SaveDrawingAs();
-  void ExportImage();
   void PlaceFromLibrary();
+  // output_actions.cpp
+  void ExportImage();
+  void AddPrintActions(QMenu& file);
+  void AddSmoothViewAction(QMenu& view);
+  // Prints through the print dialog, or shows the print preview.
+  void PrintDrawing(bool preview);
   void RememberRecent(const QString& path);
   void FillRecentMenu(QMenu& menu);
   // Runs File work, turning a file error into a message box; false on error.
@@ -102,6 +110,8 @@ class TMainWindow : public QMainWindow {
   void PickBrushColour();
   void PickFont();
   void ZoomToFit();
+  // Routes the selected connectors and the ones drawn next by Style.
+  void SetLinkStyle(TLinkLineDrawStyle style);
 
   TMyCAD* cad_;
   QScrollArea* scroll_;
@@ -119,6 +129,7 @@ class TMainWindow : public QMainWindow {
   QAction* snapAction_ = nullptr;
   QAction* snapShapeAction_ = nullptr;
   QString fileName_;
+  TLinkLineDrawStyle linkStyle_ = lldsOrthogonal;
 };
 
 }  // namespace lumatrex::editor

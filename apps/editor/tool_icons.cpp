@@ -86,6 +86,18 @@ void Paint(QPainter& p, int tool) {
       p.drawPolyline(Points({{3, 18}, {9, 11}, {14, 16}, {17, 13}, {21, 17}}));
       p.drawEllipse(QRectF(14, 6, 4, 4));
       break;
+    case SpLinkPoint:
+      p.drawEllipse(QRectF(6, 6, 12, 12));
+      p.drawLine(QPointF(3, 12), QPointF(21, 12));
+      p.drawLine(QPointF(12, 3), QPointF(12, 21));
+      break;
+    case SpLinkLine:
+    case SpLineLinkLine:
+      p.drawRect(QRectF(2, 3, 7, 6));
+      p.drawRect(QRectF(15, 15, 7, 6));
+      p.drawPolyline(Points({{9, 6}, {18.5, 6}, {18.5, 15}}));
+      if (tool == SpLineLinkLine) p.drawLine(QPointF(3, 21), QPointF(10, 14));
+      break;
     case SpBrowse: p.drawEllipse(QRectF(4, 4, 12, 12)); p.drawLine(QPointF(14, 14), QPointF(21, 21)); break;
     case kHandTool:
       p.drawRoundedRect(QRectF(5, 10, 14, 11), 4, 4);

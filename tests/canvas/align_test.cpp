@@ -111,7 +111,8 @@ TEST(TMyCADAlignment, AGroupMovesWithItsMembersAndAttachedConnectorsFollow) {
   EXPECT_EQ(member->Points, Box(10, 0, 20, 10));
   EXPECT_EQ(link->GetPoint(0), (TMyPoint{20, 5}));
   EXPECT_EQ(link->GetPoint(1), (TMyPoint{100, 5}));
-  EXPECT_EQ(cad.GetUndoRedoShapeList().size(), 4u);  // the group, its two members, the box
+  // The group, its two members, the box, and the connector that follows.
+  EXPECT_EQ(cad.GetUndoRedoShapeList().size(), 5u);
 }
 
 TEST(TMyCADAlignment, AverageWidthLeavesShapesWithoutWidthOutAndScalesGroupsWhole) {

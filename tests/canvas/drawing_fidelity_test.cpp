@@ -6,7 +6,10 @@
 #include <cmath>
 #include <limits>
 
+#include <QImage>
+
 #include "canvas/drawing_samples.h"
+#include "platform/qt_interop.h"
 
 namespace lumatrex {
 namespace {
@@ -26,22 +29,43 @@ TBytes DrawingWithFragileValues(const std::string& v) {
   return Drawing(header, shapes);
 }
 
+// A drawing made on the canvas with what used to change when it was opened
+// and saved again: shapes turned off the middle of their box (the centre is
+// recomputed on reading) and a picture whose fourth byte is alpha.
+TBytes TurnedShapesAndATranslucentPicture() {
+  TMyCAD cad;
+  cad.Rotate(cad.AddShapeByCode("TMyPolygon", "", {{0, 0}, {30, 5}, {7, 40}, {0, 0}}, 0), 0.7);
+  cad.AddShapeByCode("TMyRectangle", "", Box(3, 4, 50, 21), 0.3f);
+  auto* image = dynamic_cast<TMyImage*>(cad.AddShapeByCode("TMyImage", "", Box(0, 0, 20, 10), 0));
+  QImage picture(2, 1, QImage::Format_ARGB32);
+  picture.setPixel(0, 0, qRgba(255, 0, 0, 128));
+  picture.setPixel(1, 0, qRgba(0, 0, 255, 0));
+  AssignQImage(image->Bitmap(), picture);
+  return Saved(cad);
+}
+
+// Every version is written as the current one; what is written, opened and
+// saved again, must come back byte for byte.
 TEST(TMyCADDrawingFidelity, OpenThenSaveKeepsEveryByteOfEveryVersion) {
-  for (const std::string& v : kVersions) {
-    SCOPED_TRACE(v);
-    const TBytes file = DrawingWithFragileValues(v);
+  std::vector<std::pair<std::string, TBytes>> drawings;
+  for (const std::string& v : kVersions) drawings.emplace_back(v, DrawingWithFragileValues(v));
+  drawings.emplace_back("turned shapes and a translucent picture", TurnedShapesAndATranslucentPicture());
+  for (const auto& [name, file] : drawings) {
+    SCOPED_TRACE(name);
     TMyCAD cad;
     ASSERT_TRUE(Load(cad, file));
     const TBytes saved = Saved(cad);
-    // Every version is written as the current one: that output, opened and
-    // saved again, must stay as it is.
-    const TMyShape& fragile = *cad.GetShapeByNo(0);
-    EXPECT_EQ(fragile.GetName(), "\xff\xfe\xc3(");
-    EXPECT_EQ(fragile.Pen().StoredWidth(), 0);
-    EXPECT_EQ(fragile.Pen().Width(), 1) << "a pen of width 0 draws one pixel wide";
     TMyCAD again;
     ASSERT_TRUE(Load(again, saved));
     EXPECT_EQ(Saved(again), saved);
+    if (name.starts_with("XP.")) {
+      const TMyShape& fragile = *cad.GetShapeByNo(0);
+      EXPECT_EQ(fragile.GetName(), "\xff\xfe\xc3(");
+      EXPECT_EQ(fragile.Pen().StoredWidth(), 0);
+      EXPECT_EQ(fragile.Pen().Width(), 1) << "a pen of width 0 draws one pixel wide";
+    } else {
+      EXPECT_EQ(saved, file);  // a picture read without its alpha would be written without the alpha header
+    }
   }
 }
 

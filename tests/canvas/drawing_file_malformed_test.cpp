@@ -120,7 +120,7 @@ std::vector<TMalformed> MalformedDrawings() {
          s[2] = {"TMyLine", LineRecord("XP.j", {}, ADouble + 1).bytes};
        }),
        "arrow style"},
-      {"link draw style past lldsVH", with([](THeader, TShapes s) { s[2].record.back() = lldsVH + 1; }),
+      {"link draw style past lldsOrthogonal", with([](THeader, TShapes s) { s[2].record.back() = lldsOrthogonal + 1; }),
        "link draw style"},
       {"text alignment past taCenter", with([](THeader, TShapes s) {
          s[1].record[s[1].record.size() - 2] = taCenter + 1;  // the tail ends with both alignments and word wrap

@@ -120,6 +120,12 @@ TEST_F(KindTools, CancelledToolsAddNothing) {
   cad.SetShapeTool(SpImage);
   cad.OnGetImageFileName = [](QObject*, std::string&) { return false; };
   mouse.Drag(50, 40, 150, 120);
+  // A text frame left without a character, by Ctrl+Enter or by Escape.
+  cad.SetShapeTool(SpText);
+  for (const int key : {Qt::Key_Return, Qt::Key_Escape}) {
+    mouse.Drag(50, 40, 150, 120);
+    Key(*Editor(), key, Qt::ControlModifier);
+  }
   EXPECT_EQ(cad.GetShapesCount(), 0);
   EXPECT_TRUE(cad.GetUndoRedoShapeList().empty());
 }

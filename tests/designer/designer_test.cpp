@@ -5,6 +5,7 @@
 #include <QPluginLoader>
 #include <QTimer>
 #include <QUiLoader>
+#include <QXmlStreamReader>
 #include <QtDesigner/QDesignerTaskMenuExtension>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <set>
@@ -15,7 +16,7 @@
 #include "inspector/property_dialogs.h"
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"
-#include "ui_canvas_form.h"
+#include "ui_designer_form.h"
 
 #include "designer/canvas_task_menu.h"
 
@@ -64,30 +65,51 @@ TEST(DesignerPlugin, TheCanvasTaskMenuOpensTheUserDataEditor) {
   EXPECT_EQ(opened, "TUserKeyFrm");
 }
 
-TEST(DesignerForms, AFormWithEveryWidgetLoadsThroughQUiLoader) {
-  QUiLoader loader;
-  loader.addPluginPath(LUMATREX_DESIGNER_PLUGIN_DIR);
-  EXPECT_TRUE(loader.availableWidgets().contains("lumatrex::TMyCAD"));
-  QFile file(LUMATREX_FORMS_DIR "/inspector_form.ui");
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  std::unique_ptr<QWidget> form(loader.load(&file));
-  ASSERT_NE(form, nullptr) << loader.errorString().toStdString();
-  auto* canvas = form->findChild<TMyCAD*>("canvas");
-  ASSERT_NE(canvas, nullptr);
-  EXPECT_TRUE(canvas->GetShowHint());
-  EXPECT_NE(form->findChild<TComponentInspector*>("componentInspector"), nullptr);
-  EXPECT_NE(form->findChild<TInspectorGrid*>("inspectorGrid"), nullptr);
-  EXPECT_NE(form->findChild<TRsRuler*>("ruler"), nullptr);
-  EXPECT_NE(form->findChild<TRsRulerCorner*>("rulerCorner"), nullptr);
+// The widget names and property names a form sets on our controls.
+std::vector<std::pair<QString, QByteArray>> OurPropertiesIn(const QString& fileName) {
+  QFile file(fileName);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+  std::vector<std::pair<QString, QByteArray>> found;
+  QString widget;
+  for (QXmlStreamReader xml(&file); !xml.atEnd();) {
+    if (xml.readNext() != QXmlStreamReader::StartElement) continue;
+    const auto a = xml.attributes();
+    if (xml.name() == u"widget") widget = a.value("class").startsWith(u"lumatrex::") ? a.value("name").toString() : "";
+    if (xml.name() == u"property" && !widget.isEmpty() && a.value("name") != u"geometry")
+      found.emplace_back(widget, a.value("name").toLatin1());
+  }
+  return found;
 }
 
-TEST(DesignerForms, AFormCompiledByUicBuildsTheControlsWithTheirProperties) {
-  QWidget host;
-  Ui::CanvasForm ui;
-  ui.setupUi(&host);
-  EXPECT_EQ(ui.canvas->GetZoom(), 2.0);
-  EXPECT_EQ(ui.ruler->GetScale(), 200);
-  EXPECT_NE(ui.corner, nullptr);
+// designer_form.ui is a form saved by Qt Designer's own form editor with
+// every property Designer can store changed: uic compiles it (Designer marks
+// properties without a setX setter stdset="0", so uic calls setProperty), and
+// the compiled form and QUiLoader give every control the same values, none
+// of them a new control's.
+TEST(DesignerForms, AFormSavedByDesignerCompilesWithUicAndLoadsWithQUiLoaderAlike) {
+  QWidget compiled;
+  Ui::DesignerForm ui;
+  ui.setupUi(&compiled);
+  QUiLoader loader;
+  loader.addPluginPath(LUMATREX_DESIGNER_PLUGIN_DIR);
+  QFile file(LUMATREX_FORMS_DIR "/designer_form.ui");
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  std::unique_ptr<QWidget> loaded(loader.load(&file));
+  ASSERT_NE(loaded, nullptr) << loader.errorString().toStdString();
+  const auto properties = OurPropertiesIn(LUMATREX_FORMS_DIR "/designer_form.ui");
+  EXPECT_GT(properties.size(), 55u);
+  for (const auto& [name, property] : properties) {
+    SCOPED_TRACE((name + "." + property).toStdString());
+    QWidget* fromUic = compiled.findChild<QWidget*>(name);
+    QWidget* fromLoader = loaded->findChild<QWidget*>(name);
+    ASSERT_TRUE(fromUic && fromLoader);
+    EXPECT_STREQ(fromLoader->metaObject()->className(), fromUic->metaObject()->className());
+    std::unique_ptr<QWidget> fresh(loader.createWidget(fromUic->metaObject()->className()));
+    const QVariant value = fromUic->property(property);
+    ASSERT_TRUE(value.isValid());
+    EXPECT_EQ(fromLoader->property(property), value);
+    EXPECT_NE(fresh->property(property), value);
+  }
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QLabel>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QProcess>
@@ -20,6 +21,7 @@
 #include <set>
 
 #include "canvas/tmycad.h"
+#include "layers_panel.h"
 #include "main_window.h"
 #include "sample_drawing.h"
 
@@ -212,6 +214,16 @@ TEST_F(Editor, UnsavedWorkIsOfferedForSavingBeforeItIsDropped) {
   EXPECT_EQ(window.FileName(), other);
   EXPECT_FALSE(window.isWindowModified());
   EXPECT_TRUE(window.close());  // nothing to save: no question
+}
+
+TEST_F(Editor, LayerEditsMarkTheDrawingModified) {
+  window.show();
+  auto* list = window.findChild<editor::TLayersPanel*>()->findChild<QListWidget*>();
+  ASSERT_GT(list->count(), 0);
+  ASSERT_FALSE(window.isWindowModified());
+  list->item(0)->setCheckState(Qt::Unchecked);
+  EXPECT_TRUE(window.isWindowModified());
+  EXPECT_FALSE(cad.IsVisibleLayerByID(cad.GetLayerIdByNo(0)));
 }
 
 TEST_F(Editor, SaveAsAddsTheDrawingExtension) {

@@ -127,16 +127,30 @@ TEST(PropertyDialogs, PictureDialogLoadsSavesClearsAndPreviewsTheFilters) {
   EXPECT_FALSE(dialog.SaveTo(dir.filePath("none.png")));
 }
 
-TEST(PropertyDialogs, CollectionEditorAddsAndRemovesLayers) {
+TEST(PropertyDialogs, CollectionEditorAddsMovesAndRemovesLayers) {
   TMyCAD cad;
   TCollectionEditor editor(LayerCollection(cad));
-  Click(editor, "btnAdd");
-  EXPECT_EQ(cad.GetLayersCount(), 2);
-  EXPECT_EQ(editor.List().count(), 2);
-  EXPECT_EQ(editor.List().currentRow(), 1);
-  Click(editor, "btnRemove");
-  EXPECT_EQ(cad.GetLayersCount(), 1);
-  EXPECT_FALSE(editor.findChild<QPushButton*>("btnUp")->isEnabled());  // layers have no order
+  struct Step { const char* button; const char* layers; int current; };
+  const Step steps[] = {
+      {"btnAdd", "Layer0 Layer1", 1},
+      {"btnAdd", "Layer0 Layer1 Layer2", 2},
+      {"btnUp", "Layer0 Layer2 Layer1", 1},
+      {"btnUp", "Layer2 Layer0 Layer1", 0},
+      {"btnUp", "Layer2 Layer0 Layer1", 0},  // already the first
+      {"btnDown", "Layer0 Layer2 Layer1", 1},
+      {"btnAdd", "Layer0 Layer2 Layer1 Layer3", 3},
+      {"btnRemove", "Layer0 Layer2 Layer1", 2},
+  };
+  for (const Step& step : steps) {
+    SCOPED_TRACE(std::string(step.button) + " -> " + step.layers);
+    Click(editor, step.button);
+    QStringList layers, listed;
+    for (const LayerRec& layer : cad.Layers()) layers << QString::fromStdString(layer.LayerName);
+    for (int i = 0; i < editor.List().count(); ++i) listed << editor.List().item(i)->text();
+    EXPECT_EQ(layers.join(' '), step.layers);
+    EXPECT_EQ(listed, layers);
+    EXPECT_EQ(editor.List().currentRow(), step.current);
+  }
 }
 
 TEST(PropertyDialogs, MenuEditorAddsReordersRemovesAndSetsTextShortcutAndCheck) {

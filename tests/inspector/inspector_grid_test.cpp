@@ -11,6 +11,7 @@
 #include "inspector/component_inspector.h"
 #include "inspector/inspector_fixture.h"
 #include "inspector/inspector_grid.h"
+#include "support/mouse.h"
 
 namespace lumatrex {
 namespace {
@@ -141,6 +142,26 @@ TEST(TComponentInspector, FollowsAClickOnTheCanvas) {
   QTest::mouseClick(&s.cad, Qt::LeftButton, {}, QPoint(25, 5));
   QCoreApplication::processEvents();
   EXPECT_EQ(s.grid.Model().Objects(), std::vector<QObject*>{s.b});
+}
+
+TEST(TComponentInspector, CtrlUpAndDownMoveTheCurrentLayerInTheCanvasList) {
+  TTreeScene s;
+  s.cad.NewLayer("B", true);
+  s.inspector.SyncFromCanvas();
+  QTreeWidget& tree = s.inspector.Tree();
+  tree.setCurrentItem(tree.topLevelItem(0)->child(1));
+  struct Step { int key; const char* layers; };
+  for (const Step& step : {Step{Qt::Key_Up, "B Layer0"}, Step{Qt::Key_Up, "B Layer0"}, Step{Qt::Key_Down, "Layer0 B"}}) {
+    test::Key(tree, step.key, Qt::ControlModifier);
+    QStringList layers, listed;
+    for (const LayerRec& layer : s.cad.Layers()) layers << QString::fromStdString(layer.LayerName);
+    for (int i = 0; i < tree.topLevelItem(0)->childCount(); ++i) listed << tree.topLevelItem(0)->child(i)->text(0);
+    EXPECT_EQ(layers.join(' '), step.layers);
+    EXPECT_EQ(listed, layers);
+    EXPECT_EQ(tree.currentItem()->text(0), "B");
+  }
+  EXPECT_EQ(s.Layer()->text(0), "Layer0");
+  EXPECT_EQ(s.Layer()->childCount(), 3);  // the shapes moved with their layer
 }
 
 }  // namespace

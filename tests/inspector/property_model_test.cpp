@@ -6,6 +6,7 @@
 #include "inspector/property_model.h"
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"
+#include "platform/stream.h"
 #include "shapes/shape_factory.h"
 
 namespace lumatrex {
@@ -92,38 +93,76 @@ TEST(TPropertyModel, EveryPublishedPropertyOfTheControlsAndShapesHasAKnownKind) 
   }
 }
 
-// One edit per kind of value: it reaches the shape, records one step, and
-// undo brings the old value back.
-TEST(TPropertyModel, EditingAShapeRecordsOneUndoStepThatRestoresIt) {
-  QFont bigger("DejaVu Sans", 20);
-  TUserData records;
-  records.AddKeyandValue("part", "42");
-  struct Case { const char* path; QVariant value; std::function<bool(TMyShape&)> changed; };
-  const Case cases[] = {
-      {"Locked", true, [](TMyShape& s) { return s.GetLocked(); }},
-      {"Caption", QString("ü"), [](TMyShape& s) { return s.GetCaption() == "ü"; }},
-      {"GradientStyle", int(gsDiamond), [](TMyShape& s) { return s.GetGradientStyle() == gsDiamond; }},
-      {"Pen.Color", int(clRed), [](TMyShape& s) { return s.Pen().Color() == clRed; }},
-      {"Pen.Width", 7, [](TMyShape& s) { return s.Pen().Width() == 7; }},
-      {"Font.Style", int(fsUnderline), [](TMyShape& s) { return s.Font().Style() == fsUnderline; }},
-      {"Font", bigger, [](TMyShape& s) { return s.Font().Size() == 20; }},
-      {"MultiInfo", QStringList{"a", "b"}, [](TMyShape& s) { return s.GetMultiInfo().size() == 2; }},
-      {"UserData", QVariant::fromValue(&records), [](TMyShape& s) { return s.UserData().GetValueByKey("part") == "42"; }},
-      {"Tag", 300, [](TMyShape& s) { return s.GetTag() == 300; }},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.path);
-    TMyCAD cad;
-    TMyShape* shape = AddShape(cad, "TMyRectangle");
-    TPropertyModel model;
-    model.SetObject(shape);
-    const QVariant before = model.data(model.FindProperty(c.path), Qt::DisplayRole);
-    ASSERT_TRUE(model.setData(model.FindProperty(c.path), c.value));
-    EXPECT_TRUE(c.changed(*shape));
-    EXPECT_EQ(UndoSteps(cad), 1);
-    cad.PopFromUndoRedoShapeList();
-    EXPECT_FALSE(c.changed(*shape));
-    EXPECT_EQ(model.data(model.FindProperty(c.path), Qt::DisplayRole), before);
+// A value of Row's kind other than Now, in the form setData takes.
+QVariant OtherValue(const QModelIndex& row, const QVariant& now) {
+  static TUserData records = [] { TUserData d; d.AddKeyandValue("part", "42"); return d; }();
+  static TBitmap picture(3, 2);
+  const QVariantList range = row.data(TPropertyModel::RangeRole).toList();
+  const QVariantList values = row.data(TPropertyModel::EnumValuesRole).toList();
+  switch (TPropertyKind(row.data(TPropertyModel::KindRole).toInt())) {
+    case K::Boolean: return !now.toBool();
+    case K::Integer: return now.toLongLong() < range[1].toLongLong() ? now.toLongLong() + 1 : now.toLongLong() - 1;
+    case K::Float: return now.toDouble() + 0.25;
+    case K::String: return now.toString() + "ü";
+    case K::Enum: return values[(values.indexOf(now) + 1) % values.size()];
+    case K::Flags: return now.toInt() ^ values.front().toInt();
+    case K::Color: return now.toInt() == clRed ? int(clBlue) : int(clRed);
+    case K::StringList: return now.toStringList() << "x";
+    case K::Font: { QFont f = now.value<QFont>(); f.setPointSize(f.pointSize() + 3); return f; }
+    case K::Picture: return QVariant::fromValue(&picture);
+    case K::UserData: return QVariant::fromValue(&records);
+    default: return {};
+  }
+}
+
+// The editable value rows under Parent, depth first.
+void EditableRows(const TPropertyModel& model, const QModelIndex& parent, QStringList& paths) {
+  for (int r = 0; r < model.rowCount(parent); ++r) {
+    const QModelIndex value = model.index(r, 1, parent);
+    if (model.flags(value) & Qt::ItemIsEditable) paths << value.data(TPropertyModel::PathRole).toString();
+    EditableRows(model, model.index(r, 0, parent), paths);
+  }
+}
+
+// What a shape is: its drawing-file record and every row's text (some
+// properties, such as the side-handle switches, are not in the file).
+std::pair<std::vector<std::uint8_t>, QStringList> StateOf(const TMyShape& shape, const TPropertyModel& model,
+                                                          const QStringList& paths) {
+  TMemoryStream stream;
+  shape.SaveToStream(stream);
+  QStringList texts;
+  for (const QString& path : paths) texts << model.data(model.FindProperty(path), Qt::DisplayRole).toString();
+  return {stream.Bytes(), texts};
+}
+
+// Every editable row of several kinds: the edit reaches the shape, records
+// one step, and undo brings back exactly the earlier shape, including what
+// the shape's Assign leaves out (Visible, the Log* settings, enable switches).
+TEST(TPropertyModel, EveryEditOfAShapeIsOneUndoStepThatRestoresTheWholeShape) {
+  for (const char* kind : {"TMyRuleLine", "TMyElliArc", "TMyText", "TMyImage", "TMyLinkLine"}) {
+    QStringList paths;
+    {
+      TMyCAD cad;
+      TPropertyModel model;
+      model.SetObject(AddShape(cad, kind));
+      EditableRows(model, {}, paths);
+    }
+    ASSERT_GT(paths.size(), 40) << kind;
+    for (const QString& path : paths) {
+      SCOPED_TRACE(std::string(kind) + "." + path.toStdString());
+      TMyCAD cad;
+      AddShape(cad, "TMyRectangle", 30);  // something for a connector end to name
+      TMyShape* shape = AddShape(cad, kind);
+      TPropertyModel model;
+      model.SetObject(shape);
+      const auto before = StateOf(*shape, model, paths);
+      const QModelIndex row = model.FindProperty(path);
+      ASSERT_TRUE(model.setData(row, OtherValue(row, row.data(Qt::EditRole))));
+      EXPECT_NE(StateOf(*shape, model, paths), before);
+      EXPECT_EQ(UndoSteps(cad), 1);
+      cad.PopFromUndoRedoShapeList();
+      EXPECT_EQ(StateOf(*shape, model, paths), before);
+    }
   }
 }
 

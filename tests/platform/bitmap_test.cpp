@@ -71,13 +71,6 @@ TEST(BitmapRows, OneBitRowsStartAtTheMostSignificantBit) {
   EXPECT_EQ(bitmap.Palette(), (std::vector<TColor>{clBlack, clWhite}));
 }
 
-TEST(BitmapRows, OutOfRangeRowsAreNull) {
-  TBitmap bitmap(2, 2);
-  EXPECT_EQ(bitmap.ScanLine(-1), nullptr);
-  EXPECT_EQ(bitmap.ScanLine(2), nullptr);
-  EXPECT_EQ(TBitmap().ScanLine(0), nullptr);
-}
-
 TEST(BitmapRows, DrawingAfterARowEditKeepsTheEdit) {
   TBitmap bitmap(3, 3, pf24bit);
   TCanvas& canvas = bitmap.Canvas();
@@ -178,17 +171,6 @@ TEST(BitmapSize, NegativeSizesBecomeEmpty) {
   EXPECT_EQ(bitmap.Canvas().GetPixel(1, 3), clWhite);
 }
 
-TEST(BitmapSize, CanvasDrawsOnTheResizedPicture) {
-  TBitmap bitmap(2, 2, pf24bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.SetPixel(0, 0, clRed);
-  bitmap.SetSize(5, 5);
-  EXPECT_EQ(&bitmap.Canvas(), &canvas);
-  canvas.SetPixel(4, 4, clBlue);
-  EXPECT_EQ(Row(bitmap, 4, 15)[12], 0xFF);
-  EXPECT_EQ(canvas.GetPixel(0, 0), clRed);
-}
-
 TEST(BitmapCopy, CopiesAreDeep) {
   TBitmap original(2, 2, pf8bit);
   original.Canvas().SetPixel(0, 0, clRed);
@@ -228,18 +210,6 @@ TEST_P(BitmapStreams, SaveAndLoadKeepPixelsAndFormat) {
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryFormat, BitmapStreams, ::testing::Values(pf1bit, pf8bit, pf15bit, pf16bit, pf24bit, pf32bit));
-
-TEST(BitmapStreams, LoadReadsTheRestOfTheStream) {
-  TBitmap bitmap(2, 2, pf24bit);
-  bitmap.Canvas().SetPixel(1, 0, clRed);
-  TMemoryStream stream;
-  stream.WriteBuffer("abc", 3);
-  bitmap.SaveToStream(stream);
-  stream.SetPosition(3);
-  TBitmap loaded;
-  loaded.LoadFromStream(stream);
-  EXPECT_EQ(loaded.Canvas().GetPixel(1, 0), clRed);
-}
 
 TEST(BitmapStreams, MalformedDataThrowsAndLeavesTheBitmapAlone) {
   TBitmap bitmap(3, 2, pf8bit);
@@ -292,12 +262,6 @@ TEST(BitmapQtInterop, AssignQImageChoosesTheFormatAndCopies) {
   AssignQImage(bitmap, indexed);
   EXPECT_EQ(bitmap.PixelFormat(), pf8bit);
   EXPECT_EQ(bitmap.Palette(), (std::vector<TColor>{RGB(1, 2, 3)}));
-}
-
-TEST(BitmapQtInterop, ColoursSwapRedAndBlueBytes) {
-  EXPECT_EQ(ToQRgb(RGB(1, 2, 3)), qRgb(1, 2, 3));
-  EXPECT_EQ(FromQRgb(qRgba(1, 2, 3, 4)), RGB(1, 2, 3));
-  EXPECT_EQ(ToQColor(clWindow), QColor(255, 255, 255));
 }
 
 }  // namespace

@@ -404,6 +404,26 @@ TEST(BmpEncode, ThirtyTwoBitsKeepTheFourthByte) {
                 "10 20 30 40"));
 }
 
+// With alpha the fourth byte is marked as such by a BITMAPV5HEADER, and the
+// decoder reads it back as alpha.
+TEST(BmpEncode, ThirtyTwoBitsWithAlphaGetTheV5HeaderAndDecodeWithIt) {
+  const Bytes pixels = Hex("10 20 30 40 | 50 60 70 80");
+  bmp::TEncodeSource s = Source(1, 2, 32, pixels, 4);
+  s.alpha = true;
+  Bytes expected = Hex("42 4D | 92 00 00 00 | 00 00 | 00 00 | 8A 00 00 00 |"
+                       "7C 00 00 00 | 01 00 00 00 | 02 00 00 00 | 01 00 | 20 00 | 03 00 00 00 | 08 00 00 00 |"
+                       "00 00 00 00 | 00 00 00 00 | 00 00 00 00 | 00 00 00 00 |"
+                       "00 00 FF 00 | 00 FF 00 00 | FF 00 00 00 | 00 00 00 FF | 42 47 52 73");
+  expected.resize(expected.size() + 48, 0);
+  const Bytes tail = Hex("04 00 00 00 | 00 00 00 00 | 00 00 00 00 | 00 00 00 00 | 50 60 70 80 | 10 20 30 40");
+  expected.insert(expected.end(), tail.begin(), tail.end());
+  const Bytes file = bmp::Encode(s);
+  EXPECT_EQ(file, expected);
+  const bmp::TDecodedBmp decoded = Decode(file);
+  EXPECT_TRUE(decoded.hasAlpha);
+  EXPECT_EQ(decoded.argb, (std::vector<std::uint32_t>{0x40302010, 0x80706050}));
+}
+
 TEST(BmpEncode, OneBitClearsTheBitsPastTheLastPixel) {
   const Bytes pixels = Hex("BF");  // 1 0 1, then five bits of garbage
   bmp::TEncodeSource s = Source(3, 1, 1, pixels, 1);

@@ -24,12 +24,6 @@ TRecordBytes Head(bool extended, bool coordinates) {
   return r;
 }
 
-// Fields 17 to 30: no brush bitmap, brush, caption, gradient colours, font.
-void Styling(TRecordBytes& r) {
-  r.i64(0).i32(0x123456).u8(bsCross).str("cap").i32(clWhite).i32(clBlack);
-  r.str("Arial").u8(0).i32(clRed).i32(-13).i32(10).u8(fpDefault).i32(96).u8(fsBold | fsItalic);
-}
-
 // Fields 34 to 38.
 void InfoAndPen(TRecordBytes& r) { r.str("info").i32(clBlue).u8(pmCopy).u8(psDash).i32(3); }
 
@@ -87,54 +81,6 @@ TEST(TMyShapeRecord, SaveThenLoadGivesBackEveryField) {
   EXPECT_EQ(copy.GetMultiInfo(), source.GetMultiInfo());
   EXPECT_TRUE(copy.GetLocked());
   EXPECT_FALSE(copy.GetRotateEnable());
-}
-
-TEST(TMyShapeRecord, AnXP7RecordHasNoReservedBytesAfterTheFontStyle) {
-  TRecordBytes r = Head(false, true);
-  r.i32(11).f32(0.25f);  // tag, angle
-  Styling(r);
-  r.u8(gsLinearH);  // no reserved bytes in this version
-  InfoAndPen(r);
-  TFakeOwner owner;
-  std::int64_t left = -1;
-  TMyShape& shape = Load(owner, "XP.7", r.bytes, &left);
-  EXPECT_EQ(left, 0);
-  EXPECT_EQ(shape.GetGradientStyle(), gsLinearH);
-  EXPECT_EQ(shape.GetInfoText(), "info");
-  EXPECT_EQ(shape.Pen().Style(), psDash);
-  EXPECT_EQ(shape.Brush().Style(), bsCross);
-  EXPECT_EQ(shape.Font().Style(), fsBold | fsItalic);
-  EXPECT_EQ(shape.Font().Size(), 10);  // the size is read after the height and wins
-  EXPECT_TRUE(shape.GetVisible());    // not stored before XP.9
-}
-
-TEST(TMyShapeRecord, OldRecordsUseExtendedFloatsAndLegacyBytes) {
-  TRecordBytes r = Head(true, true);
-  r.i32(11).ext(0.75L);
-  Styling(r);
-  r.i64(0).u8(gsNone).u8(0xAA).u8(0xBB);  // reserved, gradient, two legacy bytes
-  InfoAndPen(r);
-  TFakeOwner owner;
-  std::int64_t left = -1;
-  TMyShape& shape = Load(owner, "XP.4", r.bytes, &left);
-  EXPECT_EQ(left, 0);
-  EXPECT_EQ(shape.Points, (TArrMyPoint{{3, 4}}));
-  EXPECT_EQ(shape.GetTag(), 11);
-  EXPECT_EQ(shape.GetAngle(), 0.75f);
-  EXPECT_EQ(shape.Pen().Width(), 3);
-}
-
-TEST(TMyShapeRecord, AnXP2RecordStoresThePointCountButNoCoordinates) {
-  TRecordBytes r = Head(true, false);  // no tag or angle before XP.3
-  Styling(r);
-  r.i64(0).u8(gsNone).u8(0).u8(0);
-  InfoAndPen(r);
-  TFakeOwner owner;
-  std::int64_t left = -1;
-  TMyShape& shape = Load(owner, "XP.2", r.bytes, &left);
-  EXPECT_EQ(left, 0);
-  EXPECT_EQ(shape.Points, (TArrMyPoint{{0, 0}}));
-  EXPECT_EQ(shape.CenterPoint, (TMyPoint{3, 4}));
 }
 
 TEST(TMyShapeRecord, ABrushBitmapReplacesTheStoredBrushColourAndStyle) {

@@ -154,15 +154,6 @@ TEST(TMyShape, FlipsMirrorANonZeroAngle) {
   EXPECT_TRUE(shape.GetIsFlipVert());
 }
 
-TEST(TMyShape, AssigningTheFlipFlagFlipsWhateverTheValue) {
-  TFakeOwner owner;
-  TMyShape& shape = owner.Add({{0, 0}, {10, 0}});
-  shape.SetIsFlipHorz(false);
-  EXPECT_TRUE(shape.GetIsFlipHorz());
-  shape.SetIsFlipHorz(true);
-  EXPECT_FALSE(shape.GetIsFlipHorz());
-}
-
 // ---------------------------------------------------------------------------
 // Copies
 
@@ -294,9 +285,6 @@ INSTANTIATE_TEST_SUITE_P(
     Units, GetLengthByUnit,
     ::testing::Values(TLengthCase{"pixel", pixel, 1, 1, "       96 pixel(s)"},
                       TLengthCase{"mm", mm, 1, 1, "    25.40 mm"},
-                      TLengthCase{"cm", cm, 1, 1, "     2.54 cm"},
-                      TLengthCase{"dm", dm, 1, 1, "     0.25 dm"},
-                      TLengthCase{"m", m, 1, 1, "     0.03 m"},
                       TLengthCase{"inch", inch, 1, 1, "     1.00 in"},
                       TLengthCase{"mm_at_zoom_2_is_halved", mm, 2, 1, "    12.70 mm"},
                       TLengthCase{"mm_with_ratio_10", mm, 1, 10, "   254.00 mm"}),

@@ -1,0 +1,212 @@
+// Connectors drawn, edited and routed through real mouse gestures: ends stay
+// on the link points they are bound to whatever happens to the shapes, and
+// one undo gives back every shape's exact record.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "document_state.h"
+#include "shapes/connectors.h"
+#include "support/mouse.h"
+
+namespace lumatrex {
+namespace {
+
+using test::DocumentState;
+using test::TMouse;
+
+struct Connectors : ::testing::Test {
+  TMyCAD cad;
+  TMouse mouse{cad};
+  void SetUp() override {
+    cad.resize(600, 400);
+    cad.SetResizeEnable(true);
+    cad.SetRotateEnable(true);
+  }
+  // A rectangle drawn with the mouse: its link points are its sides' middles
+  // (0 top, 1 right, 2 bottom, 3 left).
+  TMyShape* DrawBox(int l, int t, int r, int b) {
+    cad.SetShapeTool(SpRectangle);
+    mouse.Drag(l, t, r, b);
+    return cad.GetShapeByNo(cad.GetShapesCount() - 1);
+  }
+  TMyLinkLine* DrawLink(int x1, int y1, int x2, int y2, TDrawTool tool = SpLinkLine) {
+    cad.SetShapeTool(tool);
+    mouse.Drag(x1, y1, x2, y2);
+    cad.SetShapeTool(SpSelecting);
+    return dynamic_cast<TMyLinkLine*>(cad.GetShapeByNo(cad.GetShapesCount() - 1));
+  }
+  // Every bound end lies exactly on its link point, is listed by its shape,
+  // and the points are a route of the connector's style.
+  void ExpectAttached(const TMyLinkLine& link) {
+    for (const TLinkLineEnd end : {llStart, llEnd}) {
+      const TMyShape* target = cad.GetShapeByNo(link.EndShapeNo(end));
+      if (!target) continue;
+      EXPECT_EQ(link.Points[link.EndIndex(end)], target->GetLinkPoint(link.EndPointId(end)));
+      EXPECT_NE(std::find(target->LinkLines.begin(), target->LinkLines.end(), static_cast<std::uint32_t>(link.ShapeNo)),
+                target->LinkLines.end());
+    }
+    EXPECT_TRUE(link.IsRouted());
+  }
+};
+
+TEST_F(Connectors, DrawnFromLinkPointToLinkPointBindsBothEndsForEitherKind) {
+  for (const TDrawTool tool : {SpLinkLine, SpLineLinkLine}) {
+    TMyShape* a = DrawBox(40, 40, 120, 100);
+    TMyShape* b = DrawBox(300, 140, 380, 200);
+    TMyLinkLine* link = DrawLink(121, 71, 298, 172, tool);  // near A's right, B's left
+    ASSERT_NE(link, nullptr);
+    EXPECT_EQ(std::make_pair(link->GetStartSpNo(), link->GetStartSpPtId()), std::make_pair(a->ShapeNo, 1));
+    EXPECT_EQ(std::make_pair(link->GetEndSpNo(), link->GetEndSpPtId()), std::make_pair(b->ShapeNo, 3));
+    EXPECT_EQ(link->Points, (TArrMyPoint{{120, 70}, {300, 70}, {300, 170}}));  // lldsHV: one bend
+    ExpectAttached(*link);
+    cad.DeleteAllShapes();
+  }
+}
+
+TEST_F(Connectors, EditsOfAJoinedShapeCarryTheEndsAndOneUndoRestoresExactly) {
+  struct Case {
+    const char* name;
+    std::function<void(Connectors&, TMyShape* a, TMyShape* b)> edit;
+  };
+  const Case cases[] = {
+      {"drag by mouse", [](Connectors& t, TMyShape*, TMyShape*) { t.mouse.Drag(340, 190, 380, 300); }},
+      {"corner resize by mouse",
+       [](Connectors& t, TMyShape*, TMyShape*) { t.mouse.Click(340, 190).Drag(380, 200, 430, 260); }},
+      {"rotate by mouse", [](Connectors& t, TMyShape*, TMyShape*) {
+         t.cad.SetShapeTool(SpRotateSelecting);
+         t.mouse.Click(340, 190).Drag(380, 200, 400, 260);
+       }},
+      {"nudge key", [](Connectors& t, TMyShape*, TMyShape*) { t.mouse.Click(340, 190); test::Key(t.cad, Qt::Key_Down); }},
+      {"align left", [](Connectors& t, TMyShape* a, TMyShape* b) {
+         t.cad.SelectShapeByCode(a->ShapeId, true);
+         t.cad.SelectShapeByCode(b->ShapeId, false);
+         t.cad.AlignLeft();
+       }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TMyShape* a = DrawBox(40, 40, 120, 100);
+    TMyShape* b = DrawBox(300, 140, 380, 200);
+    TMyLinkLine* link = DrawLink(120, 70, 300, 170);
+    const auto before = DocumentState(cad);
+    c.edit(*this, a, b);
+    ASSERT_NE(DocumentState(cad), before);
+    EXPECT_EQ(link->GetEndSpNo(), b->ShapeNo);
+    ExpectAttached(*link);
+    cad.PopFromUndoRedoShapeList();
+    EXPECT_EQ(DocumentState(cad), before);
+    cad.DeleteAllShapes();
+  }
+}
+
+// Restored shapes come back without their connectors: the freed end stays
+// free where it was.
+TEST_F(Connectors, DeletingAJoinedShapeFreesTheEndWhereItWas) {
+  DrawBox(40, 40, 120, 100);
+  TMyShape* b = DrawBox(300, 140, 380, 200);
+  TMyLinkLine* link = DrawLink(120, 70, 300, 170);
+  const TArrMyPoint points = link->Points;
+  cad.DeleteShapeById(b->ShapeId, true);
+  EXPECT_EQ(link->GetEndSpNo(), -1);
+  EXPECT_EQ(link->Points, points);
+  cad.PopFromUndoRedoShapeList();
+  EXPECT_EQ(link->GetEndSpNo(), -1);
+  EXPECT_TRUE(cad.GetShapeByNo(cad.GetShapesCount() - 1)->LinkLines.empty());
+}
+
+TEST_F(Connectors, DraggingAnEndOffDetachesOntoAnotherReattachesAndUndoGoesBack) {
+  DrawBox(40, 40, 120, 100);
+  TMyShape* b = DrawBox(300, 140, 380, 200);
+  TMyShape* c = DrawBox(200, 300, 280, 360);
+  TMyLinkLine* link = DrawLink(120, 70, 300, 170);
+  const auto attached = DocumentState(cad);
+  mouse.Click(200, 70).Drag(300, 170, 450, 250);  // select, then drag the end away
+  EXPECT_EQ(link->GetEndSpNo(), -1);
+  EXPECT_TRUE(b->LinkLines.empty());
+  EXPECT_EQ(link->Points.back(), (TMyPoint{450, 250}));
+  const auto detached = DocumentState(cad);
+  mouse.Drag(450, 250, 243, 298);  // near C's top
+  EXPECT_EQ(std::make_pair(link->GetEndSpNo(), link->GetEndSpPtId()), std::make_pair(c->ShapeNo, 0));
+  ExpectAttached(*link);
+  cad.PopFromUndoRedoShapeList();
+  EXPECT_EQ(DocumentState(cad), detached);
+  cad.PopFromUndoRedoShapeList();
+  EXPECT_EQ(DocumentState(cad), attached);
+}
+
+TEST_F(Connectors, BreakLineJoinsTwoHalvesAtANewPointAndTwoUndosRestore) {
+  DrawBox(40, 40, 120, 100);
+  TMyShape* b = DrawBox(300, 140, 380, 200);
+  TMyLinkLine* link = DrawLink(120, 70, 300, 170);
+  const auto before = DocumentState(cad);
+  TMyLinkPoint* joint = cad.BreakLine(link);
+  ASSERT_NE(joint, nullptr);
+  auto* rest = dynamic_cast<TMyLinkLine*>(cad.GetShapeByNo(cad.GetShapesCount() - 1));
+  EXPECT_EQ(link->GetEndSpNo(), joint->ShapeNo);
+  EXPECT_EQ(rest->GetStartSpNo(), joint->ShapeNo);
+  EXPECT_EQ(rest->GetEndSpNo(), b->ShapeNo);
+  ExpectAttached(*link);
+  ExpectAttached(*rest);
+  cad.PopFromUndoRedoShapeList();
+  cad.PopFromUndoRedoShapeList();
+  EXPECT_EQ(DocumentState(cad), before);
+}
+
+// Hand-drawn layouts: box 0's link point to box 1's, the other boxes in the
+// way. Every segment is horizontal or vertical, the route leaves and enters
+// across the sides it is attached to, and it crosses no box.
+TEST_F(Connectors, OrthogonalRoutesGoAroundShapes) {
+  struct Case {
+    const char* name;
+    std::vector<TMyRect> boxes;
+    std::int32_t from, to;  // link points of boxes 0 and 1
+  };
+  const Case cases[] = {
+      {"wall between", {{40, 150, 100, 200}, {400, 150, 460, 200}, {220, 60, 260, 300}}, 1, 3},
+      {"target behind the start", {{300, 150, 360, 200}, {40, 150, 100, 200}}, 1, 3},
+      {"top to bottom past a block", {{40, 250, 100, 300}, {400, 40, 460, 90}, {150, 100, 350, 240}}, 0, 2},
+  };
+  const float out[4][2] = {{0, -1}, {1, 0}, {0, 1}, {-1, 0}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    std::vector<TMyShape*> shapes;
+    for (const TMyRect& r : c.boxes) shapes.push_back(DrawBox(r.Left, r.Top, r.Right, r.Bottom));
+    TMyLinkLine* link = cad.CreateLink(shapes[0], c.from, shapes[1], c.to, lldsOrthogonal);
+    ASSERT_NE(link, nullptr);
+    const TArrMyPoint& p = link->Points;
+    ASSERT_GE(p.size(), 3u);
+    ExpectAttached(*link);
+    auto direction = [](const TMyPoint& a, const TMyPoint& b) {
+      return std::make_pair(static_cast<float>((b.X > a.X) - (b.X < a.X)), static_cast<float>((b.Y > a.Y) - (b.Y < a.Y)));
+    };
+    EXPECT_EQ(direction(p[0], p[1]), std::make_pair(out[c.from][0], out[c.from][1]));
+    EXPECT_EQ(direction(p[p.size() - 1], p[p.size() - 2]), std::make_pair(out[c.to][0], out[c.to][1]));
+    for (std::size_t i = 1; i < p.size(); ++i)
+      for (const TMyRect& r : c.boxes) {
+        const float l = std::min(p[i - 1].X, p[i].X), rr = std::max(p[i - 1].X, p[i].X);
+        const float t = std::min(p[i - 1].Y, p[i].Y), bb = std::max(p[i - 1].Y, p[i].Y);
+        EXPECT_FALSE(l < r.Right && rr > r.Left && t < r.Bottom && bb > r.Top) << "segment " << i;
+      }
+    cad.DeleteAllShapes();
+  }
+}
+
+TEST_F(Connectors, DraggingAnInnerSegmentMovesThatSegmentOnly) {
+  TMyShape* a = DrawBox(40, 40, 120, 100);
+  TMyShape* b = DrawBox(300, 240, 380, 300);
+  TMyLinkLine* link = cad.CreateLink(a, 1, b, 3, lldsOrthogonal);
+  ASSERT_EQ(link->Points.size(), 4u);  // right, down, right
+  TArrMyPoint expected = link->Points;
+  const TMyPoint middle{expected[1].X, (expected[1].Y + expected[2].Y) / 2};
+  cad.SetShapeTool(SpSelecting);
+  mouse.Click(middle.X, middle.Y).Drag(middle.X, middle.Y, middle.X + 30, middle.Y + 9);
+  expected[1].X += 30;
+  expected[2].X += 30;
+  EXPECT_EQ(link->Points, expected);
+  ExpectAttached(*link);
+}
+
+}  // namespace
+}  // namespace lumatrex
