@@ -204,7 +204,9 @@ void TMyCAD::RouteLinkLine(TMyLinkLine& link) {
 }
 
 // The obstacles are the shapes the index finds near the ends: a small area
-// first, and once more a wider one when that holds no way through.
+// first, and once more a wider one when that holds no way through. Both are
+// a few times the connector's own box, so the work grows with the connector
+// and the shapes around it, not with the drawing.
 TArrMyPoint TMyCAD::RouteAroundShapes(const TMyLinkLine& link) {
   const TRouteEnd a = RouteEndOf(*this, link, llStart), b = RouteEndOf(*this, link, llEnd);
   TMyRect area = Around(a.at, b.at, 3 * kRouteClearance);

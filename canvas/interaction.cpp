@@ -260,7 +260,7 @@ void TMyCAD::MouseMove(TShiftState shift, std::int32_t x, std::int32_t y) {
 }
 
 void TMyCAD::MoveWhileDrawing(TShiftState shift, std::int32_t x, std::int32_t y) {
-  if (!currentShape_ || !mouseIsDown_ && currentShape_->GetPointsCount() == 0) return;
+  if (!currentShape_ || (!mouseIsDown_ && currentShape_->GetPointsCount() == 0)) return;
   if (!dynamic_cast<TMyLinkLine*>(currentShape_)) SnapXY(x, y);
   TPoint p = Point(x, y);
   if (dynamic_cast<TMyPolyBezier*>(currentShape_)) return MoveBezier(p);

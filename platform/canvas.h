@@ -11,6 +11,12 @@
 // All coordinates are device pixels (integers) unless a world transform is set.
 // No Qt in this header: shapes must not see the painter behind it.
 //
+// The same calls also serve a vector back end: a TPainterCanvas
+// (painter_canvas.h) issues them to a QPainter on a printer, a PDF or SVG
+// generator or a smooth image. Everything below holds there too, except the
+// raster-only operations its header lists (pen modes without a picture,
+// FloodFill, GetPixel).
+//
 // Pixel (x, y) stands for the point (x, y): a one-pixel line lights the pixels
 // nearest to it (ties going to the smaller coordinate, so it covers the same
 // pixels in either direction), and a filled area holds the pixels whose points

@@ -65,16 +65,17 @@ QPen ToQPen(const TPen& pen, const QColor& colour, double penScale) {
   const bool wide = pen.Width() > 1;
   const QList<qreal> dashes = DashPattern(pen.Style(), wide);
   if (!dashes.isEmpty()) q.setDashPattern(dashes);
-  if (pen.Geometric()) {
-    q.setJoinStyle(pen.Join() == pjRound ? Qt::RoundJoin : pen.Join() == pjBevel ? Qt::BevelJoin : Qt::MiterJoin);
-    q.setCapStyle(pen.EndCap() == pecRound ? Qt::RoundCap : pen.EndCap() == pecSquare ? Qt::SquareCap : Qt::FlatCap);
-  } else if (wide) {
-    q.setJoinStyle(Qt::RoundJoin);
-    q.setCapStyle(Qt::RoundCap);
-  } else {
-    // One-pixel lines: sharp corners, and no cap past the end point.
+  if (!wide) {
+    // One-pixel lines, geometric or not: sharp corners, and no cap past the
+    // end point, so that a line is as long as its points say.
     q.setJoinStyle(Qt::MiterJoin);
     q.setCapStyle(Qt::FlatCap);
+  } else if (pen.Geometric()) {
+    q.setJoinStyle(pen.Join() == pjRound ? Qt::RoundJoin : pen.Join() == pjBevel ? Qt::BevelJoin : Qt::MiterJoin);
+    q.setCapStyle(pen.EndCap() == pecRound ? Qt::RoundCap : pen.EndCap() == pecSquare ? Qt::SquareCap : Qt::FlatCap);
+  } else {
+    q.setJoinStyle(Qt::RoundJoin);
+    q.setCapStyle(Qt::RoundCap);
   }
   return q;
 }

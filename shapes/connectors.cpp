@@ -65,6 +65,15 @@ bool TMyLinkPoint::IsClickedMe(TCanvas&, const TPoint& p) {
   return p.X >= r.Left && p.X <= r.Right && p.Y >= r.Top && p.Y <= r.Bottom;
 }
 
+std::int32_t TMyLinkPoint::InWhichHot(const TPoint&) {
+  CurrentHot = -1;
+  return -1;
+}
+
+void TMyLinkPoint::DrawHot(TCanvas& canvas) {
+  if (OwnerShowsHandles(*this) && !Points.empty()) DrawSquare(*this, canvas, ZoomedValuePt(ComputeCenterPoint(4)));
+}
+
 TMyRect TMyLinkPoint::GetBoundsInZoom() {
   TBoundsBuilder box;
   box.Add(TMyRectangle::GetBoundsInZoom());

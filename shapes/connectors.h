@@ -49,6 +49,10 @@ class TMyLinkPoint : public TMyRectangle {
   void Drawing(TCanvas& canvas, const TPoint& from, const TPoint& to) override;
   // Device point P lies in the marker's Size-pixel square.
   bool IsClickedMe(TCanvas& canvas, const TPoint& p) override;
+  // A marker has no size to drag: no handles, so a press on it moves it.
+  std::int32_t InWhichHot(const TPoint& p) override;
+  // One handle square at the centre shows it is selected.
+  void DrawHot(TCanvas& canvas) override;
   // The frame's box, grown by the marker so it holds at any zoom.
   TMyRect GetBoundsInZoom() override;
   // The rectangle's copy plus Size of a link-point source.

@@ -362,7 +362,7 @@ void TMainWindow::SetLinkStyle(TLinkLineDrawStyle style) {
   for (TMyShape* s : cad_->GetSelectedShapes())
     if (dynamic_cast<TMyLinkLine*>(s)) links.push_back(s);
   if (links.empty()) return;
-  cad_->PushtoUndoRedoShapeList(links, "ACT_CHANGE");
+  cad_->PushtoUndoRedoShapeList(links, ACT_CHANGE);
   for (TMyShape* s : links) {
     auto* link = static_cast<TMyLinkLine*>(s);
     link->SetLinkLineDrawStyle(style);

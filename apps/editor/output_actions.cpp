@@ -14,9 +14,11 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QSpinBox>
+#include <cmath>
 
 #include "canvas/tmycad.h"
 #include "main_window.h"
+#include "platform/screen.h"
 
 namespace lumatrex::editor {
 
@@ -80,7 +82,7 @@ void TMainWindow::AddPrintActions(QMenu& file) {
     const QPageLayout layout = printer.pageLayout();
     const QSizeF mm = layout.pageSize().size(QPageSize::Millimeter);
     const bool landscape = layout.orientation() == QPageLayout::Landscape;
-    const double ppi = logicalDpiX();
+    const double ppi = ScreenPixelsPerInch();  // the canvas's page sizes are at this resolution
     const auto w = static_cast<std::int32_t>(std::lround((landscape ? mm.height() : mm.width()) / 25.4 * ppi));
     const auto h = static_cast<std::int32_t>(std::lround((landscape ? mm.width() : mm.height()) / 25.4 * ppi));
     const TPageStyle style = cad_->GetPageStyleByWH(w, h);

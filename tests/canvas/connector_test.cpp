@@ -23,6 +23,7 @@ struct Connectors : ::testing::Test {
     cad.resize(600, 400);
     cad.SetResizeEnable(true);
     cad.SetRotateEnable(true);
+    cad.SetDragMode(dgBoth);
   }
   // A rectangle drawn with the mouse: its link points are its sides' middles
   // (0 top, 1 right, 2 bottom, 3 left).
@@ -99,6 +100,20 @@ TEST_F(Connectors, EditsOfAJoinedShapeCarryTheEndsAndOneUndoRestoresExactly) {
     EXPECT_EQ(DocumentState(cad), before);
     cad.DeleteAllShapes();
   }
+}
+
+TEST_F(Connectors, ALinkPointPlacedByAClickTakesAConnectorAndDragsItsEnd) {
+  DrawBox(40, 40, 120, 100);
+  cad.SetShapeTool(SpLinkPoint);
+  mouse.Click(250, 300);
+  auto* marker = dynamic_cast<TMyLinkPoint*>(cad.GetShapeByNo(1));
+  ASSERT_NE(marker, nullptr);
+  EXPECT_EQ(marker->LinkPoints, (TArrMyPoint{{250, 300}}));
+  TMyLinkLine* link = DrawLink(120, 70, 252, 298);
+  EXPECT_EQ(link->GetEndSpNo(), marker->ShapeNo);
+  mouse.Click(500, 380).Drag(253, 303, 353, 323);  // past the connector's end, on the marker
+  EXPECT_EQ(link->Points.back(), (TMyPoint{350, 320}));
+  ExpectAttached(*link);
 }
 
 // Restored shapes come back without their connectors: the freed end stays

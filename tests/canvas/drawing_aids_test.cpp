@@ -86,7 +86,9 @@ TEST(TMyCADLineJoining, ALineDrawnFromAFreeEndBecomesOnePolyLineInOneUndoStep) {
     EXPECT_STREQ(last.ClassName(), c.joinedPoints > 2 ? "TMyPolyLine" : "TMyLine");
     cad.PopFromUndoRedoShapeList();
     EXPECT_EQ(cad.GetShapesCount(), 2);
-    if (c.shapes == 2) EXPECT_EQ(Snapshot(cad).size(), before.size()) << "one undo gives the pieces back";
+    if (c.shapes == 2) {
+      EXPECT_EQ(Snapshot(cad).size(), before.size()) << "one undo gives the pieces back";
+    }
   }
 }
 

@@ -385,12 +385,6 @@ TEST(GeometryAngle, RecaclinDegKeepsItsNegativeOvershoot) {
 
 const TArrMyPoint kThree{{1, 1}, {2, 2}, {3, 3}};
 
-TEST(GeometryPointArray, AppendStoresPointLast) {
-  TArrMyPoint a = kThree;
-  EXPECT_TRUE(AppendAPoint({9, 9}, a));
-  EXPECT_EQ(a, (TArrMyPoint{{1, 1}, {2, 2}, {3, 3}, {9, 9}}));
-}
-
 TEST(GeometryPointArray, InsertBeforeIdAcceptsOnlyExistingIndices) {
   struct Row {
     const char* edge;
@@ -414,13 +408,6 @@ TEST(GeometryPointArray, InsertBeforeIdAcceptsOnlyExistingIndices) {
   }
 }
 
-TEST(GeometryPointArray, InsertBeforeIdOnIntegerPointsAcceptsOnlyExistingIndices) {
-  TArrPoint a{{1, 1}, {2, 2}};
-  EXPECT_FALSE(InsertAPointBeforeId1({9, 9}, 2, a));
-  EXPECT_TRUE(InsertAPointBeforeId1({9, 9}, 1, a));
-  EXPECT_EQ(a, (TArrPoint{{1, 1}, {9, 9}, {2, 2}}));
-}
-
 TEST(GeometryPointArray, RemovePointClosesGapOrDoesNothing) {
   struct Row {
     const char* edge;
@@ -439,17 +426,6 @@ TEST(GeometryPointArray, RemovePointClosesGapOrDoesNothing) {
     RemovePoint(row.id, a);
     EXPECT_EQ(a, row.expected);
   }
-}
-
-TEST(GeometryPointArray, IsExistPtMatchesIndexRange) {
-  const TArrPoint ints{{1, 1}, {2, 2}, {3, 3}};
-  for (std::int32_t id : {-1, 0, 2, 3}) {
-    SCOPED_TRACE(id);
-    const bool exists = id >= 0 && id <= 2;
-    EXPECT_EQ(IsExistPt(id, kThree), exists);
-    EXPECT_EQ(IsExistPt1(id, ints), exists);
-  }
-  EXPECT_FALSE(IsExistPt(0, {}));
 }
 
 TEST(GeometryPointArray, PointsLTRBSpansAllPoints) {
