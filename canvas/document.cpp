@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 
 #include "canvas/shape_index.h"
@@ -23,6 +24,7 @@ bool TMyCAD::AddShape(std::unique_ptr<TMyShape> shape, bool keepLayer, bool noCo
     TerminateApplication();
     return false;
   }
+  DropRedoUnlessReplaying();
   if (!keepLayer) shape->LayerId = currentLayerId_;
   shape->ShapeNo = GetShapesCount();
   RegisterShape(shape.get());
@@ -214,6 +216,7 @@ void TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
       any = true;
     }
   if (!any) return;
+  DropRedoUnlessReplaying();
   if (std::any_of(working_.begin(), working_.end(), isGone)) {
     std::vector<TMyShape*> leaving, staying;
     for (TMyShape* s : working_) (isGone(s) ? leaving : staying).push_back(s);
@@ -247,6 +250,9 @@ void TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
   RenumberShapes([&newNo](std::int32_t old) {
     return old >= 0 && old < static_cast<std::int32_t>(newNo.size()) ? newNo[static_cast<std::size_t>(old)] : -1;
   });
+  // Shapes an undo removes are kept for its redo, which puts the same
+  // objects back.
+  if (undoneShapes_) std::move(removed.begin(), removed.end(), std::back_inserter(*undoneShapes_));
 }
 
 bool TMyCAD::DeleteShapeById(std::int32_t id, bool record) {
@@ -260,6 +266,7 @@ bool TMyCAD::DeleteShapeById(std::int32_t id, bool record) {
 }
 
 void TMyCAD::DeleteAllShapes() {
+  DropRedoUnlessReplaying();
   working_.clear();
   workingAt_.clear();
   previewShapes_.clear();

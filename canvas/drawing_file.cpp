@@ -151,6 +151,29 @@ std::unique_ptr<TFileStream> OpenDrawingFile(const std::string& fileName) {
 // Saving
 
 bool TMyCAD::SaveToStream(TStream& stream) const {
+  WriteDrawingHead(stream);
+  WriteValue<std::int32_t>(stream, GetShapesCount());
+  for (const auto& shape : shapes_) WriteShapeEntry(stream, *shape);
+  return true;
+}
+
+void TMyCAD::WriteShapeEntry(TStream& stream, TMyShape& shape) {
+  WriteFixText(stream, shape.ClassName(), kClassTagSize);
+  // Reading puts every centre back to the middle of the points' box, so
+  // that is what is stored: a turned shape's pivot may lie off it (by
+  // rounding, or by more after turning about a group's centre), and storing
+  // the pivot would make every open-then-save change the file.
+  const TMyPoint pivot = std::exchange(shape.CenterPoint, shape.ComputeCenterPoint(4));
+  try {
+    shape.SaveToStream(stream);
+  } catch (...) {
+    shape.CenterPoint = pivot;
+    throw;
+  }
+  shape.CenterPoint = pivot;
+}
+
+void TMyCAD::WriteDrawingHead(TStream& stream) const {
   WriteSettings(stream, *this);
   WriteValue(stream, tag_);
   WriteUserData(stream, userData_);
@@ -162,23 +185,6 @@ bool TMyCAD::SaveToStream(TStream& stream) const {
     WriteValue<std::int32_t>(stream, layer.Visible ? 1 : 0);
   }
   WriteValue(stream, currentLayerId_);
-  WriteValue<std::int32_t>(stream, GetShapesCount());
-  for (const auto& shape : shapes_) {
-    WriteFixText(stream, shape->ClassName(), kClassTagSize);
-    // Reading puts every centre back to the middle of the points' box, so
-    // that is what is stored: a turned shape's pivot may lie off it (by
-    // rounding, or by more after turning about a group's centre), and storing
-    // the pivot would make every open-then-save change the file.
-    const TMyPoint pivot = std::exchange(shape->CenterPoint, shape->ComputeCenterPoint(4));
-    try {
-      shape->SaveToStream(stream);
-    } catch (...) {
-      shape->CenterPoint = pivot;
-      throw;
-    }
-    shape->CenterPoint = pivot;
-  }
-  return true;
 }
 
 bool TMyCAD::SaveToFile(const std::string& fileName) {
@@ -194,7 +200,7 @@ bool TMyCAD::SaveToFile(const std::string& fileName) {
 // ---------------------------------------------------------------------------
 // Reading into a parse target
 
-std::unique_ptr<TMyCAD> TMyCAD::ParseDrawing(TStream& stream) const {
+std::unique_ptr<TMyCAD> TMyCAD::ParseDrawing(TStream& stream, bool asBlock) const {
   auto target = std::make_unique<TMyCAD>();
   target->TakeShapeDefaultsFrom(*this);
   // Reading a group's record sets its pen and brush, which would otherwise be
@@ -204,6 +210,9 @@ std::unique_ptr<TMyCAD> TMyCAD::ParseDrawing(TStream& stream) const {
   stream.SetPosition(0);
   ReadSettings(stream, *target);
   target->ReadLayers(stream);
+  // Shapes from outside (the clipboard) without a layer go on the current
+  // layer here like any other, rather than end the application.
+  if (asBlock && target->layers_.empty()) target->layers_.push_back({"Layer0", 0, true});
   target->currentLayerId_ = ReadValue<std::int32_t>(stream, "current layer");
   if (!target->ReadShapes(stream)) return nullptr;
   return target;
@@ -337,22 +346,8 @@ void TMyCAD::TakeBlock(TMyCAD& block, TBlockLayerMode mode) {
   resize(std::max(width(), block.width()), std::max(height(), block.height()));
   bkBitmapMode_ = block.bkBitmapMode_;
   ratio_ = block.ratio_;
-  const std::vector<std::int32_t> layerIds = BlockLayerIds(block.layers_, mode);
-  const std::int32_t first = GetShapesCount();
-  const std::int32_t count = block.GetShapesCount();
   RemoveAllWorkingShapes();
-  for (std::int32_t no = 0; no < count; ++no) {
-    std::unique_ptr<TMyShape>& shape = block.shapes_[static_cast<std::size_t>(no)];
-    shape->SetOwner(this);
-    MoveIntoDrawing(*shape, no, count, first, nextShapeId_);
-    const std::int32_t layerNo = block.GetLayerNoById(shape->LayerId);
-    shape->LayerId = layerNo < 0 ? currentLayerId_ : layerIds[static_cast<std::size_t>(layerNo)];
-    RegisterShape(shape.get());
-    shapes_.push_back(std::move(shape));
-  }
-  nextShapeId_ = IdPlus(nextShapeId_, count);
-  for (std::int32_t i = first; i < GetShapesCount(); ++i) {
-    TMyShape* shape = GetShapeByNo(i);
+  for (TMyShape* shape : AppendBlockShapes(block, BlockLayerIds(block.layers_, mode))) {
     // Group members take their group's pen and brush, as after any change.
     shape->DoPenBrushChange();
     if (!shape->HasParentShape()) AddWorkingShapes(shape);
@@ -360,6 +355,25 @@ void TMyCAD::TakeBlock(TMyCAD& block, TBlockLayerMode mode) {
   ClearAllUndoStuff();
   modified_ = true;
   Invalidate();
+}
+
+std::vector<TMyShape*> TMyCAD::AppendBlockShapes(TMyCAD& block, const std::vector<std::int32_t>& layerIds) {
+  const std::int32_t first = GetShapesCount();
+  const std::int32_t count = block.GetShapesCount();
+  DropRedoUnlessReplaying();
+  std::vector<TMyShape*> added;
+  for (std::int32_t no = 0; no < count; ++no) {
+    std::unique_ptr<TMyShape>& shape = block.shapes_[static_cast<std::size_t>(no)];
+    shape->SetOwner(this);
+    MoveIntoDrawing(*shape, no, count, first, nextShapeId_);
+    const std::int32_t layerNo = block.GetLayerNoById(shape->LayerId);
+    shape->LayerId = layerNo < 0 ? currentLayerId_ : layerIds[static_cast<std::size_t>(layerNo)];
+    RegisterShape(shape.get());
+    added.push_back(shape.get());
+    shapes_.push_back(std::move(shape));
+  }
+  nextShapeId_ = IdPlus(nextShapeId_, count);
+  return added;
 }
 
 std::vector<std::int32_t> TMyCAD::BlockLayerIds(const std::vector<LayerRec>& blockLayers, TBlockLayerMode mode) {

@@ -1,13 +1,12 @@
 // Image shapes from the image tool (a frame, then a file), from code and from
 // the clipboard.
-#include <QClipboard>
 #include <QFileDialog>
-#include <QGuiApplication>
 #include <QImage>
 #include <QImageReader>
 #include <exception>
 
 #include "canvas/tmycad.h"
+#include "platform/clipboard.h"
 #include "platform/hooks.h"
 #include "platform/qt_interop.h"
 #include "shapes/image.h"
@@ -59,10 +58,8 @@ TMyShape* TMyCAD::AddImageShapeByCode(const TBitmap& picture, const std::string&
 }
 
 bool TMyCAD::PasteImage() {
-  const QImage image = QGuiApplication::clipboard()->image();
-  if (image.isNull()) return false;
   TBitmap picture;
-  AssignQImage(picture, image);
+  if (!ClipboardPicture(picture)) return false;
   TMyShape* shape = AddImageShapeByCode(picture, "", {}, 0);
   if (!shape) return false;
   SetModified(true);

@@ -89,7 +89,9 @@ void TMyCAD::MouseDown(TMouseButton button, TShiftState shift, std::int32_t x, s
   if (textEditor_) CommitTextEdit();
   setFocus();
   if (actionTool_ == dtClose) return;
-  if ((shift & ssDouble) && button == mbLeft && actionTool_ == dtSelecting && OpenTextEditorAt(Point(x, y))) return;
+  if ((shift & ssDouble) && button == mbLeft && actionTool_ == dtSelecting &&
+      (OpenTextEditorAt(Point(x, y)) || EnterGroupAt(Point(x, y))))
+    return;
   if (actionTool_ != dtDrawing && (shift & ssDouble)) return;
   if (button != mbLeft) return;
   ErasePreview();
@@ -756,11 +758,11 @@ void TMyCAD::NudgeSelection(std::int32_t dx, std::int32_t dy) {
   for (TMyShape* s : working_) ChangeLinkShapes(s);
 }
 
-// Keys a drawing canvas is expected to know: Delete, Escape, Enter (ends a
-// multi-click shape), the arrows (one pixel; with Shift one grid step) and
-// Ctrl+Z. Ctrl+Shift+Z and Ctrl+Y
-// are redo everywhere else, so they are taken here and do nothing rather than
-// fall through to another undo.
+// Keys a drawing canvas is expected to know: Delete, Escape (ends a gesture,
+// or leaves the group a member was picked in), Enter (ends a
+// multi-click shape), the arrows (one pixel; with Shift one grid step),
+// Ctrl+Z (undo), Ctrl+Shift+Z and Ctrl+Y (redo), Ctrl+C, Ctrl+X, Ctrl+V
+// (copy, cut, paste) and Ctrl+D (duplicate).
 void TMyCAD::keyPressEvent(QKeyEvent* event) {
   const bool shift = event->modifiers() & Qt::ShiftModifier;
   const bool ctrl = event->modifiers() & Qt::ControlModifier;
@@ -768,7 +770,9 @@ void TMyCAD::keyPressEvent(QKeyEvent* event) {
   const std::int32_t dy = shift ? GridStep(grid_->GetGridHeight()) : 1;
   switch (event->key()) {
     case Qt::Key_Delete: DeleteSelectedShapes(true); break;
-    case Qt::Key_Escape: CancelGesture(); break;
+    case Qt::Key_Escape:
+      if (!LeaveGroup()) CancelGesture();
+      break;
     case Qt::Key_Left: NudgeSelection(-dx, 0); break;
     case Qt::Key_Right: NudgeSelection(dx, 0); break;
     case Qt::Key_Up: NudgeSelection(0, -dy); break;
@@ -780,13 +784,30 @@ void TMyCAD::keyPressEvent(QKeyEvent* event) {
         return;
       }
       break;
+    case Qt::Key_C:
+    case Qt::Key_X:
+    case Qt::Key_V:
+    case Qt::Key_D:
+      if (!ctrl || shift) {
+        TCustomControl::keyPressEvent(event);
+        return;
+      }
+      if (event->key() == Qt::Key_C) Copy();
+      if (event->key() == Qt::Key_X) Cut();
+      if (event->key() == Qt::Key_V) Paste();
+      if (event->key() == Qt::Key_D) Duplicate();
+      break;
     case Qt::Key_Z:
     case Qt::Key_Y:
       if (!ctrl) {
         TCustomControl::keyPressEvent(event);
         return;
       }
-      if (event->key() == Qt::Key_Z && !shift) PopFromUndoRedoShapeList();
+      if (event->key() == Qt::Key_Z && !shift) {
+        PopFromUndoRedoShapeList();
+      } else {
+        Redo();
+      }
       break;
     default: TCustomControl::keyPressEvent(event); return;
   }

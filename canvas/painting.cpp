@@ -5,6 +5,7 @@
 #include "platform/canvas.h"
 #include "platform/painter_canvas.h"
 #include "shapes/drawing_modes.h"
+#include "shapes/groups.h"
 
 namespace lumatrex {
 
@@ -126,8 +127,10 @@ std::vector<TMyShape*> TMyCAD::ShapesMeeting(const TRect& rect) const {
 
 void TMyCAD::DrawShapeTree(TCanvas& canvas, TMyShape& shape) {
   if (!shape.GetVisible()) return;
-  for (const std::int32_t no : shape.ChildShapes)
-    if (TMyShape* child = GetShapeByNo(no); child && child != &shape) DrawShapeTree(canvas, *child);
+  // A combined figure paints its members' figures itself.
+  if (!dynamic_cast<TMyCombine*>(&shape))
+    for (const std::int32_t no : shape.ChildShapes)
+      if (TMyShape* child = GetShapeByNo(no); child && child != &shape) DrawShapeTree(canvas, *child);
   shape.Draw(canvas);
 }
 

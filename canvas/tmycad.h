@@ -22,8 +22,11 @@
 //   vector_export.cpp  SVG and PDF pictures through the painter canvas
 //   printing.cpp   page set-up and printing, tiled or fitted, with header and footer
 //   undo.cpp       the undo history
+//   redo.cpp       redo, and the bound on the history's memory
 //   grouping.cpp   grouping and ungrouping
 //   align.cpp      lining up and equal sizes of the selection
+//   transform_commands.cpp  flips and tilts of the selection
+//   clipboard.cpp  cut, copy, paste and duplicate
 //   drawing_file.cpp  saving and loading drawings and blocks
 //   library_shapes.cpp  placing entries of shape libraries
 //   bezier_tool.cpp  drawing Bezier chains and adding or removing their pieces
@@ -57,6 +60,7 @@
 #include <memory>
 #include <optional>
 #include <ranges>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
@@ -199,6 +203,7 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   Q_PROPERTY(lumatrex::TUserData* UserData READ UserDataPtr)
   Q_PROPERTY(std::int32_t Tag READ GetTag WRITE SetTag)
   Q_PROPERTY(std::uint8_t UndoRedoSize READ GetUndoRedoSize WRITE SetUndoRedoSize)
+  Q_PROPERTY(std::int64_t UndoMemoryLimit READ GetUndoMemoryLimit WRITE SetUndoMemoryLimit)
   // graphic objects and host labels
   Q_PROPERTY(lumatrex::TPen* Pen READ PenPtr)
   Q_PROPERTY(lumatrex::TBrush* Brush READ BrushPtr)
@@ -442,6 +447,9 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   bool IsMouseDown() const { return mouseIsDown_; }
   TActionTools GetSavedActionTool() const { return savedActionTool_; }
   TMyShape* GetCurrentShape() const { return currentShape_; }
+  // The group member picked by the last click into a selected group or
+  // double click on a group; nullptr once the group is left.
+  TMyShape* GetClickedChildShape() const { return clickedChildShape_; }
 
   // Rubber-band pen: dotted XOR in the half-way colour of the canvas pen.
   void SetSelectShapeMode();
@@ -561,8 +569,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
                                const TStateKeeper& keep = {});
   // Empties the selection, reverts the newest step and repaints. Answers the
   // number of the step that is newest afterwards; -1, with nothing done and
-  // no repaint, when there was no step. Reverting records nothing and there
-  // is no redo. Deleted shapes come back at the front, with their connectors
+  // no repaint, when there was no step. Reverting records nothing; the step
+  // can be taken back by Redo. Deleted shapes come back at the front, with their connectors
   // detached; a changed shape gets its saved state but keeps its current
   // list positions (place, group, connector ends).
   std::int32_t PopFromUndoRedoShapeList();
@@ -575,6 +583,23 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   std::uint8_t GetUndoRedoSize() const { return undoRedoSize_; }
   void SetUndoRedoSize(std::uint8_t value);
 
+  // ==== redo and the history's memory (redo.cpp) ===================================
+  // Takes the newest undo back: the document becomes exactly what it was
+  // before that undo (every shape's state, the list order, the next id) and
+  // the step is on the history again, to be undone once more. Undone steps
+  // stay redoable until a new step is recorded or shapes are added or
+  // removed without one. False, with nothing done, when there is none.
+  bool Redo();
+  bool CanUndo() const { return undoRedoSize_ > 0 && !undoList_.empty(); }
+  bool CanRedo() const { return !redoList_.empty(); }
+  // The memory the undo and redo steps may hold together, in bytes (an
+  // estimate of their shape copies; 64 MB in a new canvas). Past it the
+  // oldest redo steps go first, then the oldest undo steps; the newest undo
+  // step stays whatever its size.
+  std::int64_t GetUndoMemoryLimit() const { return undoMemoryLimit_; }
+  void SetUndoMemoryLimit(std::int64_t bytes);
+  std::int64_t GetUndoMemoryUsed() const;
+
   // ==== grouping (grouping.cpp) ==================================================
   // Makes the top-level shapes of this canvas among Shapes (each once) the
   // members of a new TMyGroup, added after them as "Shape"+id on the first
@@ -582,9 +607,13 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // nothing itself. Selected members give way to the group in the selection.
   // Records "ACT_GROUP" when Record. nullptr when no shape qualifies.
   TMyShape* GroupShapes(const std::vector<TMyShape*>& shapes, bool record);
+  // The same with a TMyCombine, which takes the pen and brush of its first
+  // member and paints the members' figures as one even-odd filled figure.
+  // UnGroupShape takes it apart again (uncombine).
+  TMyShape* CombineShapes(const std::vector<TMyShape*>& shapes, bool record);
   // Makes the members of Group top-level shapes and deletes Group, recording
   // "ACT_UNGROUP" first when Record. Nothing for anything but an unlocked
-  // top-level TMyGroup of this canvas.
+  // top-level TMyGroup (or TMyCombine) of this canvas.
   void UnGroupShape(TMyShape* group, bool record);
 
   // ==== alignment (align.cpp) ====================================================
@@ -607,6 +636,60 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // they are. Same step and exceptions as the alignments.
   void AverageWidth();
   void AverageHeight();
+
+  // ==== flips and tilts of the selection (transform_commands.cpp) ==================
+  // Mirror the selection as one block about the vertical (horizontal) centre
+  // line of its joint box: each unlocked selected shape flips with its
+  // members (toggling their flags) and moves to its mirrored place, and the
+  // connectors attached follow. One "ACT_CHANGE" step; nothing, and no step,
+  // without a selection.
+  void FlipHoriz();
+  void FlipVert();
+  // Shear the selection about the centre of its joint box by Angle (radians;
+  // nothing beyond +-89 degrees): TiltHoriz moves every point sideways by
+  // tan(Angle) times its distance below the centre (positive: the bottom goes
+  // right), TiltVert down by tan(Angle) times its distance right of it. The
+  // shapes' angles stay. One "ACT_CHANGE" step, connectors follow.
+  void TiltHoriz(double angle);
+  void TiltVert(double angle);
+
+  // ==== clipboard and duplicate (clipboard.cpp) ====================================
+  // Shapes on the clipboard: a drawing stream of the copied shapes.
+  static constexpr const char* kShapesMimeType = "application/x-lumatrex-shapes";
+  // Puts the selection on the system clipboard, under kShapesMimeType
+  // (SelectionToBytes) and as a picture of it for other programs. Pasting
+  // it here then lands one grid step further each time. False, clipboard
+  // untouched, without a selection.
+  bool Copy();
+  // Copy, then deletes the unlocked selected shapes as one "ACT_DELETE"
+  // step; a paste then lands where they were.
+  bool Cut();
+  // Adds the clipboard's shapes (PasteforBlock(Merge)); without them its
+  // picture as an image shape (PasteImage), or else its text as a text
+  // shape at the origin. False when it holds nothing of these or its shapes
+  // cannot be read, with the drawing as it was.
+  bool Paste();
+  // Adds the clipboard's shapes, placing their layers as a block load does
+  // (Merge: the current layer; Import: by position, with new layers
+  // "Block"+name), new ids and names ("Shape"+id), their references moved
+  // along, offset as Copy says. They become the selection; one "ACT_ADD"
+  // step for the top-level ones; OnShapeAdded for each. False when there
+  // are none or they cannot be read.
+  bool PasteforBlock(TBlockLayerMode mode);
+  // Copies the selection and adds the copy one grid step right and down,
+  // selected, as one "ACT_ADD" step; the clipboard is not used. False
+  // without a selection.
+  bool Duplicate();
+  // The selection as a drawing stream: this drawing's header and layers,
+  // then the selected shapes with their group members and every connector
+  // joining two of them, in list order, each reference renumbered to the
+  // copy's own positions (a reference to a shape not copied is dropped).
+  std::vector<std::uint8_t> SelectionToBytes();
+  // Adds the shapes of a drawing stream such as SelectionToBytes makes,
+  // moved by Offset (model units), as PasteforBlock describes. Throws as
+  // LoadFromStream does on damaged data, with the drawing untouched.
+  std::vector<TMyShape*> AddShapesFromBytes(const std::vector<std::uint8_t>& bytes, const TMyPoint& offset,
+                                            TBlockLayerMode mode);
 
   // ==== view (tmycad.cpp) ===============================================================
   double GetZoom() const override { return zoom_; }
@@ -736,8 +819,12 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void SetPenStyleEndCapType(TPenStyleEndCapType value) { penStyleEndCapType_ = value; }
 
   // ==== painting (painting.cpp) ==============================================================
-  // Paints the whole control now (shapes call it after a visible change).
-  void Repaint() override { TCustomControl::Repaint(); }
+  // Paints the whole control now (shapes call it after a visible change);
+  // during a bulk update only marks it for the update's end.
+  void Repaint() override {
+    if (updateDepth_ > 0) return Invalidate();
+    TCustomControl::Repaint();
+  }
   // A bulk update keeps groups from passing pen, brush and font changes on to
   // their members; calls nest, and the last EndUpdate repaints.
   void BeginUpdate() { ++updateDepth_; }
@@ -1192,14 +1279,60 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // ---- undo history (undo.cpp) ----
   std::vector<TSavedShape> undoList_;
   std::uint8_t undoRedoSize_ = 10;
+  // Undone steps, the next to redo last.
+  std::vector<TRedoStep> redoList_;
+  std::int64_t undoMemoryLimit_ = std::int64_t{64} << 20;
+  // Non-zero while an undo or redo changes the document: the adds and
+  // removals it makes keep the redo steps.
+  int replayingHistory_ = 0;
+  // While an undo runs: where the shapes it removes go instead of being
+  // destroyed (its redo step).
+  std::vector<std::unique_ptr<TMyShape>>* undoneShapes_ = nullptr;
+  TRedoStep CaptureRedoStep(std::span<const TSavedShape> records);
+  void KeepRedoStep(TRedoStep step);
+  void RestoreInPlace(TRedoStep& step);
+  void RestoreList(TRedoStep& step);
+  void TrimHistoryMemory();
+  // Adds and removals outside undo and redo leave the kept documents behind.
+  void DropRedoUnlessReplaying() {
+    if (replayingHistory_ == 0) redoList_.clear();
+  }
+  // A copy of Shape owned by this canvas but not in its list, equal in every
+  // stored field (the centre too, which Assign recomputes).
+  std::unique_ptr<TMyShape> ExactCopy(const TMyShape& shape);
   // ---- alignment (align.cpp) ----
   void ResizeToAverage(bool horizontal);
+  // ---- editing commands (transform_commands.cpp, clipboard.cpp) ----
+  // The unlocked selected shapes, each with its members, mapped by Map;
+  // recorded first as one "ACT_CHANGE" step, connectors following.
+  void MapSelection(const std::function<void(TMyShape&)>& map);
+  // Grid steps right and down the next paste lands from the copied place:
+  // Copy sets 1, Cut 0, and each paste one more.
+  std::int32_t nextPasteSteps_ = 0;
+  TMyPoint GridOffset(std::int32_t steps) const;
+  // Appends the shapes of Block (a parsed stream) with new ids and list
+  // positions, each on the layer LayerIds gives for its block layer's
+  // position (the current layer for none). Returns them in list order.
+  std::vector<TMyShape*> AppendBlockShapes(TMyCAD& block, const std::vector<std::int32_t>& layerIds);
+  // ---- grouping (grouping.cpp) ----
+  // Double click: selects the front-most member under P of the selected
+  // group, or else of the group under P, raising OnChildShapeSelected;
+  // false when there is none. Escape: a selected member gives way to its
+  // group; false when the selection is not one member.
+  bool EnterGroupAt(const TPoint& p);
+  bool LeaveGroup();
+  TMyShape* GroupAs(const char* className, const std::vector<TMyShape*>& shapes, bool record);
 
   // ---- drawing files (drawing_file.cpp) ----
   // Reads the drawing at the start of Stream into a fresh hidden canvas that
   // makes shapes as this one would (same zoom and shape defaults); nullptr
   // for a drawing with shapes but no layer.
-  std::unique_ptr<TMyCAD> ParseDrawing(TStream& stream) const;
+  // AsBlock: a drawing without layers is read as if it had one.
+  std::unique_ptr<TMyCAD> ParseDrawing(TStream& stream, bool asBlock = false) const;
+  // The header, settings, user data and layers; then the shape count and
+  // each shape as its class tag and record.
+  void WriteDrawingHead(TStream& stream) const;
+  static void WriteShapeEntry(TStream& stream, TMyShape& shape);
   void TakeShapeDefaultsFrom(const TMyCAD& source);
   void ReadLayers(TStream& stream);
   bool ReadShapes(TStream& stream);

@@ -5,6 +5,7 @@
 
 #include "canvas/tmycad.h"
 #include "shapes/connectors.h"
+#include "shapes/groups.h"
 
 namespace lumatrex {
 
@@ -49,15 +50,6 @@ std::vector<TMyShape*> ShapesToRecord(const TMyCAD& cad, const std::vector<TMySh
     recorded.insert(recorded.begin(), links.begin(), links.end());
   }
   return recorded;
-}
-
-std::int32_t NewestStep(const std::vector<TSavedShape>& list) { return list.empty() ? -1 : list.back().UndoStep; }
-
-void DropOldestStep(std::vector<TSavedShape>& list) {
-  const std::int32_t oldest = list.front().UndoStep;
-  list.erase(list.begin(), std::find_if(list.begin(), list.end(),
-                                        [oldest](const TSavedShape& r) { return r.UndoStep != oldest; }));
-  for (TSavedShape& r : list) --r.UndoStep;
 }
 
 // Where a connector's ends are bound: shape number and link point at the
@@ -144,7 +136,8 @@ void RestoreDeleted(TMyCAD& cad, const std::vector<const TSavedShape*>& records)
 // Groups the former members again; the new group takes the old group's
 // name, identity and state, so that older steps still find it by its id.
 void Regroup(TMyCAD& cad, const std::vector<TMyShape*>& members, const TSavedShape* oldGroup) {
-  TMyShape* group = cad.GroupShapes(members, false);
+  const bool combined = oldGroup && dynamic_cast<const TMyCombine*>(oldGroup->SavedShape.get());
+  TMyShape* group = combined ? cad.CombineShapes(members, false) : cad.GroupShapes(members, false);
   if (!group || !oldGroup) return;
   RestoreState(*group, *oldGroup->SavedShape);
   group->SetName(oldGroup->ShapeName);
@@ -209,8 +202,20 @@ void RevertStep(TMyCAD& cad, std::span<const TSavedShape> step) {
 
 }  // namespace
 
+std::int32_t NewestStep(const std::vector<TSavedShape>& list) { return list.empty() ? -1 : list.back().UndoStep; }
+
+void DropOldestStep(std::vector<TSavedShape>& list) {
+  if (list.empty()) return;
+  const std::int32_t oldest = list.front().UndoStep;
+  list.erase(list.begin(), std::find_if(list.begin(), list.end(),
+                                        [oldest](const TSavedShape& r) { return r.UndoStep != oldest; }));
+  for (TSavedShape& r : list) --r.UndoStep;
+}
+
 void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action,
                                      const TStateKeeper& keep) {
+  // A new change ends what could be redone.
+  redoList_.clear();
   if (undoRedoSize_ == 0) return;
   std::vector<TSavedShape> records;
   for (TMyShape* shape : ShapesToRecord(*this, shapes, action)) {
@@ -219,8 +224,9 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const
     if (!copy) continue;
     copy->Assign(*shape);
     copy->LinkLines.clear();
+    const std::int64_t bytes = ApproxShapeBytes(*copy);
     records.push_back({0, shape->GetName().substr(0, kMaxShapeNameBytes), std::move(copy), action,
-                       keep ? keep(*shape) : TKeptState{}});
+                       keep ? keep(*shape) : TKeptState{}, bytes});
   }
   // An empty step would only push the oldest one out.
   if (records.empty()) return;
@@ -232,6 +238,7 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const
     record.UndoStep = step;
     undoList_.push_back(std::move(record));
   }
+  TrimHistoryMemory();
 }
 
 std::int32_t TMyCAD::PopFromUndoRedoShapeList() {
@@ -246,15 +253,26 @@ std::int32_t TMyCAD::PopFromUndoRedoShapeList() {
   // repaint everything: each shape the step touched repaints where it was
   // and where it is.
   ++updateDepth_;
-  RevertStep(*this, std::span<const TSavedShape>(first, undoList_.end()));
+  const std::span<const TSavedShape> records(first, undoList_.end());
+  TRedoStep redo = CaptureRedoStep(records);
+  ++replayingHistory_;
+  undoneShapes_ = &redo.Removed;
+  RevertStep(*this, records);
+  undoneShapes_ = nullptr;
+  --replayingHistory_;
+  redo.Records.assign(std::make_move_iterator(first), std::make_move_iterator(undoList_.end()));
   undoList_.erase(first, undoList_.end());
+  KeepRedoStep(std::move(redo));
   SetModified(true);
   --updateDepth_;
   if (updateDepth_ == 0) update();
   return step - 1;
 }
 
-void TMyCAD::ClearAllUndoStuff() { undoList_.clear(); }
+void TMyCAD::ClearAllUndoStuff() {
+  undoList_.clear();
+  redoList_.clear();
+}
 
 void TMyCAD::SetUndoRedoSize(std::uint8_t value) {
   if (value == undoRedoSize_) return;

@@ -11,6 +11,8 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "shapes/shape.h"
 
@@ -54,6 +56,39 @@ struct TSavedShape {
   std::string ActionName;
   // Empty unless the recorder asked for more than the copy holds.
   TKeptState KeptState;
+  // What the record holds in memory, estimated when it is made; the history
+  // is bounded by the sum (TMyCAD::SetUndoMemoryLimit).
+  std::int64_t Bytes = 0;
 };
+
+// An undone step kept for redo: the records themselves, to be put back on
+// the history, and the document as it was before the undo. The shapes the
+// undo could touch are copied; Order holds every shape object of the list
+// at its place (those the undo removed are kept in Removed), so the redo
+// puts the very same objects back and other redo steps' references stay
+// good. Copies keep their relations as they were, since the redo puts every
+// shape back at its old place.
+struct TRedoStep {
+  std::vector<TSavedShape> Records;
+  std::vector<TMyShape*> Order;
+  std::vector<std::unique_ptr<TMyShape>> Removed;
+  // Each copy with the place of its shape in Order.
+  std::vector<std::pair<std::int32_t, std::unique_ptr<TMyShape>>> Copies;
+  // The undo kept the list as it was (a change step): Order stays empty
+  // and the copies' states go back into the live shapes at their places.
+  bool InPlace = false;
+  std::int32_t NextShapeId = 0;
+  std::int64_t Bytes = 0;
+};
+
+// The step number of the newest record; -1 for an empty history.
+std::int32_t NewestStep(const std::vector<TSavedShape>& list);
+// Removes the records of the oldest step and numbers the others one lower.
+void DropOldestStep(std::vector<TSavedShape>& list);
+
+// An estimate of the memory a detached shape copy holds: its points,
+// relations, texts, pictures and a fixed part for the object, pen, brush
+// and font.
+std::int64_t ApproxShapeBytes(const TMyShape& shape);
 
 }  // namespace lumatrex

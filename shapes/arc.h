@@ -84,6 +84,7 @@ class TMyElliArc : public TMyRectangle {
   // finer, then for a chord nothing more (closed by the painter) and for a
   // sector the centre.
   TArrMyPoint OutlineInZoom() const;
+  TArrMyPoint FigureInZoom() const override { return OutlineInZoom(); }
 
   // ---- published properties (setters store and repaint) -----------------------
   TArcMode GetArcMode() const { return arcMode_; }

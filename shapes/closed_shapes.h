@@ -155,6 +155,8 @@ class TMyEllipse : public TMyRectangle {
   std::string GetInfo() override;
   // The frame's box and the outline's.
   TMyRect GetBoundsInZoom() override;
+  // The 73 outline points.
+  TArrMyPoint FigureInZoom() const override { return Outline(); }
 
  private:
   // The 73 outline points, zoomed.

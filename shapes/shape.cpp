@@ -253,6 +253,8 @@ void TMyShape::RemapShapeNumbers(const std::function<std::int32_t(std::int32_t)>
 // ---------------------------------------------------------------------------
 // Queries
 
+TArrMyPoint TMyShape::FigureInZoom() const { return ZoomedPoints(*this); }
+
 TMyPoint TMyShape::GetCenterPoint() const { return CenterPoint; }
 
 TMyPoint TMyShape::GetCenterPointInZoom() const { return ZoomedValuePt(GetCenterPoint()); }

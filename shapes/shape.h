@@ -151,6 +151,10 @@ class TMyShape : public QObject {
   // coordinates that are not finite. Not const: curves fill their sample
   // buffers.
   virtual TMyRect GetBoundsInZoom();
+  // The figure as one closed chain of zoomed points, for combined figures:
+  // the points in the base; kinds whose outline is not their point list
+  // (ellipses, arcs) give the outline they draw.
+  virtual TArrMyPoint FigureInZoom() const;
   // The shape record of drawing files (field layout shared with the canvas's
   // drawing format).
   virtual void LoadFromStream(TStream& stream);

@@ -22,6 +22,7 @@
 #include "canvas/tmycad.h"
 #include "dxf/dxf.h"
 #include "inspector/component_inspector.h"
+#include "edit_actions.h"
 #include "inspector_dock.h"
 #include "layers_panel.h"
 #include "platform/qt_interop.h"
@@ -374,16 +375,15 @@ void TMainWindow::SetLinkStyle(TLinkLineDrawStyle style) {
 void TMainWindow::BuildMenus() {
   BuildFileMenu();
   QMenu* edit = menuBar()->addMenu(tr("&Edit"));
-  edit->addAction(tr("&Undo"), QKeySequence::Undo, this, [this] {
-    cad_->PopFromUndoRedoShapeList();
-    Edited();
-  });
+  // One list serves the menu and the canvas's context menu.
+  const QList<QAction*> commands = MakeEditActions(this, *cad_, [this] { DocumentChanged(); });
+  edit->addActions(commands);
+  cad_->addActions(commands);
+  cad_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  edit->addSeparator();
   edit->addAction(tr("&Delete"), QKeySequence::Delete, this, [this] {
     cad_->DeleteSelectedShapes(true);
     Edited();
-  });
-  edit->addAction(tr("&Paste picture"), QKeySequence::Paste, this, [this] {
-    if (cad_->PasteImage()) Edited();
   });
   edit->addAction(tr("Select &all"), QKeySequence::SelectAll, this, [this] { cad_->SelectAllShapes(); });
   AddUserDataAction(*edit, *cad_);
