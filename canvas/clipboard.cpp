@@ -107,6 +107,9 @@ bool TMyCAD::Copy() {
   } catch (const EPictureTooLarge&) {
     // The shapes still go; other programs just get no picture of them.
   }
+  // Drawing programs take the selection as vectors.
+  const std::string svg = RenderToSvg(working_, picture);
+  if (!svg.empty()) content.Data.emplace_back("image/svg+xml", std::vector<std::uint8_t>(svg.begin(), svg.end()));
   SetClipboardContent(content);
   nextPasteSteps_ = 1;
   return true;

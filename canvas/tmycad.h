@@ -657,7 +657,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Shapes on the clipboard: a drawing stream of the copied shapes.
   static constexpr const char* kShapesMimeType = "application/x-lumatrex-shapes";
   // Puts the selection on the system clipboard, under kShapesMimeType
-  // (SelectionToBytes) and as a picture of it for other programs. Pasting
+  // (SelectionToBytes), and for other programs as a picture of it and as
+  // SVG ("image/svg+xml", RenderToSvg). Pasting
   // it here then lands one grid step further each time. False, clipboard
   // untouched, without a selection.
   bool Copy();

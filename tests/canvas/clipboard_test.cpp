@@ -80,6 +80,8 @@ TEST(TMyCADClipboard, CopyAndPasteKeepGroupsAndConnectorsWithinAndBetweenCanvase
   TDiagram d;
   ASSERT_TRUE(d.cad.Copy());
   EXPECT_FALSE(QGuiApplication::clipboard()->image().isNull());  // a picture for other programs
+  const QByteArray svg = QGuiApplication::clipboard()->mimeData()->data("image/svg+xml");
+  EXPECT_TRUE(svg.contains("<svg") && svg.contains("<path")) << "and vectors";
   const auto before = Saved(d.cad);
   ASSERT_TRUE(d.cad.Paste());
   ExpectConnectedCopy(d.cad, 5, 25, 15);
