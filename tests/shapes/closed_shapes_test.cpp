@@ -15,18 +15,11 @@
 namespace lumatrex {
 namespace {
 
+using test::Make;
 using test::TFakeOwner;
 using test::TSheet;
 
 TArrMyPoint Frame(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
-
-template <typename T>
-std::unique_ptr<T> Make(TFakeOwner& owner, TArrMyPoint points) {
-  auto shape = std::make_unique<T>(&owner);
-  shape->Points = std::move(points);
-  shape->CenterPoint = shape->ComputeCenterPoint(4);
-  return shape;
-}
 
 void ExpectNear(const TArrMyPoint& actual, const TArrMyPoint& expected, float tolerance = 1e-3f) {
   ASSERT_EQ(actual.size(), expected.size());
@@ -481,30 +474,6 @@ TEST(TMyPolygon, TheSizePreviewOfTheFirstVertexShowsBothOfItsEdges) {
     EXPECT_GT(sheet.inked(Rect(29, 11, 31, 14)), 0) << hot;  // edge to point 1
     EXPECT_GT(sheet.inked(Rect(29, 31, 31, 34)), 0) << hot;  // edge from the next-to-last point
     EXPECT_FALSE(sheet.inked(30, 10)) << hot;
-  }
-}
-
-// ---------------------------------------------------------------------------
-// Drawing-file records
-
-// Closed shapes store the base record alone: read as a plain shape, their
-// record is used up exactly. The side-handle switches and a polygon's line
-// fields are not stored.
-TEST(ClosedShapeRecord, IsTheBaseRecordOnly) {
-  TFakeOwner owner;
-  auto rectangle = Make<TMyRectangle>(owner, Frame(1, 2, 30, 40));
-  rectangle->SetShowSideHot(false);
-  auto polygon = Make<TMyPolygon>(owner, Triangle(1, 1));
-  polygon->SetArrowStyle(ADouble);
-  auto ellipse = Make<TMyEllipse>(owner, Frame(3, 4, 10, 20));
-  for (const TMyShape* shape : {static_cast<TMyShape*>(rectangle.get()), static_cast<TMyShape*>(ellipse.get()),
-                                static_cast<TMyShape*>(polygon.get())}) {
-    TMemoryStream stream;
-    shape->SaveToStream(stream);
-    TMyShape plain(&owner);
-    TMemoryStream asBase(stream.Bytes());
-    plain.LoadFromStream(asBase);
-    EXPECT_EQ(asBase.Remaining(), 0) << shape->ClassName();
   }
 }
 
