@@ -92,12 +92,6 @@ void Customize(TMyShape& shape) {
   }
 }
 
-const char* const kClassNames[] = {
-    "TMyRectangle", "TMyEllipse",  "TMyPolygon",  "TMyPolyLine", "TMyPolyBezier",   "TMyBLine",
-    "TMyFreeLine",  "TMyGroup",    "TMyCombine",  "TMyLine",     "TMyRuleLine",     "TMyLinkLine",
-    "TMyLineLinkLine", "TMyElliArc", "TMyText",   "TMyImage",    "TMyLinkPoint",
-};
-
 // ---------------------------------------------------------------------------
 // Records as written
 
@@ -312,22 +306,7 @@ TEST(ShapeKindRecord, EveryTruncationOfATailIsAReadError) {
 }
 
 // ---------------------------------------------------------------------------
-// Round trips and copies
-
-TEST(ShapeKindRecord, EveryClassReadsBackWhatItWrote) {
-  TFakeOwner owner;
-  for (const char* name : kClassNames) {
-    const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
-    source->SetName("Shape9");
-    source->Points = {{1.5f, 2}, {40, 30}, {12, 50}, {1.5f, 50}};
-    source->SetInfo("info");
-    Customize(*source);
-    const TBytes bytes = Saved(*source);
-    const std::unique_ptr<TMyShape> copy = CreateShapeByClassName(name, &owner);
-    EXPECT_EQ(Load(*copy, owner, "XP.j", bytes), 0) << name;
-    EXPECT_EQ(Saved(*copy), bytes) << name;
-  }
-}
+// Copies
 
 TEST(ShapeKindAssign, CopiesTheKindsOwnFieldsAfterTheBase) {
   TFakeOwner owner;
