@@ -308,21 +308,6 @@ INSTANTIATE_TEST_SUITE_P(
 // ---------------------------------------------------------------------------
 // TMyEllipse
 
-TEST(TMyEllipse, DrawsThe73PointOutlineInscribedInItsFrame) {
-  TFakeOwner owner;
-  auto ellipse = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
-  ellipse->Brush().SetColor(clRed);
-  TSheet sheet;
-  ellipse->Draw(sheet.canvas());
-  EXPECT_EQ(sheet.at(30, 30), clBlack);  // the outline starts at the bottom
-  EXPECT_EQ(sheet.at(50, 20), clBlack);
-  EXPECT_EQ(sheet.at(10, 20), clBlack);
-  EXPECT_EQ(sheet.at(30, 10), clBlack);
-  EXPECT_EQ(sheet.at(30, 20), clRed);
-  EXPECT_EQ(sheet.at(12, 12), clWhite);  // the frame's corner lies outside
-  EXPECT_EQ(sheet.at(30, 31), clWhite);
-}
-
 TEST(TMyEllipse, ATurnedEllipseKeepsItsOwnAxes) {
   TFakeOwner owner;
   auto ellipse = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
@@ -438,18 +423,6 @@ TEST(TMyPolygon, IsHitInsideItsOutlineOnly) {
   EXPECT_TRUE(triangle->IsClickedMe(sheet.canvas(), {38, 40}));
   EXPECT_FALSE(triangle->IsClickedMe(sheet.canvas(), {45, 45}));
   EXPECT_FALSE(triangle->IsClickedMe(sheet.canvas(), {19, 30}));
-}
-
-TEST(TMyPolygon, DrawsItsClosedOutlineFilled) {
-  TFakeOwner owner;
-  auto triangle = Make<TMyPolygon>(owner, Triangle(10, 10));
-  triangle->Brush().SetColor(clRed);
-  TSheet sheet;
-  triangle->Draw(sheet.canvas());
-  EXPECT_EQ(sheet.at(10, 10), clBlack);
-  EXPECT_EQ(sheet.at(20, 20), clBlack);  // on the diagonal
-  EXPECT_EQ(sheet.at(14, 14), clRed);
-  EXPECT_EQ(sheet.at(22, 22), clWhite);
 }
 
 TEST(TMyPolygon, DraggingTheFirstVertexMovesItsClosingCopyToo) {
