@@ -24,7 +24,7 @@ using test::TSheet;
 // ---------------------------------------------------------------------------
 // Construction and properties
 
-TEST(TMyLine, NewLinesTakeTheOwnersArrowSettingsAndZerosWithoutOwner) {
+TEST(TMyLine, NewLinesTakeTheOwnersArrowSettings) {
   TFakeOwner owner;
   owner.arrowAngle = 45;
   owner.arrowLength = 17;
@@ -35,11 +35,6 @@ TEST(TMyLine, NewLinesTakeTheOwnersArrowSettingsAndZerosWithoutOwner) {
   EXPECT_EQ(line.GetArrowLength(), 17);
   EXPECT_EQ(line.GetArrowOffset(), 3);
   EXPECT_EQ(line.GetArrowStyle(), ADouble);
-  TMyLine orphan(nullptr);
-  EXPECT_EQ(orphan.GetArrowAngle(), 0);
-  EXPECT_EQ(orphan.GetArrowLength(), 0);
-  EXPECT_EQ(orphan.GetArrowOffset(), 0);
-  EXPECT_EQ(orphan.GetArrowStyle(), ANone);
 }
 
 TEST(TMyLine, ChainsStartWithoutHeadsAndRuleLinesWithTwoSmallOnes) {
