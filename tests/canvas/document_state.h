@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "canvas/tmycad.h"
+#include "platform/hooks.h"
 #include "platform/stream.h"
 
 namespace lumatrex::test {
@@ -53,5 +54,20 @@ inline std::int32_t StepCount(const TMyCAD& cad) {
   const auto& list = cad.GetUndoRedoShapeList();
   return list.empty() ? 0 : list.back().UndoStep + 1;
 }
+
+// Installs message and terminate hooks that count, for the scope's life.
+class THookRecorder {
+ public:
+  THookRecorder() : saved_(PlatformHooks()) {
+    PlatformHooks().ShowMessage = [this](const std::string& text) { messages.push_back(text); };
+    PlatformHooks().Terminate = [this] { ++terminations; };
+  }
+  ~THookRecorder() { PlatformHooks() = saved_; }
+  std::vector<std::string> messages;
+  int terminations = 0;
+
+ private:
+  TPlatformHooks saved_;
+};
 
 }  // namespace lumatrex::test

@@ -5,7 +5,6 @@
 
 #include "canvas/document_state.h"
 #include "canvas/tmycad.h"
-#include "platform/hooks.h"
 #include "platform/screen.h"
 
 namespace lumatrex {
@@ -54,15 +53,10 @@ TEST(TMyCADDocument, CreateAddShapeByNameNumbersShapesFromZero) {
 TEST(TMyCADDocument, AddingWithoutLayersShowsTheMessageEndsTheApplicationAndRefuses) {
   TMyCAD cad;
   cad.DeleteAllLayers();
-  std::vector<std::string> messages;
-  int terminations = 0;
-  TPlatformHooks saved = PlatformHooks();
-  PlatformHooks().ShowMessage = [&](const std::string& text) { messages.push_back(text); };
-  PlatformHooks().Terminate = [&] { ++terminations; };
+  test::THookRecorder hooks;
   EXPECT_FALSE(cad.AddShape(std::make_unique<TMyShape>(&cad)));
-  PlatformHooks() = saved;
-  EXPECT_EQ(messages, std::vector<std::string>{"Error!There is no Layer!"});
-  EXPECT_EQ(terminations, 1);
+  EXPECT_EQ(hooks.messages, std::vector<std::string>{"Error!There is no Layer!"});
+  EXPECT_EQ(hooks.terminations, 1);
   EXPECT_EQ(cad.GetShapesCount(), 0);
   EXPECT_FALSE(cad.AddShape(nullptr));
 }

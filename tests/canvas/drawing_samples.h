@@ -307,19 +307,4 @@ inline void FillWithOldDrawing(TMyCAD& cad) {
   cad.AddShapeByCode2("TMyLine", "Old1", {{0, 0}, {9, 9}}, 0);
 }
 
-// Installs message and terminate hooks that count, for the scope's life.
-class THookRecorder {
- public:
-  THookRecorder() : saved_(PlatformHooks()) {
-    PlatformHooks().ShowMessage = [this](const std::string& text) { messages.push_back(text); };
-    PlatformHooks().Terminate = [this] { ++terminations; };
-  }
-  ~THookRecorder() { PlatformHooks() = saved_; }
-  std::vector<std::string> messages;
-  int terminations = 0;
-
- private:
-  TPlatformHooks saved_;
-};
-
 }  // namespace lumatrex::test

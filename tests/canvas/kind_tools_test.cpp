@@ -12,7 +12,6 @@
 
 #include "document_state.h"
 #include "support/mouse.h"
-#include "platform/stream.h"
 #include "shapes/arc.h"
 #include "shapes/bezier.h"
 #include "shapes/image.h"
@@ -224,41 +223,6 @@ TEST_F(KindTools, ImagesComeFromCodeAndTheClipboardAsOneAddedStep) {
   EXPECT_EQ(cad.GetSelectedShape(), Last());
   EXPECT_EQ(std::as_const(*dynamic_cast<TMyImage*>(Last())).Bitmap().Width(), 5);
   ExpectOneUndoRestores(before);
-}
-
-TEST_F(KindTools, EveryFieldOfTheFourKindsSurvivesTheDrawingFile) {
-  auto* arc = dynamic_cast<TMyElliArc*>(cad.AddShapeByCode2("TMyElliArc", "", test::Box(10, 10, 90, 60), 0.3f));
-  arc->Points.push_back({50, 10});
-  arc->Points.push_back({90, 35});
-  arc->SetArcMode(amCircle);
-  arc->SetArcStyle(asPie);
-  cad.AddShapeByCode2("TMyPolyBezier", "", {{0, 0}, {10, 0}, {20, 10}, {30, 30}}, 0);
-  auto* text = dynamic_cast<TMyText*>(cad.AddShapeByCode2("TMyText", "", test::Box(0, 100, 80, 140), 0));
-  text->SetLines({"first", "second"});
-  text->SetHAlignment(taCenter);
-  text->SetVAlignment(tlBottom);
-  text->SetWordWrap(false);
-  text->SetIsBorder(true);
-  text->SetIsSolid(true);
-  text->SetLogUse(true);
-  text->SetLogHeight(14);
-  auto* image = dynamic_cast<TMyImage*>(cad.AddShapeByCode2("TMyImage", "", test::Box(100, 100, 140, 130), 0));
-  TBitmap picture;
-  ASSERT_TRUE(TMyCAD::LoadPictureFile(pictureFile, picture));
-  image->Bitmap() = picture;
-  image->SetBrightness(12);
-  image->SetContrast(-7);
-  image->SetGrayScale(true);
-  image->SetTransparent(true);
-  image->SetBorder(true);
-  image->SetTransparentMode(tmFixed);
-  image->SetTransparentColor(clRed);
-  TMemoryStream file;
-  ASSERT_TRUE(cad.SaveToStream(file));
-  TMyCAD reopened;
-  file.SetPosition(0);
-  ASSERT_TRUE(reopened.LoadFromStream(file));
-  EXPECT_EQ(DocumentState(reopened), DocumentState(cad));
 }
 
 }  // namespace

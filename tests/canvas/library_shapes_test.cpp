@@ -5,7 +5,6 @@
 
 #include "canvas/document_state.h"
 #include "canvas/tmycad.h"
-#include "platform/hooks.h"
 #include "shapes/connectors.h"
 #include "shapes/shape_factory.h"
 
@@ -102,18 +101,11 @@ TEST(TMyCADLibraryShapes, AnAbsentOrDamagedEntryLeavesTheDrawingAlone) {
 TEST(TMyCADLibraryShapes, WithoutLayersTheCanvasRefusesAsForAnyShape) {
   TMyCAD cad;
   cad.DeleteAllLayers();
-  TPlatformHooks& hooks = PlatformHooks();
-  const TPlatformHooks saved = hooks;
-  std::vector<std::string> messages;
-  int terminations = 0;
-  hooks.ShowMessage = [&messages](const std::string& text) { messages.push_back(text); };
-  hooks.Terminate = [&terminations] { ++terminations; };
-  const std::vector<TMyShape*> placed = cad.AddUserDefineShapefromLib(PairLibrary(), "Pair");
-  hooks = saved;
-  EXPECT_TRUE(placed.empty());
+  test::THookRecorder hooks;
+  EXPECT_TRUE(cad.AddUserDefineShapefromLib(PairLibrary(), "Pair").empty());
   EXPECT_EQ(cad.GetShapesCount(), 0);
-  EXPECT_EQ(messages, std::vector<std::string>{"Error!There is no Layer!"});
-  EXPECT_EQ(terminations, 1);
+  EXPECT_EQ(hooks.messages, std::vector<std::string>{"Error!There is no Layer!"});
+  EXPECT_EQ(hooks.terminations, 1);
 }
 
 }  // namespace

@@ -39,6 +39,7 @@ TEST(TMyCAD, NewShapesTakeTheCanvasDefaultsAtCreation) {
   cad.SetRotateEnable(true);
   cad.SetPenStyleJoinType(psjtMITER);
   TMyShape shape(&cad);
+  cad.Pen().SetColor(clGreen);  // later canvas changes do not reach the shape
   EXPECT_EQ(shape.Pen().Color(), clRed);
   EXPECT_FALSE(shape.GetHotShow());
   EXPECT_TRUE(shape.GetRotateEnable());

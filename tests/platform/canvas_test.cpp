@@ -72,12 +72,8 @@ std::vector<TPoint> Pentagram() { return {{20, 2}, {31, 36}, {2, 14}, {38, 14}, 
 // Figures: half-open boxes
 // ---------------------------------------------------------------------------
 
-TEST(CanvasFigures, RectangleOutlinesAndFillsTheHalfOpenBox) {
-  TBitmap bitmap(8, 6, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Brush().SetColor(clRed);
-  canvas.Rectangle(1, 1, 6, 5);
-  const Art expected = {
+TEST(CanvasFigures, BoxFiguresCoverTheHalfOpenBox) {
+  const Art rectangle = {
       "........",
       ".#####..",
       ".#rrr#..",
@@ -85,41 +81,31 @@ TEST(CanvasFigures, RectangleOutlinesAndFillsTheHalfOpenBox) {
       ".#####..",
       "........",
   };
-  EXPECT_EQ(Picture(bitmap), expected);
-  TBitmap swapped(8, 6, pf32bit);
-  swapped.Canvas().Brush().SetColor(clRed);
-  swapped.Canvas().Rectangle(6, 5, 1, 1);
-  EXPECT_EQ(Picture(swapped), expected);
-}
-
-TEST(CanvasFigures, EllipseIsInscribedInTheHalfOpenBox) {
-  TBitmap bitmap(8, 8, pf32bit);
-  bitmap.Canvas().Brush().SetColor(clRed);
-  bitmap.Canvas().Ellipse(0, 0, 7, 7);
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "..###...",
-                                 ".#rrr#..",
-                                 "#rrrrr#.",
-                                 "#rrrrr#.",
-                                 "#rrrrr#.",
-                                 ".#rrr#..",
-                                 "..###...",
-                                 "........",
-                             }));
-}
-
-TEST(CanvasFigures, FillRectFillsHalfOpenWithTheBrushAndIgnoresThePenMode) {
-  TBitmap bitmap(6, 4, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Brush().SetColor(clRed);
-  canvas.Pen().SetMode(pmXor);
-  canvas.FillRect(Rect(4, 3, 1, 1));
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "......",
-                                 ".rrr..",
-                                 ".rrr..",
-                                 "......",
-                             }));
+  struct Case {
+    const char* name;
+    int width, height;
+    std::function<void(TCanvas&)> draw;
+    Art expected;
+  };
+  const Case cases[] = {
+      {"rectangle", 8, 6, [](TCanvas& c) { c.Rectangle(1, 1, 6, 5); }, rectangle},
+      {"rectangle with swapped corners", 8, 6, [](TCanvas& c) { c.Rectangle(6, 5, 1, 1); }, rectangle},
+      {"ellipse inscribed", 8, 8, [](TCanvas& c) { c.Ellipse(0, 0, 7, 7); },
+       {"..###...", ".#rrr#..", "#rrrrr#.", "#rrrrr#.", "#rrrrr#.", ".#rrr#..", "..###...", "........"}},
+      {"fill rect ignores the pen mode", 6, 4,
+       [](TCanvas& c) {
+         c.Pen().SetMode(pmXor);
+         c.FillRect(Rect(4, 3, 1, 1));
+       },
+       {"......", ".rrr..", ".rrr..", "......"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TBitmap bitmap(c.width, c.height, pf32bit);
+    bitmap.Canvas().Brush().SetColor(clRed);
+    c.draw(bitmap.Canvas());
+    EXPECT_EQ(Picture(bitmap), c.expected);
+  }
 }
 
 TEST(CanvasFigures, PolygonFillLeavesOutRightAndBottomButItsOutlineCoversThem) {

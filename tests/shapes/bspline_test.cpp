@@ -10,6 +10,7 @@
 #include "shapes/bspline.h"
 #include "shapes/bspline_system.h"
 #include "shapes/fake_owner.h"
+#include "shapes/sheet.h"
 
 namespace lumatrex {
 namespace {
@@ -17,20 +18,8 @@ namespace {
 using test::TFakeOwner;
 
 // A white picture to draw curves on.
-struct TSheet {
-  TBitmap bitmap{200, 150, pf32bit};
-  TSheet() {
-    bitmap.Canvas().Brush().SetColor(clWhite);
-    bitmap.Canvas().FillRect(Rect(0, 0, 200, 150));
-  }
-  TCanvas& canvas() { return bitmap.Canvas(); }
-  TColor at(int x, int y) { return canvas().GetPixel(x, y); }
-  int painted() {
-    int n = 0;
-    for (int y = 0; y < 150; ++y)
-      for (int x = 0; x < 200; ++x) n += at(x, y) != clWhite;
-    return n;
-  }
+struct TSheet : test::TSheet {
+  TSheet() : test::TSheet(200, 150) {}
 };
 
 // The curve's vertices solved for the given knot points.
@@ -199,9 +188,7 @@ TEST(TMyBLineDraw, ACachedCurveRedrawsAsAFreshOneAfterEveryChange) {
     c.change(*fresh, owner);
     cached->Draw(after.canvas());
     fresh->Draw(expected.canvas());
-    for (int y = 0; y < 150; ++y)
-      ASSERT_TRUE(std::equal(after.bitmap.ScanLine(y), after.bitmap.ScanLine(y) + 200 * 4, expected.bitmap.ScanLine(y)))
-          << "row " << y;
+    ASSERT_TRUE(after == expected);
     ASSERT_EQ(cached->VertexCount(), fresh->VertexCount());
     for (int i = 0; i <= fresh->VertexCount() + 1; ++i) EXPECT_TRUE(cached->Vertex(i) == fresh->Vertex(i)) << i;
   }
@@ -249,7 +236,7 @@ TEST(TMyBLineDraw, FewerThanTwoPointsDrawNoCurve) {
   curve.Points = {{50, 50}};
   TSheet sheet;
   curve.Draw(sheet.canvas());
-  EXPECT_EQ(sheet.painted(), 0);
+  EXPECT_EQ(sheet.inked(), 0);
 }
 
 TEST(TMyBLineDraw, TheDrawingPreviewAfterAClickErasesThePreviewBeforeIt) {
@@ -259,10 +246,10 @@ TEST(TMyBLineDraw, TheDrawingPreviewAfterAClickErasesThePreviewBeforeIt) {
   TSheet sheet;
   const TPoint mouse{120, 110};
   curve.Drawing(sheet.canvas(), {60, 30}, mouse);
-  EXPECT_GT(sheet.painted(), 100);
+  EXPECT_GT(sheet.inked(), 100);
   curve.AddPointByMouse(mouse);
   curve.Drawing(sheet.canvas(), mouse, mouse);
-  EXPECT_EQ(sheet.painted(), 0);
+  EXPECT_EQ(sheet.inked(), 0);
 }
 
 // ---------------------------------------------------------------------------

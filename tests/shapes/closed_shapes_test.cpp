@@ -15,18 +15,11 @@
 namespace lumatrex {
 namespace {
 
+using test::Make;
 using test::TFakeOwner;
 using test::TSheet;
 
 TArrMyPoint Frame(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
-
-template <typename T>
-std::unique_ptr<T> Make(TFakeOwner& owner, TArrMyPoint points) {
-  auto shape = std::make_unique<T>(&owner);
-  shape->Points = std::move(points);
-  shape->CenterPoint = shape->ComputeCenterPoint(4);
-  return shape;
-}
 
 void ExpectNear(const TArrMyPoint& actual, const TArrMyPoint& expected, float tolerance = 1e-3f) {
   ASSERT_EQ(actual.size(), expected.size());
@@ -315,21 +308,6 @@ INSTANTIATE_TEST_SUITE_P(
 // ---------------------------------------------------------------------------
 // TMyEllipse
 
-TEST(TMyEllipse, DrawsThe73PointOutlineInscribedInItsFrame) {
-  TFakeOwner owner;
-  auto ellipse = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
-  ellipse->Brush().SetColor(clRed);
-  TSheet sheet;
-  ellipse->Draw(sheet.canvas());
-  EXPECT_EQ(sheet.at(30, 30), clBlack);  // the outline starts at the bottom
-  EXPECT_EQ(sheet.at(50, 20), clBlack);
-  EXPECT_EQ(sheet.at(10, 20), clBlack);
-  EXPECT_EQ(sheet.at(30, 10), clBlack);
-  EXPECT_EQ(sheet.at(30, 20), clRed);
-  EXPECT_EQ(sheet.at(12, 12), clWhite);  // the frame's corner lies outside
-  EXPECT_EQ(sheet.at(30, 31), clWhite);
-}
-
 TEST(TMyEllipse, ATurnedEllipseKeepsItsOwnAxes) {
   TFakeOwner owner;
   auto ellipse = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
@@ -447,18 +425,6 @@ TEST(TMyPolygon, IsHitInsideItsOutlineOnly) {
   EXPECT_FALSE(triangle->IsClickedMe(sheet.canvas(), {19, 30}));
 }
 
-TEST(TMyPolygon, DrawsItsClosedOutlineFilled) {
-  TFakeOwner owner;
-  auto triangle = Make<TMyPolygon>(owner, Triangle(10, 10));
-  triangle->Brush().SetColor(clRed);
-  TSheet sheet;
-  triangle->Draw(sheet.canvas());
-  EXPECT_EQ(sheet.at(10, 10), clBlack);
-  EXPECT_EQ(sheet.at(20, 20), clBlack);  // on the diagonal
-  EXPECT_EQ(sheet.at(14, 14), clRed);
-  EXPECT_EQ(sheet.at(22, 22), clWhite);
-}
-
 TEST(TMyPolygon, DraggingTheFirstVertexMovesItsClosingCopyToo) {
   TFakeOwner owner;
   auto triangle = Make<TMyPolygon>(owner, Triangle(10, 10));
@@ -481,30 +447,6 @@ TEST(TMyPolygon, TheSizePreviewOfTheFirstVertexShowsBothOfItsEdges) {
     EXPECT_GT(sheet.inked(Rect(29, 11, 31, 14)), 0) << hot;  // edge to point 1
     EXPECT_GT(sheet.inked(Rect(29, 31, 31, 34)), 0) << hot;  // edge from the next-to-last point
     EXPECT_FALSE(sheet.inked(30, 10)) << hot;
-  }
-}
-
-// ---------------------------------------------------------------------------
-// Drawing-file records
-
-// Closed shapes store the base record alone: read as a plain shape, their
-// record is used up exactly. The side-handle switches and a polygon's line
-// fields are not stored.
-TEST(ClosedShapeRecord, IsTheBaseRecordOnly) {
-  TFakeOwner owner;
-  auto rectangle = Make<TMyRectangle>(owner, Frame(1, 2, 30, 40));
-  rectangle->SetShowSideHot(false);
-  auto polygon = Make<TMyPolygon>(owner, Triangle(1, 1));
-  polygon->SetArrowStyle(ADouble);
-  auto ellipse = Make<TMyEllipse>(owner, Frame(3, 4, 10, 20));
-  for (const TMyShape* shape : {static_cast<TMyShape*>(rectangle.get()), static_cast<TMyShape*>(ellipse.get()),
-                                static_cast<TMyShape*>(polygon.get())}) {
-    TMemoryStream stream;
-    shape->SaveToStream(stream);
-    TMyShape plain(&owner);
-    TMemoryStream asBase(stream.Bytes());
-    plain.LoadFromStream(asBase);
-    EXPECT_EQ(asBase.Remaining(), 0) << shape->ClassName();
   }
 }
 

@@ -45,8 +45,6 @@ class TFakeOwner : public TMyShapeOwner {
     return shape;
   }
   void RotateChangeValueforShapes(TMyShape* shape, const TMyPoint& center, double angle) override {
-    ++rotations;
-    lastPivot = center;
     shape->RotateChangeValueByAngle(center, angle);
   }
   void LockUnLockforShapes(TMyShape* shape, bool locked) override {
@@ -88,8 +86,15 @@ class TFakeOwner : public TMyShapeOwner {
   TFont font;
   std::vector<std::unique_ptr<TMyShape>> shapes;
   int repaints = 0;
-  int rotations = 0;
-  TMyPoint lastPivot;
 };
+
+// A shape of kind T owned by Owner, with Points and the centre they give.
+template <typename T>
+std::unique_ptr<T> Make(TFakeOwner& owner, std::vector<TMyPoint> points) {
+  auto shape = std::make_unique<T>(&owner);
+  shape->Points = std::move(points);
+  shape->CenterPoint = shape->ComputeCenterPoint(4);
+  return shape;
+}
 
 }  // namespace lumatrex::test

@@ -16,22 +16,15 @@
 namespace lumatrex {
 namespace {
 
+using test::Make;
 using test::TFakeOwner;
 using test::TRecordBytes;
 using test::TSheet;
 
-template <typename T>
-std::unique_ptr<T> Make(TFakeOwner& owner, TArrMyPoint points) {
-  auto shape = std::make_unique<T>(&owner);
-  shape->Points = std::move(points);
-  shape->CenterPoint = shape->ComputeCenterPoint(4);
-  return shape;
-}
-
 // ---------------------------------------------------------------------------
 // Construction and properties
 
-TEST(TMyLine, NewLinesTakeTheOwnersArrowSettingsAndZerosWithoutOwner) {
+TEST(TMyLine, NewLinesTakeTheOwnersArrowSettings) {
   TFakeOwner owner;
   owner.arrowAngle = 45;
   owner.arrowLength = 17;
@@ -42,11 +35,6 @@ TEST(TMyLine, NewLinesTakeTheOwnersArrowSettingsAndZerosWithoutOwner) {
   EXPECT_EQ(line.GetArrowLength(), 17);
   EXPECT_EQ(line.GetArrowOffset(), 3);
   EXPECT_EQ(line.GetArrowStyle(), ADouble);
-  TMyLine orphan(nullptr);
-  EXPECT_EQ(orphan.GetArrowAngle(), 0);
-  EXPECT_EQ(orphan.GetArrowLength(), 0);
-  EXPECT_EQ(orphan.GetArrowOffset(), 0);
-  EXPECT_EQ(orphan.GetArrowStyle(), ANone);
 }
 
 TEST(TMyLine, ChainsStartWithoutHeadsAndRuleLinesWithTwoSmallOnes) {
@@ -534,28 +522,6 @@ TEST(TMyRuleLineRecord, AddsShowUserInfoTickStyleAndUserInfo) {
   TRecordBytes expected = test::BaseRecord("XP.j");
   expected.i32(10).u8(20).u8(0).u8(3).u8(1).u8(1).str("3 m");
   EXPECT_EQ(stream.Bytes(), expected.bytes);
-}
-
-TEST(TMyLineRecord, ChainsStoreNoArrowFieldsButFreehandStrokesDo) {
-  TFakeOwner owner;
-  auto chain = Make<TMyPolyLine>(owner, {{0, 0}, {5, 5}});
-  chain->SetArrowStyle(ALeft);  // a chain's heads are not stored
-  TMemoryStream chainBytes;
-  chain->SaveToStream(chainBytes);
-  TMyShape plain(&owner);
-  TMemoryStream chainInput(chainBytes.Bytes());
-  plain.LoadFromStream(chainInput);
-  EXPECT_EQ(chainInput.Remaining(), 0);
-
-  auto stroke = Make<TMyFreeLine>(owner, {{0, 0}, {5, 5}});
-  stroke->SetArrowLength(77);
-  TMemoryStream strokeBytes;
-  stroke->SaveToStream(strokeBytes);
-  TMyLine line(&owner);
-  TMemoryStream strokeInput(strokeBytes.Bytes());
-  line.LoadFromStream(strokeInput);
-  EXPECT_EQ(strokeInput.Remaining(), 0);
-  EXPECT_EQ(line.GetArrowLength(), 77);
 }
 
 }  // namespace

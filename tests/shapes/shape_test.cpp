@@ -24,19 +24,6 @@ TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r
 // ---------------------------------------------------------------------------
 // Construction
 
-TEST(TMyShape, NewShapeCopiesTheOwnersDefaultsAndLaterOwnerChangesDoNotReachIt) {
-  TFakeOwner owner;
-  owner.pen.SetColor(clRed);
-  owner.brush.SetColor(clBlue);
-  owner.font.SetName("Other");
-  owner.hotShow = false;
-  TMyShape shape(&owner);
-  owner.pen.SetColor(clGreen);
-  EXPECT_EQ(shape.Pen().Color(), clRed);
-  EXPECT_EQ(shape.Brush().Color(), clBlue);
-  EXPECT_EQ(shape.Font().Name(), "Other");
-}
-
 // ---------------------------------------------------------------------------
 // Points and coordinate spaces
 
@@ -114,17 +101,6 @@ TEST(TMyShape, RotationTurnsPointsClockwiseOnScreenAndAccumulatesTheAngle) {
   EXPECT_FLOAT_EQ(shape.GetAngle(), kPiF / 2);
   shape.RotateChangeValueByAngle({0, 0}, 2 * kPi);
   EXPECT_NEAR(shape.GetAngle(), kPi / 2, 1e-5);  // normalised back below 2 pi
-}
-
-TEST(TMyShape, SetAngleTurnsAGroupMemberAboutTheRootGroupsCentre) {
-  TFakeOwner owner;
-  TMyShape& group = owner.Add(Box(0, 0, 100, 100));
-  TMyShape& member = owner.Add(Box(0, 0, 10, 10));
-  member.ParentId = group.ShapeNo;
-  member.SetAngle(0.5f);
-  EXPECT_EQ(owner.rotations, 1);
-  EXPECT_EQ(owner.lastPivot, (TMyPoint{50, 50}));
-  EXPECT_FLOAT_EQ(member.GetAngle(), 0.5f);
 }
 
 TEST(TMyShape, FlipHorizTwiceRestoresEveryCoordinateAndTheFlag) {
