@@ -65,7 +65,9 @@ void ExpectConnectedCopy(TMyCAD& cad, std::int32_t first, float dx, float dy) {
   EXPECT_EQ(a->ParentId, first + 3);
   EXPECT_EQ(link->GetStartSpNo(), first);
   EXPECT_EQ(link->GetEndSpNo(), first + 1);
-  EXPECT_EQ(a->LinkLines, (std::vector<std::uint32_t>{static_cast<std::uint32_t>(first + 2)}));
+  const std::vector<std::uint32_t> listed{static_cast<std::uint32_t>(first + 2)};
+  EXPECT_EQ(a->LinkLines, listed);
+  EXPECT_EQ(b->LinkLines, listed);
   EXPECT_EQ(a->GetPoint(0), (TMyPoint{dx, dy}));
   EXPECT_EQ(group->GetName(), "Shape" + std::to_string(group->ShapeId));
   EXPECT_EQ(cad.GetSelectedShapes(), (std::vector<TMyShape*>{link, group}));
