@@ -6,21 +6,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "canvas/tmycad.h"
-#include "fuzz_support.h"
-#include "persistence/stream_io.h"
-
-namespace {
+#include "drawing_check.h"
 
 using namespace lumatrex;
-
-std::vector<std::uint8_t> Saved(const TMyCAD& cad) {
-  TMemoryStream stream;
-  cad.SaveToStream(stream);
-  return stream.Bytes();
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::EnsureHeadlessApp();
@@ -32,11 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::Check(cad.GetShapesCount() == 0);
     return 0;
   }
-  const std::vector<std::uint8_t> once = Saved(cad);
-  TMyCAD again;
-  TMemoryStream reread(once);
-  fuzz::Check(again.LoadFromStream(reread));
-  fuzz::Check(Saved(again) == once);
+  fuzz::CheckSavesStably(cad);
 
   TImageExportOptions small;
   small.MaxPixels = 1 << 16;
