@@ -198,7 +198,7 @@ void BM_LoadMemory(benchmark::State& state) {
   Drawing(static_cast<int>(state.range(0)))->SaveToStream(saved);
   TMyCAD cad;
   Run(state, [&] {
-    TMemoryStream stream(saved.Bytes());
+    TMemoryStream stream(saved.View());
     benchmark::DoNotOptimize(cad.LoadFromStream(stream));
   });
 }

@@ -32,7 +32,7 @@ void TLibManager::LoadForEditing(const std::string& fileName) {
     scratch.LoadFromOldFile(fileName);
   } else {
     scratch.LoadFromFile(fileName);
-    if (!scratch.Bytes().empty() && !scratch.UpgradeToCurrentTag())
+    if (scratch.stream_.Size() > 0 && !scratch.UpgradeToCurrentTag())
       throw EStreamFormatError(0, "not a shape library (tag \"" + scratch.GetLibTag() + "\")");
     for (const TEntrySpan& span : scratch.Walk()) scratch.ReadEntryAt(span, kCurrentLibTag, kAsStored);
   }
@@ -42,10 +42,10 @@ void TLibManager::LoadForEditing(const std::string& fileName) {
 
 void TLibManager::SaveToFile(const std::string& fileName) {
   ReplaceoldTagwithNewTag();
-  SaveBytesToFileAtomically(fileName, Bytes());
+  SaveBytesToFileAtomically(fileName, stream_.View());
 }
 
-void TLibManager::SetBytes(std::vector<std::uint8_t> bytes) { stream_ = TMemoryStream(std::move(bytes)); }
+void TLibManager::SetBytes(std::span<const std::uint8_t> bytes) { stream_ = TMemoryStream(bytes); }
 
 std::string TLibManager::GetLibTag() const {
   stream_.SetPosition(0);
@@ -55,11 +55,11 @@ std::string TLibManager::GetLibTag() const {
 void TLibManager::ReplaceoldTagwithNewTag() {
   TMemoryStream tag;
   WriteLibTag(tag, kCurrentLibTag);
-  Splice(0, std::min<std::int64_t>(stream_.Size(), kLibTagSize), tag.Bytes());
+  Splice(0, std::min<std::int64_t>(stream_.Size(), kLibTagSize), tag.View());
 }
 
-void TLibManager::Splice(std::int64_t start, std::int64_t end, const std::vector<std::uint8_t>& bytes) {
-  const std::vector<std::uint8_t>& old = Bytes();
+void TLibManager::Splice(std::int64_t start, std::int64_t end, std::span<const std::uint8_t> bytes) {
+  const std::span<const std::uint8_t> old = stream_.View();
   std::vector<std::uint8_t> spliced(old.begin(), old.begin() + start);
   spliced.insert(spliced.end(), bytes.begin(), bytes.end());
   spliced.insert(spliced.end(), old.begin() + end, old.end());
@@ -219,7 +219,7 @@ bool TLibManager::RenameCmbShapeName(const std::string& oldName, const std::stri
   TMemoryStream name;
   WriteCmbShapeName(name, newName);
   // The size field counts only what follows it, so it stays valid.
-  Splice(span->Start, span->Start + 1 + static_cast<std::int64_t>(oldName.size()), name.Bytes());
+  Splice(span->Start, span->Start + 1 + static_cast<std::int64_t>(oldName.size()), name.View());
   return true;
 }
 
@@ -228,7 +228,8 @@ bool TLibManager::MoveCmbShapeBeforeByName(const std::string& name, const std::s
   const TEntrySpan* moved = Find(spans, name);
   const TEntrySpan* before = Find(spans, beforeName);
   if (!moved || !before || moved == before) return false;
-  const std::vector<std::uint8_t> entry(Bytes().begin() + moved->Start, Bytes().begin() + moved->End);
+  const std::span<const std::uint8_t> bytes = stream_.View();
+  const std::vector<std::uint8_t> entry(bytes.begin() + moved->Start, bytes.begin() + moved->End);
   const std::int64_t length = moved->End - moved->Start;
   const std::int64_t target = before->Start > moved->Start ? before->Start - length : before->Start;
   Splice(moved->Start, moved->End, {});

@@ -17,6 +17,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -53,10 +54,10 @@ class TLibManager {
   void SaveToFile(const std::string& fileName);
   const std::string& GetLibFileName() const { return libFileName_; }
 
-  // The library bytes.
-  const std::vector<std::uint8_t>& Bytes() const { return stream_.Bytes(); }
+  // A copy of the library bytes.
+  std::vector<std::uint8_t> Bytes() const { return stream_.Bytes(); }
   // Replaces the library with Bytes (no check of their content).
-  void SetBytes(std::vector<std::uint8_t> bytes);
+  void SetBytes(std::span<const std::uint8_t> bytes);
 
   // The first 10 bytes, or "" for a stream shorter than a tag.
   std::string GetLibTag() const;
@@ -154,7 +155,7 @@ class TLibManager {
                                          const TCmbShapePlacement& at) const;
   bool NameIsFree(const std::vector<TEntrySpan>& spans, const std::string& name) const;
   // Replaces the bytes [Start, End) of the stream by Bytes.
-  void Splice(std::int64_t start, std::int64_t end, const std::vector<std::uint8_t>& bytes);
+  void Splice(std::int64_t start, std::int64_t end, std::span<const std::uint8_t> bytes);
   // One entry in the current layout: name, size, width, height, user data, shapes.
   static std::vector<std::uint8_t> EntryBytes(const std::string& name, const std::vector<TMyShape*>& shapes,
                                               const TUserData& userData, std::int32_t width, std::int32_t height);

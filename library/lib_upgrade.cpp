@@ -24,7 +24,7 @@ void TLibManager::SetEntries(const std::vector<std::unique_ptr<TCmbShape>>& entr
     const std::vector<std::uint8_t> entry = EntryBytes(e->Name, ShapePointers(*e), e->UserData, e->Width, e->Height);
     library.WriteBuffer(entry.data(), static_cast<std::int64_t>(entry.size()));
   }
-  SetBytes(library.Bytes());
+  SetBytes(library.View());
 }
 
 // Every entry is read before anything is written, so a damaged entry leaves

@@ -135,7 +135,7 @@ std::unique_ptr<TBitmap> ReadBitmapBuffer(TStream& stream, const char* what) {
                           " exceeds the data that follows");
   std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size));
   stream.ReadBuffer(bytes.data(), size, what);
-  TMemoryStream block(std::move(bytes));
+  TMemoryStream block(bytes);
   auto bitmap = std::make_unique<TBitmap>();
   try {
     bitmap->LoadFromStream(block);

@@ -360,7 +360,7 @@ void TBitmap::LoadFromStream(TStream& stream) {
 void TBitmap::SaveToFile(const std::string& fileName) const {
   TMemoryStream bytes;
   SaveToStream(bytes);
-  SaveBytesToFileAtomically(fileName, bytes.Bytes());
+  SaveBytesToFileAtomically(fileName, bytes.View());
 }
 
 void TBitmap::LoadFromFile(const std::string& fileName) {

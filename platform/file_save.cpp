@@ -91,7 +91,7 @@ class TTemporaryFile {
 };
 
 // Writes all of Bytes, resuming after partial writes and interruptions.
-bool WriteAll(int fd, const std::vector<std::uint8_t>& bytes) {
+bool WriteAll(int fd, std::span<const std::uint8_t> bytes) {
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t n = write(fd, bytes.data() + done, bytes.size() - done);
@@ -107,7 +107,7 @@ bool WriteAll(int fd, const std::vector<std::uint8_t>& bytes) {
 
 }  // namespace
 
-void SaveBytesToFileAtomically(const std::string& fileName, const std::vector<std::uint8_t>& bytes) {
+void SaveBytesToFileAtomically(const std::string& fileName, std::span<const std::uint8_t> bytes) {
   const std::string target = ResolvedTarget(fileName);
   struct stat existing {};
   const bool exists = stat(target.c_str(), &existing) == 0;

@@ -6,7 +6,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <new>
+#include <utility>
 
 namespace lumatrex {
 
@@ -49,60 +52,107 @@ std::int64_t TStream::CopyFrom(TStream& source, std::int64_t count) {
 
 // ---------------------------------------------------------------------------
 
-TMemoryStream::TMemoryStream(std::vector<std::uint8_t> bytes) : data_(std::move(bytes)) {}
+TMemoryStream::TMemoryStream(std::span<const std::uint8_t> bytes) {
+  WriteBuffer(bytes.data(), static_cast<std::int64_t>(bytes.size()));
+  position_ = 0;
+}
+
+TMemoryStream::TMemoryStream(const TMemoryStream& other) : TMemoryStream(other.View()) {
+  position_ = other.position_;
+}
+
+TMemoryStream& TMemoryStream::operator=(const TMemoryStream& other) {
+  if (this != &other) *this = TMemoryStream(other);
+  return *this;
+}
+
+TMemoryStream::TMemoryStream(TMemoryStream&& other) noexcept
+    : TStream(other),
+      data_(std::exchange(other.data_, nullptr)),
+      size_(std::exchange(other.size_, 0)),
+      capacity_(std::exchange(other.capacity_, 0)) {
+  other.position_ = 0;
+}
+
+TMemoryStream& TMemoryStream::operator=(TMemoryStream&& other) noexcept {
+  std::swap(data_, other.data_);
+  std::swap(size_, other.size_);
+  std::swap(capacity_, other.capacity_);
+  std::swap(position_, other.position_);
+  return *this;
+}
+
+TMemoryStream::~TMemoryStream() { std::free(data_); }
+
+void TMemoryStream::Reserve(std::int64_t capacity) {
+  if (capacity <= capacity_) return;
+  const std::int64_t grown = std::max<std::int64_t>({capacity, capacity_ * 2, 256});
+  auto* data = static_cast<std::uint8_t*>(std::realloc(data_, static_cast<std::size_t>(grown)));
+  if (data == nullptr) throw std::bad_alloc();
+  data_ = data;
+  capacity_ = grown;
+}
+
+void TMemoryStream::Expect(std::int64_t count) { Reserve(position_ + std::max<std::int64_t>(count, 0)); }
+
+// Bytes between the end and Offset, left by seeking or resizing past the end,
+// read back as zeros. The buffer must already reach Offset.
+void TMemoryStream::ZeroGapBefore(std::int64_t offset) {
+  if (offset > size_) std::memset(data_ + size_, 0, static_cast<std::size_t>(offset - size_));
+}
 
 std::int64_t TMemoryStream::Read(void* buffer, std::int64_t count) {
-  const std::int64_t n = std::clamp<std::int64_t>(Size() - position_, 0, std::max<std::int64_t>(count, 0));
-  if (n > 0) std::memcpy(buffer, data_.data() + position_, static_cast<std::size_t>(n));
+  const std::int64_t n = std::clamp<std::int64_t>(size_ - position_, 0, std::max<std::int64_t>(count, 0));
+  if (n > 0) std::memcpy(buffer, data_ + position_, static_cast<std::size_t>(n));
   position_ += n;
   return n;
 }
 
 std::int64_t TMemoryStream::Write(const void* buffer, std::int64_t count) {
   if (count <= 0) return 0;
-  const auto* bytes = static_cast<const std::uint8_t*>(buffer);
   const std::int64_t end = position_ + count;
-  if (position_ == Size()) {  // appending, as saving does: no zeros written first
-    data_.insert(data_.end(), bytes, bytes + count);
-  } else {
-    if (end > Size()) data_.resize(static_cast<std::size_t>(end));
-    std::memcpy(data_.data() + position_, bytes, static_cast<std::size_t>(count));
-  }
+  Reserve(end);
+  ZeroGapBefore(position_);
+  std::memcpy(data_ + position_, buffer, static_cast<std::size_t>(count));
+  size_ = std::max(size_, end);
   position_ = end;
   return count;
 }
 
 std::int64_t TMemoryStream::Seek(std::int64_t offset, TSeekOrigin origin) {
-  const std::int64_t base = origin == soBeginning ? 0 : origin == soCurrent ? position_ : Size();
+  const std::int64_t base = origin == soBeginning ? 0 : origin == soCurrent ? position_ : size_;
   position_ = std::max<std::int64_t>(0, base + offset);
   return position_;
 }
 
 void TMemoryStream::SetSize(std::int64_t size) {
-  data_.resize(static_cast<std::size_t>(std::max<std::int64_t>(size, 0)));
-  position_ = std::min(position_, Size());
+  size = std::max<std::int64_t>(size, 0);
+  Reserve(size);
+  ZeroGapBefore(size);
+  size_ = size;
+  position_ = std::min(position_, size_);
 }
 
 void TMemoryStream::Clear() {
-  data_.clear();
+  size_ = 0;
   position_ = 0;
 }
 
 void TMemoryStream::LoadFromStream(TStream& source) {
   source.SetPosition(0);
-  data_.resize(static_cast<std::size_t>(source.Size()));
-  source.ReadBuffer(data_.data(), Size(), "stream content");
+  SetSize(source.Size());
+  source.ReadBuffer(data_, size_, "stream content");
   position_ = 0;
 }
 
-void TMemoryStream::SaveToStream(TStream& target) const { target.WriteBuffer(data_.data(), Size()); }
+void TMemoryStream::SaveToStream(TStream& target) const { target.WriteBuffer(data_, size_); }
 
 void TMemoryStream::LoadFromFile(const std::string& fileName) {
   TFileStream file(fileName, fmOpenRead);
   LoadFromStream(file);
 }
 
-void TMemoryStream::SaveToFile(const std::string& fileName) const { SaveBytesToFileAtomically(fileName, data_); }
+void TMemoryStream::SaveToFile(const std::string& fileName) const { SaveBytesToFileAtomically(fileName, View()); }
 
 // ---------------------------------------------------------------------------
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -65,6 +66,9 @@ class TStream {
   virtual std::int64_t Size() const = 0;
   // Truncates or extends the stream; the position is clamped to the new size.
   virtual void SetSize(std::int64_t size) = 0;
+  // A hint that about Count bytes are about to be written at the position:
+  // a stream may make room for them at once. Does nothing by default.
+  virtual void Expect(std::int64_t /*count*/) {}
 
   std::int64_t Position() const { return position_; }
   void SetPosition(std::int64_t position) { Seek(position, soBeginning); }
@@ -87,19 +91,30 @@ class TStream {
 // TMemoryStream
 // ---------------------------------------------------------------------------
 
+// Bytes in memory, in a buffer that doubles as it grows (Expect makes room
+// at once, so that a large save copies nothing it has already written).
 class TMemoryStream : public TStream {
  public:
   TMemoryStream() = default;
-  explicit TMemoryStream(std::vector<std::uint8_t> bytes);
+  explicit TMemoryStream(std::span<const std::uint8_t> bytes);
+  TMemoryStream(const TMemoryStream& other);
+  TMemoryStream& operator=(const TMemoryStream& other);
+  TMemoryStream(TMemoryStream&& other) noexcept;
+  TMemoryStream& operator=(TMemoryStream&& other) noexcept;
+  ~TMemoryStream() override;
 
   std::int64_t Read(void* buffer, std::int64_t count) override;
   std::int64_t Write(const void* buffer, std::int64_t count) override;
   std::int64_t Seek(std::int64_t offset, TSeekOrigin origin) override;
-  std::int64_t Size() const override { return static_cast<std::int64_t>(data_.size()); }
+  std::int64_t Size() const override { return size_; }
   void SetSize(std::int64_t size) override;
+  void Expect(std::int64_t count) override;
 
-  const std::uint8_t* Memory() const { return data_.data(); }
-  const std::vector<std::uint8_t>& Bytes() const { return data_; }
+  const std::uint8_t* Memory() const { return data_; }
+  // The content in place, valid until the next write or resize.
+  std::span<const std::uint8_t> View() const { return {data_, static_cast<std::size_t>(size_)}; }
+  // A copy of the content.
+  std::vector<std::uint8_t> Bytes() const { return {data_, data_ + size_}; }
   void Clear();
   // Replaces the content with the whole of Source (from its start); position 0.
   void LoadFromStream(TStream& source);
@@ -108,7 +123,14 @@ class TMemoryStream : public TStream {
   void SaveToFile(const std::string& fileName) const;
 
  private:
-  std::vector<std::uint8_t> data_;
+  // Makes room for at least Capacity bytes; throws std::bad_alloc when the
+  // memory is not there (nothing written so far is lost then).
+  void Reserve(std::int64_t capacity);
+  void ZeroGapBefore(std::int64_t offset);
+
+  std::uint8_t* data_ = nullptr;
+  std::int64_t size_ = 0;
+  std::int64_t capacity_ = 0;
 };
 
 // ---------------------------------------------------------------------------
@@ -169,6 +191,6 @@ class TFileStream : public TStream {
 // the temporary file cannot be created, EWriteError when writing, syncing or
 // renaming fails; the message names the file and the reason in plain words
 // ("the disk is full", "permission denied", "the folder does not exist").
-void SaveBytesToFileAtomically(const std::string& fileName, const std::vector<std::uint8_t>& bytes);
+void SaveBytesToFileAtomically(const std::string& fileName, std::span<const std::uint8_t> bytes);
 
 }  // namespace lumatrex

@@ -130,7 +130,7 @@ TEST(SaveBytesToFileAtomically, RefusesTargetsThatAreNotRegularFiles) {
     struct stat before {};
     stat(target.c_str(), &before);
     try {
-      SaveBytesToFileAtomically(target, {1, 2, 3});
+      SaveBytesToFileAtomically(target, TBytes{1, 2, 3});
       ADD_FAILURE() << "saved";
     } catch (const EFOpenError& e) {
       EXPECT_NE(std::string(e.what()).find("not a regular file"), std::string::npos) << e.what();
@@ -148,7 +148,7 @@ TEST(SaveBytesToFileAtomically, ReplacesTheFileBehindALinkAndKeepsItsMode) {
   std::ofstream(folder + "/real.lmx") << "old";
   chmod((folder + "/real.lmx").c_str(), 0640);
   symlink("real.lmx", (folder + "/link.lmx").c_str());
-  SaveBytesToFileAtomically(folder + "/link.lmx", {'n', 'e', 'w'});
+  SaveBytesToFileAtomically(folder + "/link.lmx", TBytes{'n', 'e', 'w'});
   EXPECT_TRUE(std::filesystem::is_symlink(folder + "/link.lmx"));
   EXPECT_EQ(Read(folder + "/real.lmx"), (TBytes{'n', 'e', 'w'}));
   struct stat st {};

@@ -111,7 +111,7 @@ TEST(TMyShapeRecord, EveryTruncationOfARecordIsAReadError) {
   TMemoryStream whole;
   source.SaveToStream(whole);
   for (std::int64_t n = 0; n < whole.Size(); ++n) {
-    TMemoryStream cut(TBytes(whole.Bytes().begin(), whole.Bytes().begin() + n));
+    TMemoryStream cut(whole.View().first(static_cast<std::size_t>(n)));
     TMyShape target(&owner);
     EXPECT_THROW(target.LoadFromStream(cut), EReadError) << "cut at " << n;
   }
