@@ -518,19 +518,5 @@ TEST(TMyCADScale, ConnectorsListedByAShapeFollowIt) {
   EXPECT_EQ(cad.GetIndexedBounds(listed), listed->GetBoundsInZoom());
 }
 
-TEST(TMyCADScale, IdLookupsFollowIdsChangedAfterAdding) {
-  TMyCAD cad;
-  TMyShape* a = test::AddBox(cad, 0, 0, 10, 10);
-  TMyShape* b = test::AddBox(cad, 20, 0, 30, 10);
-  EXPECT_EQ(cad.GetShapeByID(b->ShapeId), b);
-  b->ShapeId = 500;
-  b->Changed();
-  EXPECT_EQ(cad.GetShapeByID(500), b);
-  a->ShapeId = 500;  // two shapes with one id: the first in the list
-  a->Changed();
-  EXPECT_EQ(cad.GetShapeByID(500), a);
-  EXPECT_EQ(cad.GetShapeNoById(500), 0);
-}
-
 }  // namespace
 }  // namespace lumatrex
