@@ -25,6 +25,7 @@
 namespace lumatrex {
 namespace {
 
+using test::AddBox;
 using test::Box;
 
 TColor BufferAt(const TMyCAD& cad, int x, int y) { return TBitmap(cad.BackBuffer()).Canvas().GetPixel(x, y); }
@@ -148,7 +149,7 @@ TEST(TMyCADPaint, TheControlShowsTheBackBufferAndTheSelectionHandles) {
   EXPECT_EQ(screen.Canvas().GetPixel(18, 18), GetHotColor());
 }
 
-TEST(TMyCADExport, RendersTheExtentAtTheZoomAskedAndWritesImageFiles) {
+TEST(TMyCADExport, RendersTheExtentOrTheSelectionAtTheZoomAskedAndWritesImageFiles) {
   TMyCAD cad;
   cad.Brush().SetColor(clBlue);
   cad.AddShapeByCode("TMyRectangle", "", {{10, 10}, {50, 10}, {50, 30}, {10, 30}}, 0);
@@ -170,18 +171,14 @@ TEST(TMyCADExport, RendersTheExtentAtTheZoomAskedAndWritesImageFiles) {
   EXPECT_EQ(back.Height(), picture.Height());
   EXPECT_FALSE(cad.SaveToImageFile(dir + "/drawing.gif", options));
   EXPECT_FALSE(std::filesystem::exists(dir + "/drawing.gif"));
-}
-
-TEST(TMyCADExport, OnlyTheSelectionWhenAskedAndNothingForAnEmptyDrawing) {
-  TMyCAD cad;
-  EXPECT_TRUE(cad.RenderToBitmap().Empty());
-  cad.AddShapeByCode("TMyRectangle", "", {{0, 0}, {10, 0}, {10, 10}, {0, 10}}, 0);
-  TMyShape* far = cad.AddShapeByCode("TMyRectangle", "", {{200, 0}, {220, 0}, {220, 10}, {200, 10}}, 0);
+  // Only the selection when asked; nothing for an empty drawing.
+  TMyShape* far = AddBox(cad, 200, 0, 220, 10);
   cad.SelectShapeByCode(far->ShapeId, true);
-  TImageExportOptions options;
+  options = {};
   options.SelectedOnly = true;
   options.Margin = 0;
   EXPECT_EQ(cad.RenderToBitmap(options).Width(), 21);
+  EXPECT_TRUE(TMyCAD().RenderToBitmap().Empty());
 }
 
 // ---------------------------------------------------------------------------
@@ -367,53 +364,36 @@ void ExpectGolden(TMyCAD& cad, const std::string& name) {
   }
 }
 
-struct TSceneCase {
-  const char* name;
-  double zoom;
-  TGridType grid;
-};
-
-class GoldenScene : public ::testing::TestWithParam<TSceneCase> {};
-
-TEST_P(GoldenScene, MatchesItsPicture) {
-  TMyCAD cad;
-  cad.resize(320 * static_cast<int>(GetParam().zoom), 180 * static_cast<int>(GetParam().zoom));
-  cad.GridOperation()->SetGridType(GetParam().grid);
-  cad.GridOperation()->SetGridColor(RGB(220, 220, 230));
-  cad.GridOperation()->SetGridWidth(20);
-  cad.GridOperation()->SetGridHeight(20);
-  cad.GridOperation()->SetGridInZoom(true);
-  BuildScene(cad);
-  cad.SetZoom(GetParam().zoom);
-  ExpectGolden(cad, GetParam().name);
+TEST(Golden, TheSceneAtZoom1And2AndTheFourBackgroundPlacementsMatchTheirPictures) {
+  struct Scene {
+    const char* name;
+    int zoom;
+    TGridType grid;
+  };
+  for (const Scene& c : {Scene{"scene_zoom1_line_grid", 1, gLine}, Scene{"scene_zoom2_dot_grid", 2, gPixel}}) {
+    SCOPED_TRACE(c.name);
+    TMyCAD cad;
+    cad.resize(320 * c.zoom, 180 * c.zoom);
+    cad.GridOperation()->SetGridType(c.grid);
+    cad.GridOperation()->SetGridColor(RGB(220, 220, 230));
+    cad.GridOperation()->SetGridWidth(20);
+    cad.GridOperation()->SetGridHeight(20);
+    cad.GridOperation()->SetGridInZoom(true);
+    BuildScene(cad);
+    cad.SetZoom(c.zoom);
+    ExpectGolden(cad, c.name);
+  }
+  const std::pair<const char*, TBkBitmapMode> backgrounds[] = {
+      {"background_tiled", Tiled}, {"background_stretch", Stretch}, {"background_center", Center}, {"background_lefttop", LeftTop}};
+  for (const auto& [name, mode] : backgrounds) {
+    SCOPED_TRACE(name);
+    TMyCAD cad;
+    cad.resize(40, 30);
+    cad.SetBkBitmap(Tile());
+    cad.SetBkBitmapMode(mode);
+    ExpectGolden(cad, name);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Zooms, GoldenScene,
-                         ::testing::Values(TSceneCase{"scene_zoom1_line_grid", 1, gLine},
-                                           TSceneCase{"scene_zoom2_dot_grid", 2, gPixel}),
-                         [](const auto& info) { return std::string(info.param.name); });
-
-struct TBackgroundCase {
-  const char* name;
-  TBkBitmapMode mode;
-};
-
-class GoldenBackground : public ::testing::TestWithParam<TBackgroundCase> {};
-
-TEST_P(GoldenBackground, PlacesThePictureByItsMode) {
-  TMyCAD cad;
-  cad.resize(40, 30);
-  cad.SetBkBitmap(Tile());
-  cad.SetBkBitmapMode(GetParam().mode);
-  ExpectGolden(cad, GetParam().name);
-}
-
-INSTANTIATE_TEST_SUITE_P(Modes, GoldenBackground,
-                         ::testing::Values(TBackgroundCase{"background_tiled", Tiled},
-                                           TBackgroundCase{"background_stretch", Stretch},
-                                           TBackgroundCase{"background_center", Center},
-                                           TBackgroundCase{"background_lefttop", LeftTop}),
-                         [](const auto& info) { return std::string(info.param.name); });
 
 }  // namespace
 }  // namespace lumatrex
