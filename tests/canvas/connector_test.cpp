@@ -122,10 +122,11 @@ TEST_F(Connectors, ALinkPointPlacedByAClickTakesAConnectorAndDragsItsEnd) {
   ExpectAttached(*link);
 }
 
-// Restored shapes come back without their connectors: the freed end stays
-// free where it was.
-TEST_F(Connectors, DeletingAJoinedShapeFreesTheEndWhereItWas) {
-  DrawBox(40, 40, 120, 100);
+// Restored shapes come back without their connectors: a freed end stays
+// free where it was, and a connector deleted with one of its shapes comes
+// back with it, detached.
+TEST_F(Connectors, DeletingAJoinedShapeFreesTheEndWhereItWasAndUndoKeepsItFree) {
+  TMyShape* a = DrawBox(40, 40, 120, 100);
   TMyShape* b = DrawBox(300, 140, 380, 200);
   TMyLinkLine* link = DrawLink(120, 70, 300, 170);
   const TArrMyPoint points = link->Points;
@@ -135,6 +136,20 @@ TEST_F(Connectors, DeletingAJoinedShapeFreesTheEndWhereItWas) {
   cad.PopFromUndoRedoShapeList();
   EXPECT_EQ(link->GetEndSpNo(), -1);
   EXPECT_TRUE(cad.GetShapeByNo(cad.GetShapesCount() - 1)->LinkLines.empty());
+  cad.SelectShapeByCode(a->ShapeId, true);
+  cad.SelectShapeByCode(link->ShapeId, false);
+  cad.DeleteSelectedShapes(true);
+  ASSERT_EQ(cad.GetShapesCount(), 1);
+  cad.PopFromUndoRedoShapeList();
+  ASSERT_EQ(cad.GetShapesCount(), 3);
+  for (std::int32_t i = 0; i < 3; ++i) {
+    if (auto* restored = dynamic_cast<TMyLinkLine*>(cad.GetShapeByNo(i))) {
+      EXPECT_EQ(std::make_pair(restored->GetStartSpNo(), restored->GetEndSpNo()), std::make_pair(-1, -1));
+      EXPECT_EQ(restored->Points, points);
+    } else {
+      EXPECT_TRUE(cad.GetShapeByNo(i)->LinkLines.empty());
+    }
+  }
 }
 
 TEST_F(Connectors, DraggingAnEndOffDetachesOntoAnotherReattachesAndUndoGoesBack) {

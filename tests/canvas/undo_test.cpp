@@ -305,33 +305,6 @@ TEST(TMyCADUndo, ADeletedGroupComesBackWithItsMembersAndTheirRelations) {
   for (std::int32_t i = 0; i < cad.GetShapesCount(); ++i) EXPECT_EQ(cad.GetShapeByNo(i)->ShapeNo, i);
 }
 
-TEST(TMyCADUndo, UndoingTheDeletionOfAConnectorAndOneOfItsShapesRestoresBothWithTheConnectorDetached) {
-  TMyCAD cad;
-  TMyShape* a = AddNamedBox(cad, "A");
-  TMyShape* b = AddNamedBox(cad, "B", 40);
-  auto* link = static_cast<TMyLinkLine*>(cad.AddShapeByCode2("TMyLinkLine", "Link", {{10, 5}, {40, 5}}, 0));
-  link->SetStartSpNo(a->ShapeNo);
-  link->SetStartSpPtId(0);
-  link->SetEndSpNo(b->ShapeNo);
-  link->SetEndSpPtId(0);
-  a->LinkLines = b->LinkLines = {static_cast<std::uint32_t>(link->ShapeNo)};
-  cad.SelectShapeByCode(a->ShapeId, true);
-  cad.SelectShapeByCode(link->ShapeId, false);
-  cad.DeleteSelectedShapes(true);
-  EXPECT_EQ(StepCount(cad), 1);
-  ASSERT_EQ(Names(cad), (std::vector<std::string>{"B"}));
-
-  cad.PopFromUndoRedoShapeList();
-  ASSERT_EQ(cad.GetShapesCount(), 3);
-  link = static_cast<TMyLinkLine*>(cad.GetShapeByName("Link"));
-  ASSERT_NE(link, nullptr);
-  EXPECT_EQ(link->GetStartSpNo(), -1);
-  EXPECT_EQ(link->GetEndSpNo(), -1);
-  EXPECT_EQ(link->Points, (TArrMyPoint{{10, 5}, {40, 5}}));
-  EXPECT_TRUE(cad.GetShapeByName("A")->LinkLines.empty());
-  EXPECT_TRUE(cad.GetShapeByName("B")->LinkLines.empty());
-}
-
 // ---------------------------------------------------------------------------
 // Paint order
 
