@@ -22,7 +22,6 @@ namespace {
 
 using namespace test;
 
-
 TMyShape* AddNamedBox(TMyCAD& cad, const std::string& name, float l = 0, float t = 0) {
   TMyShape* shape = AddBox(cad, l, t, l + 10, t + 10);
   shape->SetName(name);
