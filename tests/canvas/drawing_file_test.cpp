@@ -488,6 +488,7 @@ struct TMalformed {
   const char* name;  // the edge it probes
   TBytes bytes;
   std::string field;  // what the error must name
+  std::int64_t offset = -1;  // where it must say the error is, when given
 };
 
 std::vector<TMalformed> MalformedDrawings() {
@@ -553,7 +554,8 @@ std::vector<TMalformed> MalformedDrawings() {
        "layer name"},
       {"negative shape count", Drawing(THeaderFields{}, {}, -1), "shapes"},
       {"shape count past the data", Drawing(THeaderFields{}, GoldenShapes("XP.j"), 0x7FFFFFF0), "shapes"},
-      {"unknown class tag", with([](THeader, TShapes s) { s[1].classTag = "TMyCircle"; }), "TMyCircle"},
+      {"unknown class tag", with([](THeader, TShapes s) { s[1].classTag = "TMyCircle"; }), "TMyCircle",
+       static_cast<std::int64_t>(Drawing(THeaderFields{}, {GoldenShapes("XP.j")[0]}).size())},
       {"the abstract base's class tag", with([](THeader, TShapes s) { s[0].classTag = "TMyShape"; }), "TMyShape"},
       {"negative shape name length",
        with([&](THeader, TShapes s) { s[0].record = record([](TRecordBytes& r) { r.i32(-1); }); }), "shape name"},
@@ -604,24 +606,9 @@ TEST(TMyCADDrawingMalformed, HostileFieldsFailWithAnErrorNamingThemAndChangeNoth
       ADD_FAILURE() << "loaded";
     } catch (const EStreamFormatError& e) {
       EXPECT_NE(std::string(e.what()).find(c.field), std::string::npos) << e.what();
+      EXPECT_TRUE(c.offset < 0 || e.Offset() == c.offset) << "at " << e.Offset();
     }
     EXPECT_EQ(Saved(cad), before);
-  }
-}
-
-TEST(TMyCADDrawingMalformed, AnUnknownClassTagNamesItsOffset) {
-  THeaderFields header;
-  std::vector<TEntry> shapes = GoldenShapes("XP.j");
-  shapes[1].classTag = "TMyCircle";
-  const TBytes bytes = Drawing(header, shapes);
-  const auto tagOffset = static_cast<std::int64_t>(Drawing(header, {shapes[0]}).size());
-  TMyCAD cad;
-  TMemoryStream stream(bytes);
-  try {
-    cad.LoadFromStream(stream);
-    FAIL() << "loaded";
-  } catch (const EStreamFormatError& e) {
-    EXPECT_EQ(e.Offset(), tagOffset);
   }
 }
 
