@@ -3,6 +3,8 @@
 // bytes (identity, list positions, points, pens, user data...), in list order.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <ostream>
 #include <string>
@@ -33,6 +35,13 @@ inline std::vector<TShapeState> DocumentState(const TMyCAD& cad) {
     state.push_back({shape->ClassName(), shape->GetName(), record.Bytes()});
   }
   return state;
+}
+
+// The drawing as its file holds it.
+inline std::vector<std::uint8_t> Saved(const TMyCAD& cad) {
+  TMemoryStream stream;
+  EXPECT_TRUE(cad.SaveToStream(stream));
+  return stream.Bytes();
 }
 
 inline TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }

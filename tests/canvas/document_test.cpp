@@ -1,17 +1,20 @@
+// The document a canvas holds: shapes and their list positions, groups,
+// layers, paint order, selection, page, entries placed from a library, and
+// the defaults new shapes take from the canvas.
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 #include "canvas/document_state.h"
-#include "canvas/tmycad.h"
-#include "platform/screen.h"
+#include "shapes/connectors.h"
+#include "shapes/drawing_modes.h"
+#include "shapes/shape_factory.h"
 
 namespace lumatrex {
 namespace {
 
-using test::Box;
-using test::Names;
+using namespace test;
 
 // Adds a plain shape with the given points and a fresh identity.
 TMyShape* AddPlain(TMyCAD& cad, TArrMyPoint points = Box(0, 0, 10, 10)) {
@@ -33,43 +36,66 @@ void Group(TMyShape* group, const std::vector<TMyShape*>& members) {
   }
 }
 
+// A library with the entry "Pair", drawn 20 x 10: a group (0) of a box (1)
+// and a connector (2) from the box's link point to a shape outside the entry.
+TLibManager PairLibrary() {
+  TCmbShape drawing("XP.j", nullptr);
+  for (const char* kind : {"TMyGroup", "TMyRectangle", "TMyLinkLine"})
+    drawing.Shapes.push_back(CreateShapeByClassName(kind, &drawing));
+  TMyShape& group = *drawing.Shapes[0];
+  TMyShape& box = *drawing.Shapes[1];
+  auto& link = static_cast<TMyLinkLine&>(*drawing.Shapes[2]);
+  group.Points = Box(0, 0, 20, 10);
+  group.ChildShapes = {1, 2};
+  box.ShapeNo = 1;
+  box.ParentId = 0;
+  box.Points = Box(0, 0, 10, 10);
+  box.LinkPoints = {{10, 5}};
+  link.ShapeNo = 2;
+  link.ParentId = 0;
+  link.Points = {{10, 5}, {20, 5}};
+  link.SetStartSpNo(1);
+  link.SetStartSpPtId(0);
+  link.SetEndSpNo(7);
+  link.SetEndSpPtId(0);
+  TLibManager lib;
+  EXPECT_TRUE(lib.AppendNewShape("Pair", {&group, &box, &link}, {}, 20, 10));
+  return lib;
+}
+
 // ---------------------------------------------------------------------------
-// A new canvas
+// Shapes
 
 TEST(TMyCADDocument, CreateAddShapeByNameNumbersShapesFromZero) {
   TMyCAD cad;
   TMyShape* first = cad.CreateAddShapeByName("TMyLine");
   ASSERT_NE(first, nullptr);
   EXPECT_STREQ(first->ClassName(), "TMyLine");
-  EXPECT_EQ(first->GetName(), "Shape0");
-  EXPECT_EQ(first->GetCaption(), "Shape0");
-  EXPECT_EQ(first->ShapeId, 0);
-  EXPECT_EQ(first->ShapeNo, 0);
-  EXPECT_EQ(first->LayerId, 0);
+  EXPECT_EQ((std::make_tuple(first->GetName(), first->GetCaption(), first->ShapeId, first->ShapeNo, first->LayerId)),
+            (std::make_tuple(std::string("Shape0"), std::string("Shape0"), 0, 0, 0)));
   EXPECT_EQ(cad.CreateAddShapeByName("TMyRectangle")->GetName(), "Shape1");
   EXPECT_EQ(cad.CreateAddShapeByName("TNoSuchShape"), nullptr);
 }
 
-TEST(TMyCADDocument, AddingWithoutLayersShowsTheMessageEndsTheApplicationAndRefuses) {
+TEST(TMyCADDocument, WithoutLayersAddingShowsTheMessageEndsTheApplicationAndRefuses) {
   TMyCAD cad;
   cad.DeleteAllLayers();
-  test::THookRecorder hooks;
+  THookRecorder hooks;
   EXPECT_FALSE(cad.AddShape(std::make_unique<TMyShape>(&cad)));
-  EXPECT_EQ(hooks.messages, std::vector<std::string>{"Error!There is no Layer!"});
-  EXPECT_EQ(hooks.terminations, 1);
+  EXPECT_TRUE(cad.AddUserDefineShapefromLib(PairLibrary(), "Pair").empty());
+  EXPECT_EQ(hooks.messages, std::vector<std::string>(2, "Error!There is no Layer!"));
+  EXPECT_EQ(hooks.terminations, 2);
   EXPECT_EQ(cad.GetShapesCount(), 0);
   EXPECT_FALSE(cad.AddShape(nullptr));
 }
 
-// ---------------------------------------------------------------------------
-// Deleting
-
-TEST(TMyCADDocument, DeletingRenumbersTheLaterShapesAndTheirGroupReferences) {
+TEST(TMyCADDocument, DeletingRenumbersTheLaterShapesTheirGroupReferencesAndTheSelection) {
   TMyCAD cad;
-  AddPlain(cad);                          // 0
-  TMyShape* group = AddPlain(cad);        // 1
-  TMyShape* member = AddPlain(cad);       // 2
+  AddPlain(cad);                     // 0
+  TMyShape* group = AddPlain(cad);   // 1
+  TMyShape* member = AddPlain(cad);  // 2
   Group(group, {member});
+  cad.SelectAllShapes();
   std::vector<std::string> deleted;
   cad.OnShapeDeleted = [&](QObject*, TMyShape* s) {
     deleted.push_back(s->GetName());
@@ -81,6 +107,7 @@ TEST(TMyCADDocument, DeletingRenumbersTheLaterShapesAndTheirGroupReferences) {
   EXPECT_EQ(member->ShapeNo, 1);
   EXPECT_EQ(group->ChildShapes, std::vector<std::int32_t>{1});
   EXPECT_EQ(member->ParentId, 0);
+  EXPECT_EQ(cad.GetSelectedShapes(), std::vector<TMyShape*>{group});
 }
 
 TEST(TMyCADDocument, DeletingAGroupTakesItsMembersAndDeletingAMemberLeavesTheGroup) {
@@ -98,73 +125,53 @@ TEST(TMyCADDocument, DeletingAGroupTakesItsMembersAndDeletingAMemberLeavesTheGro
   EXPECT_EQ(cad.GetShapeByNo(0)->ShapeNo, 0);
 }
 
-TEST(TMyCADDocument, DeletingASelectedShapeDropsItFromTheSelection) {
+TEST(TMyCADDocument, IdLookupsFollowIdsChangedAfterAdding) {
   TMyCAD cad;
-  AddPlain(cad);
-  TMyShape* b = AddPlain(cad);
-  cad.SelectAllShapes();
-  cad.DeleteShapeById(0, false);
-  EXPECT_EQ(cad.GetSelectedShape(), b);
+  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
+  TMyShape* b = AddBox(cad, 20, 0, 30, 10);
+  EXPECT_EQ(cad.GetShapeByID(b->ShapeId), b);
+  b->ShapeId = 500;
+  b->Changed();
+  EXPECT_EQ(cad.GetShapeByID(500), b);
+  a->ShapeId = 500;  // two shapes with one id: the first in the list
+  a->Changed();
+  EXPECT_EQ(cad.GetShapeByID(500), a);
+  EXPECT_EQ(cad.GetShapeNoById(500), 0);
 }
 
 // ---------------------------------------------------------------------------
-// Layers
+// Layers, paint order, selection, page
 
-TEST(TMyCADLayers, NewLayerRefusesATakenNameAndMakesTheNewLayerCurrent) {
+TEST(TMyCADLayers, NamesAreUniqueIdsAreNeverReusedDeletingTakesTheShapesAndMergingMovesThem) {
   TMyCAD cad;
-  std::vector<std::int32_t> created;
-  std::vector<std::string> names;
+  std::vector<std::string> events;
   cad.OnNewLayer = [&](QObject*, std::int32_t id, const std::string& name, bool visible) {
-    created.push_back(id);
-    names.push_back(name + (visible ? "+" : "-"));
+    events.push_back("new " + std::to_string(id) + " " + name + (visible ? "+" : "-"));
   };
+  cad.OnDeleteLayer = [&](QObject*, std::int32_t id, const std::string&, bool) {
+    events.push_back("delete " + std::to_string(id));
+  };
+  AddPlain(cad);
   EXPECT_EQ(cad.NewLayer("Layer0", true), -1);
   EXPECT_EQ(cad.NewLayer("A", false), 1);
   EXPECT_EQ(cad.GetCurrentLayerId(), 1);
   EXPECT_EQ(cad.NewLayer("layer0", true), 2);  // names compare case-sensitively
-  EXPECT_EQ(created, (std::vector<std::int32_t>{1, 2}));
-  EXPECT_EQ(names, (std::vector<std::string>{"A-", "layer0+"}));
-}
-
-TEST(TMyCADLayers, LayerIdsAreNeverReused) {
-  TMyCAD cad;
-  cad.NewLayer("A", true);
-  std::vector<std::int32_t> removed;
-  cad.OnDeleteLayer = [&](QObject*, std::int32_t id, const std::string&, bool) { removed.push_back(id); };
-  EXPECT_TRUE(cad.DeleteLayerByID(1));
-  EXPECT_EQ(removed, std::vector<std::int32_t>{1});
-  EXPECT_EQ(cad.NewLayer("B", true), 2);
-  EXPECT_EQ(cad.GetMaxLayerId(), 2);
-}
-
-TEST(TMyCADLayers, DeletingALayerDeletesItsShapesEvenLockedOnes) {
-  TMyCAD cad;
-  AddPlain(cad);
-  cad.NewLayer("A", true);
-  TMyShape* locked = AddPlain(cad);
-  locked->SetLocked(true);
-  EXPECT_TRUE(cad.DeleteLayerByName("A"));
+  AddPlain(cad)->SetLocked(true);
+  EXPECT_TRUE(cad.DeleteLayerByName("layer0"));  // with its shapes, even locked ones
   EXPECT_EQ(Names(cad), std::vector<std::string>{"Shape0"});
-  EXPECT_EQ(cad.GetLayerNoByName("A"), -1);
-}
-
-TEST(TMyCADLayers, MergeMovesTheShapesMakesTheTargetCurrentAndDeletesTheSource) {
-  TMyCAD cad;
-  cad.NewLayer("A", true);
+  EXPECT_EQ(cad.GetLayerNoByName("layer0"), -1);
+  EXPECT_EQ(cad.NewLayer("B", true), 3);
+  EXPECT_EQ(cad.GetMaxLayerId(), 3);
+  EXPECT_EQ(events, (std::vector<std::string>{"new 1 A-", "new 2 layer0+", "delete 2", "new 3 B+"}));
   TMyShape* s = AddPlain(cad);
-  cad.SetCurrentLayerId(1);
   EXPECT_EQ(cad.MergeLayers(0, 0), 0);
   EXPECT_EQ(cad.MergeLayers(0, 9), 0);
-  EXPECT_EQ(cad.GetLayersCount(), 2);
-  EXPECT_EQ(cad.MergeLayers(0, 1), 1);
+  EXPECT_EQ(cad.MergeLayers(0, 3), 1);
   EXPECT_EQ(s->LayerId, 0);
   EXPECT_EQ(cad.GetCurrentLayerId(), 0);
-  EXPECT_EQ(cad.GetLayersCount(), 1);
-  EXPECT_EQ(cad.GetShapesCount(), 1);
+  EXPECT_EQ(cad.GetLayersCount(), 2);
+  EXPECT_EQ(cad.GetShapesCount(), 2);
 }
-
-// ---------------------------------------------------------------------------
-// Paint order
 
 TEST(TMyCADZOrder, BringToFrontPassesWholeGroupsAndKeepsTheirReferences) {
   TMyCAD cad;
@@ -172,7 +179,7 @@ TEST(TMyCADZOrder, BringToFrontPassesWholeGroupsAndKeepsTheirReferences) {
   TMyShape* group = AddPlain(cad);   // 1
   TMyShape* member = AddPlain(cad);  // 2
   Group(group, {member});
-  TMyShape* last = AddPlain(cad);    // 3
+  TMyShape* last = AddPlain(cad);  // 3
   cad.BringToFrontByStep(moved, false);
   EXPECT_EQ(Names(cad), (std::vector<std::string>{"Shape1", "Shape0", "Shape2", "Shape3"}));
   EXPECT_EQ(member->ParentId, group->ShapeNo);
@@ -183,26 +190,14 @@ TEST(TMyCADZOrder, BringToFrontPassesWholeGroupsAndKeepsTheirReferences) {
   EXPECT_EQ(member->ParentId, group->ShapeNo);
 }
 
-TEST(TMyCADZOrder, NeighbourLookupsSkipGroupMembers) {
+TEST(TMyCADSelection, MembersAreSelectedThroughTheirRootGroupOnceAndSelectAllKeepsTheOrder) {
   TMyCAD cad;
   TMyShape* group = AddPlain(cad);
   TMyShape* member = AddPlain(cad);
-  TMyShape* single = AddPlain(cad);
+  TMyShape* b = AddPlain(cad);
   Group(group, {member});
-  EXPECT_EQ(cad.GetNextSingleorRootShape(0), single);
-  EXPECT_EQ(cad.GetPrevSingleorRootShape(2), group);
-  EXPECT_EQ(cad.GetNextSingleorRootShape(2), nullptr);
-  EXPECT_EQ(cad.GetPrevSingleorRootShape(0), nullptr);
-}
-
-// ---------------------------------------------------------------------------
-// Selection
-
-TEST(TMyCADSelection, AGroupMemberIsSelectedThroughItsRootGroupOnce) {
-  TMyCAD cad;
-  TMyShape* group = AddPlain(cad);
-  TMyShape* member = AddPlain(cad);
-  Group(group, {member});
+  cad.NewLayer("A", true);
+  TMyShape* c = AddPlain(cad);
   cad.AddWorkingShapes(member);
   cad.AddWorkingShapes(group);
   EXPECT_EQ(cad.GetWorkingShapesCount(), 1);
@@ -211,39 +206,23 @@ TEST(TMyCADSelection, AGroupMemberIsSelectedThroughItsRootGroupOnce) {
   EXPECT_EQ(cad.GetSelectedShape(), group);
   cad.RemoveWorkingShape(group);
   EXPECT_EQ(cad.GetSelectedShape(), nullptr);
-}
 
-TEST(TMyCADSelection, SelectShapeByCodeRaisesTheEventWithTheFirstSelected) {
-  TMyCAD cad;
-  TMyShape* a = AddPlain(cad);
-  TMyShape* b = AddPlain(cad);
   std::vector<std::pair<TMyShape*, TMyShape*>> events;
-  cad.OnShapeSelected = [&](QObject*, TMyShape* last, TMyShape* selected) { events.push_back({last, selected}); };
-  EXPECT_TRUE(cad.SelectShapeByCode(a->ShapeId, true));
-  EXPECT_TRUE(cad.SelectShapeByCode(b->ShapeId, false));
+  cad.OnShapeSelected = [&](QObject*, TMyShape* first, TMyShape* selected) { events.push_back({first, selected}); };
+  EXPECT_TRUE(cad.SelectShapeByCode(b->ShapeId, true));
+  EXPECT_TRUE(cad.SelectShapeByCode(group->ShapeId, false));
   EXPECT_FALSE(cad.SelectShapeByCode(99, true));
-  ASSERT_EQ(events.size(), 2u);
-  EXPECT_EQ(events[1], std::make_pair(a, b));
-  EXPECT_EQ(cad.GetSelectedShapesCount(), 2);
-  EXPECT_EQ(cad.GetSelectedShape(), nullptr);
+  EXPECT_EQ(events, (std::vector<std::pair<TMyShape*, TMyShape*>>{{b, b}, {b, group}}));
+  EXPECT_EQ(cad.GetSelectedShape(), nullptr);  // only one selected shape is "the" selected shape
   cad.DeSelectedAllShapesByCode();
   EXPECT_EQ(cad.GetSelectedShapesCount(), 0);
-}
-
-TEST(TMyCADSelection, SelectAllTakesTopLevelShapesOfEveryLayerOrOfOneLayer) {
-  TMyCAD cad;
-  TMyShape* group = AddPlain(cad);
-  Group(group, {AddPlain(cad)});
-  cad.NewLayer("A", true);
-  AddPlain(cad);
   cad.SelectAllShapesByLayerId(1);
-  EXPECT_EQ(cad.GetSelectedShapesCount(), 1);
-  cad.SelectAllShapes();
-  EXPECT_EQ(cad.GetSelectedShapesCount(), 2);
+  EXPECT_EQ(cad.GetSelectedShapes(), std::vector<TMyShape*>{c});
+  cad.SelectAllShapes();  // the selected shape stays first, the rest follow in list order
+  EXPECT_EQ(cad.GetSelectedShapes(), (std::vector<TMyShape*>{c, group, b}));
+  cad.RemoveWorkingShape(group);
+  EXPECT_EQ(cad.IsInWorkingShape(b), 1);
 }
-
-// ---------------------------------------------------------------------------
-// Page
 
 TEST(TMyCADPage, PaperStylesMeasureAtTheScreenResolutionInBothOrientations) {
   TMyCAD cad;
@@ -269,6 +248,203 @@ TEST(TMyCADPage, ShapesExtentInModelAndZoomedCoordinates) {
   EXPECT_EQ(cad.GetShapesLTRB({a, b}), (TMyRect{-5, 20, 30, 60}));
   EXPECT_EQ(cad.GetShapesLTRBinZoom({a, b}), (TMyRect{-10, 40, 60, 120}));
   EXPECT_EQ(cad.GetShapesLTRB({}), TMyRect{});
+}
+
+// ---------------------------------------------------------------------------
+// Defaults and groups as frames
+
+TEST(TMyCAD, NewShapesTakeTheCanvasDefaultsAtCreationAndTheHandleColourIsProcessWide) {
+  TMyCAD cad;
+  cad.Pen().SetColor(clRed);
+  cad.SetHotShow(false);
+  cad.SetRotateEnable(true);
+  cad.SetPenStyleJoinType(psjtMITER);
+  TMyShape shape(&cad);
+  cad.Pen().SetColor(clGreen);  // later canvas changes do not reach the shape
+  EXPECT_EQ(shape.Pen().Color(), clRed);
+  EXPECT_FALSE(shape.GetHotShow());
+  EXPECT_TRUE(shape.GetRotateEnable());
+  EXPECT_FALSE(shape.GetResizeEnable());  // the canvas's switches start off
+  EXPECT_EQ(shape.GetPenStyleJoinType(), psjtMITER);
+  const TColor before = GetHotColor();
+  EXPECT_EQ(TMyCAD().GetColorOfHot(), 0x808080);
+  EXPECT_EQ(GetHotColor(), before);  // a new canvas does not set it
+  cad.SetColorOfHot(clAqua);
+  EXPECT_EQ(GetHotColor(), clAqua);
+  SetHotColor(before);
+}
+
+// A group (position 0) of two members, a (1) and b (2).
+struct TGroupOfTwo {
+  TMyCAD cad;
+  TMyShape* group = AddPlain(cad, Box(0, 0, 100, 100));
+  TMyShape* a = AddPlain(cad, Box(0, 0, 10, 10));
+  TMyShape* b = AddPlain(cad, Box(90, 90, 100, 100));
+  TGroupOfTwo() { Group(group, {a, b}); }
+};
+
+TEST(TMyCAD, RootParentOfAMemberIsItsOutermostGroupAndACycleDoesNotHang) {
+  TGroupOfTwo c;
+  EXPECT_EQ(c.cad.GetRootParentShape(c.a), c.group);
+  EXPECT_EQ(c.cad.GetRootParentShape(c.group), c.group);
+  c.group->ParentId = 1;  // a broken file could hold a cycle
+  EXPECT_NE(c.cad.GetRootParentShape(c.a), nullptr);
+}
+
+TEST(TMyCAD, MembersTurnAndFlipAboutTheGroupCentreAndLockedOnesStay) {
+  TGroupOfTwo turned;
+  turned.a->SetAngle(static_cast<float>(kPi));
+  EXPECT_NEAR(turned.a->GetPoint(0).X, 100, 1e-3);
+  EXPECT_NEAR(turned.a->GetPoint(0).Y, 100, 1e-3);
+  TGroupOfTwo flipped;
+  flipped.group->SetIsFlipHorz(true);
+  EXPECT_TRUE(flipped.a->GetIsFlipHorz());
+  EXPECT_NEAR(flipped.a->GetPoint(0).X, 100, 1e-4);
+  EXPECT_NEAR(flipped.b->GetPoint(0).X, 10, 1e-4);
+  TGroupOfTwo locked;
+  locked.a->SetLocked(true);
+  EXPECT_FALSE(locked.b->GetLocked());
+  locked.cad.RotateChangeValueforShapes(locked.group, {50, 50}, kPi);
+  EXPECT_EQ(locked.a->GetPoint(0), (TMyPoint{0, 0}));
+  EXPECT_NEAR(locked.b->GetPoint(0).X, 10, 1e-4);
+  EXPECT_NEAR(locked.group->GetAngle(), kPi, 1e-6);
+  locked.group->SetLocked(true);  // locking a group locks its members
+  EXPECT_TRUE(locked.b->GetLocked());
+}
+
+TEST(TMyCAD, BulkUpdateStopsGroupStylingAndNests) {
+  TGroupOfTwo c;
+  c.cad.BeginUpdate();
+  c.cad.BeginUpdate();
+  c.group->Pen().SetColor(clRed);
+  c.cad.EndUpdate();
+  EXPECT_TRUE(c.cad.IsUpdating());
+  EXPECT_NE(c.a->Pen().Color(), clRed);
+  c.cad.EndUpdate();
+  c.group->Pen().SetColor(clLime);
+  EXPECT_EQ(c.a->Pen().Color(), clLime);
+}
+
+// ---------------------------------------------------------------------------
+// Grouping
+
+TEST(TMyCADGrouping, AGroupIsAddedAfterItsMembersFramingThemAndUngroupingRemovesIt) {
+  TMyCAD cad;
+  TMyShape* x = AddBox(cad, 100, 100, 110, 110);
+  TMyShape* a = AddBox(cad, 10, 20, 30, 40);
+  TMyShape* b = AddBox(cad, 50, 0, 60, 25);
+  const auto before = DocumentState(cad);
+  const std::int32_t layer = cad.NewLayer("Other", true);
+  cad.SelectShapeByCode(x->ShapeId, true);
+  cad.SelectShapeByCode(a->ShapeId, false);
+  TMyShape* g = cad.GroupShapes({a, b}, false);
+  ASSERT_NE(g, nullptr);
+  EXPECT_STREQ(g->ClassName(), "TMyGroup");
+  EXPECT_EQ(g->ShapeNo, 3);
+  EXPECT_EQ(g->GetName(), "Shape3");
+  EXPECT_NE(g->LayerId, layer);  // on its members' layer, not the current one
+  EXPECT_EQ(g->LayerId, a->LayerId);
+  EXPECT_EQ(g->Points, Box(10, 0, 60, 40));
+  EXPECT_EQ(g->GetCenterPoint(), (TMyPoint{35, 20}));
+  EXPECT_EQ(g->ChildShapes, (std::vector<std::int32_t>{1, 2}));
+  EXPECT_EQ(std::make_pair(a->ParentId, b->ParentId), std::make_pair(3, 3));
+  EXPECT_EQ(cad.GetSelectedShapes(), (std::vector<TMyShape*>{x, g}));  // selected members give way to their group
+  EXPECT_EQ(StepCount(cad), 0);
+  cad.DeSelectedAllShapesByCode();
+  cad.UnGroupShape(g, false);
+  EXPECT_EQ(DocumentState(cad), before);
+}
+
+TEST(TMyCADGrouping, OnlyTopLevelShapesOfTheCanvasBecomeMembersEachOnce) {
+  TMyCAD cad;
+  TMyCAD other;
+  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
+  TMyShape* c = AddBox(cad, 20, 0, 30, 10);
+  cad.GroupShapes({a}, false);
+  TMyShape* g = cad.GroupShapes({a, c, c, nullptr, AddBox(other, 0, 0, 10, 10)}, false);
+  ASSERT_NE(g, nullptr);
+  EXPECT_EQ(g->ChildShapes, (std::vector<std::int32_t>{c->ShapeNo}));
+  const auto before = DocumentState(cad);
+  EXPECT_EQ(cad.GroupShapes({a, nullptr}, false), nullptr);
+  EXPECT_EQ(cad.GroupShapes({}, true), nullptr);
+  EXPECT_EQ(DocumentState(cad), before);
+  EXPECT_EQ(StepCount(cad), 0);
+}
+
+TEST(TMyCADGrouping, AGroupDrawsNothingOverOrAroundItsMembers) {
+  TMyCAD cad;
+  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
+  TMyShape* b = AddBox(cad, 30, 0, 40, 10);
+  for (TMyShape* s : {a, b}) s->Brush().SetColor(clRed);
+  cad.GroupShapes({a, b}, false);
+  TBitmap picture = cad.RenderToBitmap({1.0, false, 16});
+  EXPECT_EQ(picture.Canvas().GetPixel(16 + 5, 16 + 5), clRed);     // inside a member
+  EXPECT_EQ(picture.Canvas().GetPixel(16 + 20, 16 + 0), clWhite);  // the frame's top, between the members
+  EXPECT_EQ(picture.Canvas().GetPixel(16 + 20, 16 + 5), clWhite);  // inside the frame, between the members
+}
+
+TEST(TMyCADGrouping, UngroupingANullANonGroupANestedOrALockedGroupChangesAndRecordsNothing) {
+  TMyCAD cad;
+  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
+  TMyShape* inner = cad.GroupShapes({AddBox(cad, 20, 0, 30, 10)}, false);
+  TMyShape* outer = cad.GroupShapes({a, inner}, false);
+  for (TMyShape* shape : {static_cast<TMyShape*>(nullptr), a, inner, outer}) {
+    if (shape == outer) outer->StoreLocked(true);
+    const auto before = DocumentState(cad);
+    cad.UnGroupShape(shape, true);
+    EXPECT_EQ(DocumentState(cad), before);
+    EXPECT_EQ(StepCount(cad), 0);
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Entries placed from a library
+
+TEST(TMyCADLibraryShapes, AnEntryIsPlacedInFrontWithNewIdentitiesAndRenumberedReferencesAsOneStep) {
+  TMyCAD cad;
+  AddBox(cad, 0, 0, 10, 10);
+  AddBox(cad, 20, 0, 30, 10);
+  const auto before = DocumentState(cad);
+  const std::int32_t firstId = cad.GetNextShapeId();
+  int added = 0;
+  cad.OnShapeAdded = [&added](QObject*, TMyShape*&, std::int32_t) { ++added; };
+  const std::vector<TMyShape*> placed = cad.AddUserDefineShapefromLib(PairLibrary(), "Pair", {100, 50, 0, 0});
+  ASSERT_EQ(placed.size(), 3u);
+  EXPECT_EQ(added, 3);
+  for (std::int32_t i = 0; i < 3; ++i) {
+    TMyShape* shape = placed[static_cast<std::size_t>(i)];
+    EXPECT_EQ(cad.GetShapeByNo(2 + i), shape);
+    EXPECT_EQ(shape->ShapeId, firstId + i);
+    EXPECT_EQ(shape->GetName(), "Shape" + std::to_string(firstId + i));
+    EXPECT_EQ(shape->LayerId, cad.GetCurrentLayerId());
+    EXPECT_EQ(shape->Owner(), &cad);
+  }
+  EXPECT_EQ(cad.GetNextShapeId(), firstId + 3);
+  EXPECT_EQ(placed[0]->ChildShapes, (std::vector<std::int32_t>{3, 4}));
+  EXPECT_EQ(placed[1]->ParentId, 2);
+  EXPECT_EQ(placed[1]->Points, Box(100, 50, 110, 60));
+  EXPECT_EQ(placed[1]->LinkPoints, (TArrMyPoint{{110, 55}}));
+  const auto* link = static_cast<const TMyLinkLine*>(placed[2]);
+  EXPECT_EQ(link->GetStartSpNo(), 3);
+  EXPECT_EQ(link->GetEndSpNo(), -1);  // its shape is not in the entry
+  ASSERT_EQ(cad.GetUndoRedoShapeList().size(), 1u);  // the group; its members go with it
+  EXPECT_EQ(cad.GetUndoRedoShapeList()[0].ActionName, "ACT_ADD");
+  cad.PopFromUndoRedoShapeList();
+  EXPECT_EQ(DocumentState(cad), before);
+}
+
+TEST(TMyCADLibraryShapes, AnAbsentOrDamagedEntryLeavesTheDrawingAlone) {
+  TMyCAD cad;
+  AddBox(cad, 0, 0, 10, 10);
+  const auto before = DocumentState(cad);
+  EXPECT_TRUE(cad.AddUserDefineShapefromLib(PairLibrary(), "Other").empty());
+  TLibManager damaged = PairLibrary();
+  std::vector<std::uint8_t> bytes = damaged.Bytes();
+  bytes.pop_back();
+  damaged.SetBytes(bytes);
+  EXPECT_THROW(cad.AddUserDefineShapefromLib(damaged, "Pair"), EReadError);
+  EXPECT_EQ(DocumentState(cad), before);
+  EXPECT_EQ(StepCount(cad), 0);
 }
 
 }  // namespace

@@ -38,12 +38,6 @@ inline const std::vector<std::string> kClassTags = {
     "TMyFreeLine",     "TMyGroup",   "TMyCombine", "TMyLine",     "TMyRuleLine",   "TMyLinkLine",
     "TMyLineLinkLine", "TMyElliArc", "TMyText",    "TMyImage",    "TMyLinkPoint"};
 
-inline TBytes Saved(const TMyCAD& cad) {
-  TMemoryStream stream;
-  EXPECT_TRUE(cad.SaveToStream(stream));
-  return stream.Bytes();
-}
-
 inline bool Load(TMyCAD& cad, const TBytes& bytes) {
   TMemoryStream stream(bytes);
   return cad.LoadFromStream(stream);

@@ -1,68 +1,77 @@
+// Painting: the grid, background and shapes through the back buffer, the
+// control base's invalidation and mouse reporting, image export, and golden
+// pictures of the whole paint pipeline.
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <string>
+#include <vector>
 
-#include "canvas/tmycad.h"
+#include "canvas/document_state.h"
+#include "platform/control.h"
+#include "platform/qt_interop.h"
+#include "shapes/bspline.h"
+#include "shapes/closed_shapes.h"
 #include "shapes/drawing_modes.h"
+#include "shapes/lines.h"
+#include "support/mouse.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
 
+using test::AddBox;
+using test::Box;
+
 TColor BufferAt(const TMyCAD& cad, int x, int y) { return TBitmap(cad.BackBuffer()).Canvas().GetPixel(x, y); }
 
-struct TGridCanvas {
-  TMyCAD cad;
-  explicit TGridCanvas(TGridType type, double step = 10) {
+// The grid at the step and zoom given, painted in Clip: the back buffer
+// holds the clip only, so buffer (0, 0) is the clip's corner.
+TEST(TMyCADGrid, LinesAndDotsSitOnMultiplesOfTheStepInAnyClip) {
+  struct Probe {
+    int x, y;
+    TColor color;
+  };
+  struct Case {
+    const char* name;
+    TGridType type;
+    double step, zoom;
+    bool inZoom, shown;
+    TRect clip;
+    std::vector<Probe> probes;
+  };
+  const TRect all = Rect(0, 0, 100, 100), part = Rect(25, 25, 75, 75);
+  const Case cases[] = {
+      {"lines in a partial paint: device x 30 is buffer x 5", gLine, 10, 1, false, true, part,
+       {{5, 2, clRed}, {4, 2, clWhite}, {15, 2, clRed}, {2, 5, clRed}}},
+      {"zoom alone leaves the spacing", gLine, 10, 2, false, true, all, {{10, 5, clRed}}},
+      {"zoom with GridInZoom spaces the lines", gLine, 10, 2, true, true, all, {{10, 5, clWhite}, {20, 5, clRed}}},
+      {"dots start at the buffer origin without phase", gPixel, 10, 1, false, true, part,
+       {{0, 0, clRed}, {10, 10, clRed}, {5, 5, clWhite}}},
+      {"a zero step draws nothing", gLine, 0, 1, false, true, all, {{0, 0, clWhite}}},
+      {"a negative step draws nothing", gLine, -10, 1, false, true, all, {{0, 0, clWhite}}},
+      {"a hidden grid draws nothing", gLine, 10, 1, false, false, all, {{10, 3, clWhite}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TMyCAD cad;
     cad.resize(100, 100);
     cad.GridOperation()->SetGridColor(clRed);
-    cad.GridOperation()->SetGridType(type);
-    cad.GridOperation()->SetGridWidth(step);
-    cad.GridOperation()->SetGridHeight(step);
+    cad.GridOperation()->SetGridType(c.type);
+    cad.GridOperation()->SetGridWidth(c.step);
+    cad.GridOperation()->SetGridHeight(c.step);
+    cad.GridOperation()->SetGridInZoom(c.inZoom);
+    cad.GridOperation()->SetGridShow(c.shown);
+    cad.SetZoom(c.zoom);
+    cad.DrawAll(c.clip);
+    EXPECT_EQ(cad.BackBuffer().Width(), c.clip.Right - c.clip.Left);
+    for (const Probe& p : c.probes) EXPECT_EQ(BufferAt(cad, p.x, p.y), p.color) << p.x << ", " << p.y;
   }
-};
-
-TEST(TMyCADGrid, LinesStayOnMultiplesOfTheStepWhenOnlyPartOfTheControlIsPainted) {
-  TGridCanvas c(gLine);
-  c.cad.DrawAll(Rect(25, 25, 75, 75));
-  // Device x = 30 is buffer x = 5.
-  EXPECT_EQ(BufferAt(c.cad, 5, 2), clRed);
-  EXPECT_EQ(BufferAt(c.cad, 4, 2), clWhite);
-  EXPECT_EQ(BufferAt(c.cad, 15, 2), clRed);
-  EXPECT_EQ(BufferAt(c.cad, 2, 5), clRed);  // horizontal line at device y = 30
-  EXPECT_EQ(c.cad.BackBuffer().Width(), 50);
-}
-
-TEST(TMyCADGrid, SpacingFollowsTheZoomOnlyWithGridInZoom) {
-  TGridCanvas c(gLine);
-  c.cad.SetZoom(2);
-  c.cad.DrawAll(Rect(0, 0, 100, 100));
-  EXPECT_EQ(BufferAt(c.cad, 10, 5), clRed);
-  c.cad.GridOperation()->SetGridInZoom(true);
-  c.cad.DrawAll(Rect(0, 0, 100, 100));
-  EXPECT_EQ(BufferAt(c.cad, 10, 5), clWhite);
-  EXPECT_EQ(BufferAt(c.cad, 20, 5), clRed);
-}
-
-TEST(TMyCADGrid, DotsStartAtTheBufferOriginWithoutPhase) {
-  TGridCanvas c(gPixel);
-  c.cad.DrawAll(Rect(25, 25, 75, 75));
-  EXPECT_EQ(BufferAt(c.cad, 0, 0), clRed);
-  EXPECT_EQ(BufferAt(c.cad, 10, 10), clRed);
-  EXPECT_EQ(BufferAt(c.cad, 5, 5), clWhite);
-}
-
-TEST(TMyCADGrid, ZeroOrNegativeStepsAndHiddenGridsDrawNothing) {
-  for (double step : {0.0, -10.0}) {
-    TGridCanvas c(gLine, step);
-    c.cad.DrawAll(Rect(0, 0, 100, 100));
-    EXPECT_EQ(BufferAt(c.cad, 0, 0), clWhite);
-  }
-  TGridCanvas hidden(gLine);
-  hidden.cad.GridOperation()->SetGridShow(false);
-  hidden.cad.DrawAll(Rect(0, 0, 100, 100));
-  EXPECT_EQ(BufferAt(hidden.cad, 10, 3), clWhite);
   TMyCAD fresh;  // no grid until a step is set
   fresh.resize(50, 50);
   fresh.DrawAll(Rect(0, 0, 50, 50));
@@ -140,7 +149,7 @@ TEST(TMyCADPaint, TheControlShowsTheBackBufferAndTheSelectionHandles) {
   EXPECT_EQ(screen.Canvas().GetPixel(18, 18), GetHotColor());
 }
 
-TEST(TMyCADExport, RendersTheExtentAtTheZoomAskedAndWritesImageFiles) {
+TEST(TMyCADExport, RendersTheExtentOrTheSelectionAtTheZoomAskedAndWritesImageFiles) {
   TMyCAD cad;
   cad.Brush().SetColor(clBlue);
   cad.AddShapeByCode("TMyRectangle", "", {{10, 10}, {50, 10}, {50, 30}, {10, 30}}, 0);
@@ -162,18 +171,228 @@ TEST(TMyCADExport, RendersTheExtentAtTheZoomAskedAndWritesImageFiles) {
   EXPECT_EQ(back.Height(), picture.Height());
   EXPECT_FALSE(cad.SaveToImageFile(dir + "/drawing.gif", options));
   EXPECT_FALSE(std::filesystem::exists(dir + "/drawing.gif"));
-}
-
-TEST(TMyCADExport, OnlyTheSelectionWhenAskedAndNothingForAnEmptyDrawing) {
-  TMyCAD cad;
-  EXPECT_TRUE(cad.RenderToBitmap().Empty());
-  cad.AddShapeByCode("TMyRectangle", "", {{0, 0}, {10, 0}, {10, 10}, {0, 10}}, 0);
-  TMyShape* far = cad.AddShapeByCode("TMyRectangle", "", {{200, 0}, {220, 0}, {220, 10}, {200, 10}}, 0);
+  // Only the selection when asked; nothing for an empty drawing.
+  TMyShape* far = AddBox(cad, 200, 0, 220, 10);
   cad.SelectShapeByCode(far->ShapeId, true);
-  TImageExportOptions options;
+  options = {};
   options.SelectedOnly = true;
   options.Margin = 0;
   EXPECT_EQ(cad.RenderToBitmap(options).Width(), 21);
+  EXPECT_TRUE(TMyCAD().RenderToBitmap().Empty());
+}
+
+// ---------------------------------------------------------------------------
+// The control base
+
+// Records what the control base reports, and paints a red square.
+class TProbe : public TCustomControl {
+ public:
+  struct TCall {
+    char kind;  // 'd'own, 'm'ove, 'u'p
+    TMouseButton button;
+    TShiftState shift;
+    TPoint at;
+  };
+  std::vector<TCall> calls;
+  int paints = 0;
+  TRect lastClip;
+  std::vector<TRect> clips;
+
+ protected:
+  void Paint() override {
+    ++paints;
+    lastClip = Canvas().ClipRect();
+    clips.push_back(lastClip);
+    TCustomControl::Paint();
+    Canvas().Brush().SetColor(clRed);
+    Canvas().FillRect(Rect(10, 10, 20, 20));
+  }
+  void MouseDown(TMouseButton b, TShiftState s, std::int32_t x, std::int32_t y) override {
+    calls.push_back({'d', b, s, Point(x, y)});
+  }
+  void MouseMove(TShiftState s, std::int32_t x, std::int32_t y) override {
+    calls.push_back({'m', mbLeft, s, Point(x, y)});
+  }
+  void MouseUp(TMouseButton b, TShiftState s, std::int32_t x, std::int32_t y) override {
+    calls.push_back({'u', b, s, Point(x, y)});
+  }
+};
+
+TEST(TCustomControl, ReportsQtMouseEventsInTheClassicForm) {
+  TProbe probe;
+  probe.resize(100, 80);
+  test::TMouse(probe).Press(5, 6, Qt::ShiftModifier).Move(7, 8);
+  test::TMouse(probe, Qt::RightButton).Release(9, 10, Qt::ControlModifier);
+  ASSERT_EQ(probe.calls.size(), 3u);
+  EXPECT_EQ(probe.calls[0].kind, 'd');
+  EXPECT_EQ(probe.calls[0].button, mbLeft);
+  EXPECT_EQ(probe.calls[0].shift, ssShift | ssLeft);
+  EXPECT_EQ(probe.calls[0].at, Point(5, 6));
+  EXPECT_EQ(probe.calls[1].shift, ssLeft);
+  EXPECT_EQ(probe.calls[2].button, mbRight);
+  EXPECT_EQ(probe.calls[2].shift, ssCtrl | ssRight);
+}
+
+TEST(TCustomControl, PaintRendersInvalidatedAreasIntoTheScreenBitmapOnce) {
+  TProbe probe;
+  probe.resize(64, 48);
+  probe.show();
+  probe.Repaint();
+  EXPECT_GE(probe.paints, 1);
+  EXPECT_EQ(probe.lastClip, Rect(0, 0, 64, 48));
+  EXPECT_EQ(TBitmap(probe.ScreenBitmap()).Canvas().GetPixel(15, 15), clRed);
+  EXPECT_EQ(TBitmap(probe.ScreenBitmap()).Canvas().GetPixel(30, 30), clWhite);
+  const int paints = probe.paints;
+  probe.repaint();  // an expose without invalidation only blits
+  EXPECT_EQ(probe.paints, paints);
+}
+
+TEST(TCustomControl, AnInvalidatedRectangleIsPaintedAlone) {
+  TProbe probe;
+  probe.resize(64, 48);
+  probe.Repaint();
+  probe.clips.clear();
+  probe.InvalidateRect(Rect(5, 6, 15, 16));
+  probe.InvalidateRect(Rect(40, 30, 50, 40));
+  EXPECT_EQ(probe.InvalidatedBounds(), Rect(5, 6, 50, 40));
+  probe.PaintInvalidated();
+  std::vector<TRect> expected = {Rect(5, 6, 15, 16), Rect(40, 30, 50, 40)};
+  std::sort(probe.clips.begin(), probe.clips.end(), [](const TRect& a, const TRect& b) { return a.Left < b.Left; });
+  EXPECT_EQ(probe.clips, expected);
+  EXPECT_EQ(probe.InvalidatedBounds(), TRect{});
+  // Past the control nothing is kept.
+  probe.InvalidateRect(Rect(100, 100, 120, 120));
+  EXPECT_EQ(probe.InvalidatedBounds(), TRect{});
+}
+
+TEST(TCustomControl, InAScrollAreaOnlyTheVisiblePartIsPaintedAndTheRestWhenItShows) {
+  QScrollArea area;
+  area.resize(120, 100);
+  auto* probe = new TProbe;
+  probe->resize(2000, 1500);
+  area.setWidget(probe);
+  area.show();
+  QApplication::processEvents();
+  probe->clips.clear();
+  probe->Repaint();
+  ASSERT_FALSE(probe->clips.empty());
+  for (const TRect& clip : probe->clips) {
+    EXPECT_LE(clip.Right, 120);
+    EXPECT_LE(clip.Bottom, 100);
+  }
+  EXPECT_NE(probe->InvalidatedBounds(), TRect{});  // the rest waits until it shows
+  probe->clips.clear();
+  area.horizontalScrollBar()->setValue(1500);
+  area.verticalScrollBar()->setValue(1000);
+  QApplication::processEvents();
+  ASSERT_FALSE(probe->clips.empty());
+  for (const TRect& clip : probe->clips) EXPECT_GE(clip.Right, 1500);
+}
+
+// ---------------------------------------------------------------------------
+// Golden images of the whole paint pipeline: a scene with every line, closed
+// and curve shape kind, drawn by a real canvas at zoom 1 and 2, and the four
+// placements of a background picture.
+//
+// Tolerance: none. Figures follow the exact raster conventions, and text uses
+// the library's bundled font, so every pixel is expected to match. After an
+// intended change of the pictures, regenerate them with
+//   LUMATREX_UPDATE_GOLDEN=1 build/tests/canvas/canvas_tests --gtest_filter='*Golden*'
+// and look at the new files before committing them. A mismatch writes the
+// rendered picture next to the test's temporary files and names it.
+
+template <typename T>
+T* Add(TMyCAD& cad, const char* className, const TArrMyPoint& points, float angle = 0) {
+  return static_cast<T*>(cad.AddShapeByCode2(className, "", points, angle));
+}
+
+// A 6 x 6 picture: a blue square with a red top-left pixel.
+TBitmap Tile() {
+  TBitmap tile(6, 6, pf24bit);
+  tile.Canvas().Brush().SetColor(RGB(200, 210, 255));
+  tile.Canvas().FillRect(Rect(0, 0, 6, 6));
+  tile.Canvas().SetPixel(0, 0, clRed);
+  return tile;
+}
+
+void BuildScene(TMyCAD& cad) {
+  cad.SetHotSize(3);
+  cad.Font().SetSize(8);
+  const TArrowStyle styles[] = {ANone, ALeft, ARight, ADouble};
+  for (int i = 0; i < 4; ++i) {
+    auto* line = Add<TMyLine>(cad, "TMyLine", {{10, 12.0f + 16 * i}, {110, 12.0f + 16 * i}});
+    line->SetArrowStyle(styles[i]);
+    line->SetArrowAngle(30);
+    line->SetArrowLength(8);
+  }
+  auto* rule = Add<TMyRuleLine>(cad, "TMyRuleLine", {{10, 100}, {110, 120}});
+  rule->Pen().SetColor(clMaroon);
+  Add<TMyPolyLine>(cad, "TMyPolyLine", {{10, 140}, {40, 160}, {70, 140}, {100, 160}});
+  cad.Brush().SetColor(RGB(255, 240, 200));
+  auto* frame = Add<TMyRectangle>(cad, "TMyRectangle", Box(140, 20, 220, 70), 0.4f);
+  frame->SetGradientStyle(gsLinearV);
+  cad.Brush().SetColor(RGB(210, 240, 210));
+  auto* ellipse = Add<TMyEllipse>(cad, "TMyEllipse", Box(140, 100, 220, 150));
+  ellipse->Pen().SetWidth(2);
+  Add<TMyPolygon>(cad, "TMyPolygon", {{240, 20}, {300, 30}, {280, 80}, {240, 20}});
+  Add<TMyBLine>(cad, "TMyBLine", {{240, 150}, {260, 100}, {280, 140}, {280, 140}, {280, 140}, {300, 100}});
+  cad.SelectShapeByCode(frame->ShapeId, true);
+}
+
+std::string GoldenPath(const std::string& name) { return test::DataPath("golden/" + name + ".png"); }
+
+// Renders Cad through its paint pipeline and compares with the golden picture.
+void ExpectGolden(TMyCAD& cad, const std::string& name) {
+  cad.Repaint();
+  const QImage actual = ToQImage(cad.ScreenBitmap());
+  const QString path = QString::fromStdString(GoldenPath(name));
+  if (qEnvironmentVariableIsSet("LUMATREX_UPDATE_GOLDEN")) {
+    ASSERT_TRUE(actual.save(path, "PNG")) << "cannot write " << path.toStdString();
+    return;
+  }
+  const QImage expected = QImage(path).convertToFormat(QImage::Format_RGB32);
+  ASSERT_FALSE(expected.isNull()) << "missing golden picture " << path.toStdString();
+  ASSERT_EQ(actual.size(), expected.size());
+  int differing = 0;
+  for (int y = 0; y < actual.height(); ++y)
+    for (int x = 0; x < actual.width(); ++x)
+      if ((actual.pixel(x, y) & 0xFFFFFF) != (expected.pixel(x, y) & 0xFFFFFF)) ++differing;
+  if (differing > 0) {
+    const std::string saved = testing::TempDir() + name + ".actual.png";
+    actual.save(QString::fromStdString(saved), "PNG");
+    ADD_FAILURE() << differing << " pixels differ from " << path.toStdString() << "; rendered picture: " << saved;
+  }
+}
+
+TEST(Golden, TheSceneAtZoom1And2AndTheFourBackgroundPlacementsMatchTheirPictures) {
+  struct Scene {
+    const char* name;
+    int zoom;
+    TGridType grid;
+  };
+  for (const Scene& c : {Scene{"scene_zoom1_line_grid", 1, gLine}, Scene{"scene_zoom2_dot_grid", 2, gPixel}}) {
+    SCOPED_TRACE(c.name);
+    TMyCAD cad;
+    cad.resize(320 * c.zoom, 180 * c.zoom);
+    cad.GridOperation()->SetGridType(c.grid);
+    cad.GridOperation()->SetGridColor(RGB(220, 220, 230));
+    cad.GridOperation()->SetGridWidth(20);
+    cad.GridOperation()->SetGridHeight(20);
+    cad.GridOperation()->SetGridInZoom(true);
+    BuildScene(cad);
+    cad.SetZoom(c.zoom);
+    ExpectGolden(cad, c.name);
+  }
+  const std::pair<const char*, TBkBitmapMode> backgrounds[] = {
+      {"background_tiled", Tiled}, {"background_stretch", Stretch}, {"background_center", Center}, {"background_lefttop", LeftTop}};
+  for (const auto& [name, mode] : backgrounds) {
+    SCOPED_TRACE(name);
+    TMyCAD cad;
+    cad.resize(40, 30);
+    cad.SetBkBitmap(Tile());
+    cad.SetBkBitmapMode(mode);
+    ExpectGolden(cad, name);
+  }
 }
 
 }  // namespace

@@ -1,23 +1,26 @@
+// The undo history and the editing commands: what each step records, the
+// history's bounds, and every command (z-order, group, combine, flip, tilt,
+// align, keys) undone and redone to the exact document before and after it.
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "canvas/document_state.h"
-#include "canvas/tmycad.h"
+#include "geometry/geometry.h"
 #include "shapes/connectors.h"
+#include "shapes/groups.h"
+#include "support/mouse.h"
 
 namespace lumatrex {
 namespace {
 
-using test::AddBox;
-using test::Box;
-using test::DocumentState;
-using test::Names;
-using test::StepCount;
+using namespace test;
 
 TMyShape* AddNamedBox(TMyCAD& cad, const std::string& name, float l = 0, float t = 0) {
   TMyShape* shape = AddBox(cad, l, t, l + 10, t + 10);
@@ -123,48 +126,36 @@ TEST(TMyCADUndo, WithSizeOneEachStepReplacesTheLastAndOneUndoRevertsOnlyTheLast)
   EXPECT_EQ(DocumentState(cad), afterFirst);
 }
 
-TEST(TMyCADUndo, AFullHistoryDropsItsOldestStepAndNumbersTheRestFromZero) {
+// The size bounds the history only when a step is added to an exactly full
+// one; size 0 empties and stops it.
+TEST(TMyCADUndo, TheSizeDropsTheOldestStepOfAFullHistoryAndZeroStopsIt) {
   TMyCAD cad;
-  cad.SetUndoRedoSize(3);
   std::vector<TMyShape*> shapes;
   for (int i = 0; i < 4; ++i) shapes.push_back(AddBox(cad, 0, 0, 10, 10));
+  cad.SetUndoRedoSize(3);
   RecordedDrag(cad, {shapes[0], shapes[1]}, 1, 0);  // a step of two records
   for (int i = 1; i < 4; ++i) RecordedDrag(cad, {shapes[i]}, 1, 0);
   std::vector<std::pair<std::int32_t, std::int32_t>> stepAndId;
   for (const TSavedShape& r : cad.GetUndoRedoShapeList()) stepAndId.emplace_back(r.UndoStep, r.SavedShape->ShapeId);
   EXPECT_EQ(stepAndId, (std::vector<std::pair<std::int32_t, std::int32_t>>{{0, 1}, {1, 2}, {2, 3}}));
-}
-
-TEST(TMyCADUndo, LoweringTheSizeDoesNotTrimAndOnlyAnExactlyFullHistoryDropsAStep) {
-  TMyCAD cad;
-  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
-  for (int i = 0; i < 3; ++i) RecordedDrag(cad, {a}, 1, 0);
   cad.SetUndoRedoSize(2);
-  EXPECT_EQ(StepCount(cad), 3);
-  RecordedDrag(cad, {a}, 1, 0);
+  EXPECT_EQ(StepCount(cad), 3);  // lowering the size does not trim
+  RecordedDrag(cad, {shapes[0]}, 1, 0);
   EXPECT_EQ(StepCount(cad), 4);  // past the size, the history keeps growing
   cad.SetUndoRedoSize(5);
-  RecordedDrag(cad, {a}, 1, 0);
+  RecordedDrag(cad, {shapes[0]}, 1, 0);
+  RecordedDrag(cad, {shapes[0]}, 1, 0);
   EXPECT_EQ(StepCount(cad), 5);
-  RecordedDrag(cad, {a}, 1, 0);
-  EXPECT_EQ(StepCount(cad), 5);
-}
-
-TEST(TMyCADUndo, SizeZeroEmptiesAndStopsTheHistoryAndTenAgainStartsEmpty) {
-  TMyCAD cad;
-  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
-  RecordedDrag(cad, {a}, 1, 0);
-  RecordedDrag(cad, {a}, 1, 0);
   cad.SetUndoRedoSize(0);
   EXPECT_TRUE(cad.GetUndoRedoShapeList().empty());
-  RecordedDrag(cad, {a}, 1, 0);
-  cad.DeleteShapeById(a->ShapeId, true);
+  RecordedDrag(cad, {shapes[0]}, 1, 0);
+  cad.DeleteShapeById(shapes[0]->ShapeId, true);
   EXPECT_TRUE(cad.GetUndoRedoShapeList().empty());
   EXPECT_EQ(cad.PopFromUndoRedoShapeList(), -1);
   cad.SetUndoRedoSize(10);
   EXPECT_TRUE(cad.GetUndoRedoShapeList().empty());
   EXPECT_EQ(cad.PopFromUndoRedoShapeList(), -1);
-  EXPECT_EQ(cad.GetShapesCount(), 0);
+  EXPECT_EQ(cad.GetShapesCount(), 3);
 }
 
 // ---------------------------------------------------------------------------
@@ -256,6 +247,7 @@ TEST(TMyCADUndo, UndoingEveryStepRestoresTheDocumentByteForByte) {
       {"ungrouping_is_undone_by_regrouping_the_direct_members_with_name_and_identity",
        [](TGroupScene& s) { s["G"]->UserData().AddKeyandValue("key", "value"); },
        [](TGroupScene& s) { s.cad.UnGroupShape(s["G"], true); }, 1},
+      {"grouping_is_undone_by_ungrouping", nothing, [](TGroupScene& s) { s.cad.GroupShapes({s["A"], s["B"]}, true); }, 1},
       {"older_steps_still_find_a_regrouped_group", nothing,
        [](TGroupScene& s) {
          RecordedDrag(s.cad, {s["G"]}, 5, 5);
@@ -275,19 +267,6 @@ TEST(TMyCADUndo, UndoingEveryStepRestoresTheDocumentByteForByte) {
     for (std::int32_t i = 0; i < c.steps; ++i) scene.cad.PopFromUndoRedoShapeList();
     EXPECT_EQ(DocumentState(scene.cad), before);
   }
-}
-
-TEST(TMyCADUndo, UndoingAGroupStepUngroups) {
-  TMyCAD cad;
-  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
-  TMyShape* b = AddBox(cad, 20, 0, 30, 10);
-  const auto before = DocumentState(cad);
-  TMyShape* g = cad.GroupShapes({a, b}, true);
-  ASSERT_EQ(cad.GetUndoRedoShapeList().size(), 1u);
-  EXPECT_EQ(cad.GetUndoRedoShapeList()[0].ActionName, "ACT_GROUP");
-  EXPECT_EQ(cad.GetUndoRedoShapeList()[0].SavedShape->ShapeId, g->ShapeId);
-  cad.PopFromUndoRedoShapeList();
-  EXPECT_EQ(DocumentState(cad), before);
 }
 
 // ---------------------------------------------------------------------------
@@ -323,48 +302,6 @@ TEST(TMyCADUndo, ADeletedGroupComesBackWithItsMembersAndTheirRelations) {
   EXPECT_EQ(g->ParentId, -1);
   EXPECT_EQ(scene["M1"]->UserData().GetValueByKey("key"), "value");
   for (std::int32_t i = 0; i < cad.GetShapesCount(); ++i) EXPECT_EQ(cad.GetShapeByNo(i)->ShapeNo, i);
-}
-
-TEST(TMyCADUndo, UndoingTheDeletionOfAConnectorAndOneOfItsShapesRestoresBothWithTheConnectorDetached) {
-  TMyCAD cad;
-  TMyShape* a = AddNamedBox(cad, "A");
-  TMyShape* b = AddNamedBox(cad, "B", 40);
-  auto* link = static_cast<TMyLinkLine*>(cad.AddShapeByCode2("TMyLinkLine", "Link", {{10, 5}, {40, 5}}, 0));
-  link->SetStartSpNo(a->ShapeNo);
-  link->SetStartSpPtId(0);
-  link->SetEndSpNo(b->ShapeNo);
-  link->SetEndSpPtId(0);
-  a->LinkLines = b->LinkLines = {static_cast<std::uint32_t>(link->ShapeNo)};
-  cad.SelectShapeByCode(a->ShapeId, true);
-  cad.SelectShapeByCode(link->ShapeId, false);
-  cad.DeleteSelectedShapes(true);
-  EXPECT_EQ(StepCount(cad), 1);
-  ASSERT_EQ(Names(cad), (std::vector<std::string>{"B"}));
-
-  cad.PopFromUndoRedoShapeList();
-  ASSERT_EQ(cad.GetShapesCount(), 3);
-  link = static_cast<TMyLinkLine*>(cad.GetShapeByName("Link"));
-  ASSERT_NE(link, nullptr);
-  EXPECT_EQ(link->GetStartSpNo(), -1);
-  EXPECT_EQ(link->GetEndSpNo(), -1);
-  EXPECT_EQ(link->Points, (TArrMyPoint{{10, 5}, {40, 5}}));
-  EXPECT_TRUE(cad.GetShapeByName("A")->LinkLines.empty());
-  EXPECT_TRUE(cad.GetShapeByName("B")->LinkLines.empty());
-}
-
-TEST(TMyCADUndo, DeletingTheSelectionIsOneStepThatLeavesLockedShapesOut) {
-  TMyCAD cad;
-  AddNamedBox(cad, "A");
-  AddNamedBox(cad, "B");
-  AddNamedBox(cad, "Locked")->StoreLocked(true);
-  cad.SelectAllShapes();
-  cad.DeleteSelectedShapes(true);
-  EXPECT_EQ(Names(cad), (std::vector<std::string>{"Locked"}));
-  EXPECT_EQ(StepCount(cad), 1);
-  cad.PopFromUndoRedoShapeList();
-  auto names = Names(cad);
-  std::sort(names.begin(), names.end());
-  EXPECT_EQ(names, (std::vector<std::string>{"A", "B", "Locked"}));
 }
 
 // ---------------------------------------------------------------------------
@@ -415,7 +352,310 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<TZOrderCase>& info) { return std::string(info.param.edge); });
 
 // ---------------------------------------------------------------------------
-// Grouping
+// Alignment
+
+using TCommand = void (TMyCAD::*)();
+
+// Two selected boxes: "first" 10..30 x 0..20 (20 wide, 20 high) and "second"
+// 50..60 x 40..100 (10 wide, 60 high); their joint box is 10..60 x 0..100.
+struct TAlignCase {
+  const char* edge;
+  TCommand command;
+  TMyRect first;
+  TMyRect second;
+};
+
+TArrMyPoint BoxOf(const TMyRect& r) { return Box(r.Left, r.Top, r.Right, r.Bottom); }
+
+class TMyCADAlign : public testing::TestWithParam<std::tuple<TAlignCase, double>> {};
+
+TEST_P(TMyCADAlign, MovesOrSizesInModelUnitsAtEveryZoomAsOneUndoableStep) {
+  const auto& [row, zoom] = GetParam();
+  TMyCAD cad;
+  cad.SetZoom(zoom);
+  TMyShape* first = AddBox(cad, 10, 0, 30, 20);
+  TMyShape* second = AddBox(cad, 50, 40, 60, 100);
+  const auto before = DocumentState(cad);
+  // With no shape or one shape selected, nothing changes and nothing is recorded.
+  (cad.*row.command)();
+  cad.SelectShapeByCode(first->ShapeId, true);
+  (cad.*row.command)();
+  EXPECT_EQ(DocumentState(cad), before);
+  EXPECT_EQ(StepCount(cad), 0);
+  cad.SelectAllShapes();
+  (cad.*row.command)();
+  EXPECT_EQ(first->Points, BoxOf(row.first));
+  EXPECT_EQ(second->Points, BoxOf(row.second));
+  EXPECT_EQ(StepCount(cad), 1);
+  ASSERT_EQ(cad.GetUndoRedoShapeList().size(), 2u);
+  EXPECT_EQ(cad.GetUndoRedoShapeList()[0].ActionName, "ACT_CHANGE");
+
+  cad.PopFromUndoRedoShapeList();
+  EXPECT_EQ(DocumentState(cad), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, TMyCADAlign,
+    testing::Combine(
+        testing::Values(
+            TAlignCase{"AlignLeft_moves_the_second_by_minus_40", &TMyCAD::AlignLeft, {10, 0, 30, 20},
+                       {10, 40, 20, 100}},
+            TAlignCase{"AlignRight", &TMyCAD::AlignRight, {40, 0, 60, 20}, {50, 40, 60, 100}},
+            TAlignCase{"AlignTop", &TMyCAD::AlignTop, {10, 0, 30, 20}, {50, 0, 60, 60}},
+            TAlignCase{"AlignBottom", &TMyCAD::AlignBottom, {10, 80, 30, 100}, {50, 40, 60, 100}},
+            TAlignCase{"AlignHorizontalCenter_on_x_35", &TMyCAD::AlignHorizontalCenter, {25, 0, 45, 20},
+                       {30, 40, 40, 100}},
+            TAlignCase{"AlignVerticalCenter_different_heights_on_y_50", &TMyCAD::AlignVerticalCenter,
+                       {10, 40, 30, 60}, {50, 20, 60, 80}},
+            TAlignCase{"AverageWidth_15_keeps_the_left_top_corners", &TMyCAD::AverageWidth, {10, 0, 25, 20},
+                       {50, 40, 65, 100}},
+            TAlignCase{"AverageHeight_40_keeps_the_left_top_corners", &TMyCAD::AverageHeight, {10, 0, 30, 40},
+                       {50, 40, 60, 80}}),
+        testing::Values(1.0, 2.5)),
+    [](const testing::TestParamInfo<std::tuple<TAlignCase, double>>& info) {
+      return std::string(std::get<0>(info.param).edge) + (std::get<1>(info.param) == 1.0 ? "_zoom1" : "_zoom2_5");
+    });
+
+TEST(TMyCADAlignment, AGroupMovesWithItsMembersAndAttachedConnectorsFollow) {
+  TMyCAD cad;
+  TMyShape* member = AddBox(cad, 50, 0, 60, 10);
+  member->AddLinkPoint({60, 5});
+  TMyShape* group = cad.GroupShapes({member, AddBox(cad, 70, 0, 80, 10)}, false);
+  TMyShape* box = AddBox(cad, 10, 30, 20, 40);
+  auto* link = static_cast<TMyLinkLine*>(cad.AddShapeByCode2("TMyLinkLine", "", {{60, 5}, {100, 5}}, 0));
+  link->SetStartSpNo(member->ShapeNo);
+  link->SetStartSpPtId(0);
+  member->LinkLines = {static_cast<std::uint32_t>(link->ShapeNo)};  // the shape lists its connector
+  cad.SelectShapeByCode(group->ShapeId, true);
+  cad.SelectShapeByCode(box->ShapeId, false);
+
+  cad.AlignLeft();
+  EXPECT_EQ(group->Points, Box(10, 0, 40, 10));
+  EXPECT_EQ(member->Points, Box(10, 0, 20, 10));
+  EXPECT_EQ(link->GetPoint(0), (TMyPoint{20, 5}));
+  EXPECT_EQ(link->GetPoint(1), (TMyPoint{100, 5}));
+  // The group, its two members, the box, and the connector that follows.
+  EXPECT_EQ(cad.GetUndoRedoShapeList().size(), 5u);
+}
+
+TEST(TMyCADAlignment, AverageWidthLeavesShapesWithoutWidthOutAndScalesGroupsWhole) {
+  TMyCAD cad;
+  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
+  TMyShape* m = AddBox(cad, 100, 0, 110, 10);
+  TMyShape* group = cad.GroupShapes({m, AddBox(cad, 120, 0, 130, 10)}, false);  // 30 wide
+  TMyShape* vertical = cad.AddShapeByCode2("TMyLine", "", {{50, 0}, {50, 40}}, 0);
+  cad.SelectAllShapes();
+
+  cad.AverageWidth();  // (10 + 30) / 2
+  EXPECT_EQ(a->Points, Box(0, 0, 20, 10));
+  EXPECT_EQ(group->Points, Box(100, 0, 120, 10));
+  EXPECT_FLOAT_EQ(m->Points[1].X, 100 + 20.0f / 3);  // 10 wide, scaled by 20 / 30 about the group's left
+  EXPECT_EQ(vertical->Points, (TArrMyPoint{{50, 0}, {50, 40}}));
+}
+
+// ---------------------------------------------------------------------------
+// Commands
+
+TColor PixelAt(TMyCAD& cad, int x, int y) {
+  cad.DrawAll(Rect(0, 0, cad.Width(), cad.Height()));
+  return TBitmap(cad.BackBuffer()).Canvas().GetPixel(x, y);
+}
+
+// A (20,20)-(60,60) and B (100,80)-(140,120), grouped unless Loose; with
+// Nested, B sits in a group of its own inside.
+struct TScene {
+  TMyCAD cad;
+  TMouse mouse{cad};
+  TMyShape* a;
+  TMyShape* b;
+  TMyShape* group = nullptr;
+  explicit TScene(bool loose = false, bool nested = false) {
+    cad.resize(400, 300);
+    cad.SetResizeEnable(true);
+    cad.SetDragEnable(true);
+    a = AddBox(cad, 20, 20, 60, 60);
+    b = AddBox(cad, 100, 80, 140, 120);
+    if (loose) {
+      cad.SelectShapeByCode(a->ShapeId, true);
+      cad.SelectShapeByCode(b->ShapeId, false);
+      return;
+    }
+    TMyShape* inner = nested ? cad.GroupShapes({b}, false) : b;
+    group = cad.GroupShapes({a, inner}, false);
+    cad.SelectShapeByCode(group->ShapeId, true);
+  }
+};
+
+void ExpectBox(const TMyCAD& cad, TMyShape* s, const TMyRect& want) {
+  const TMyRect got = cad.GetShapesLTRB({s});
+  EXPECT_NEAR(got.Left, want.Left, 1e-3);
+  EXPECT_NEAR(got.Top, want.Top, 1e-3);
+  EXPECT_NEAR(got.Right, want.Right, 1e-3);
+  EXPECT_NEAR(got.Bottom, want.Bottom, 1e-3);
+}
+
+// Each command moves the members as expected, and undo, redo and undo again
+// give back the saved bytes of the drawing before and after it exactly.
+TEST(TMyCADCommands, GroupAndSelectionCommandsMoveMembersAndUndoRedoExactly) {
+  struct Case {
+    const char* name;
+    bool loose, nested;
+    std::function<void(TScene&)> act;
+    TMyRect a, b;
+  };
+  const Case cases[] = {
+      {"a group's corner handle scales every member about the far corner", false, false,
+       [](TScene& s) { s.mouse.Drag(140, 120, 260, 220); }, {20, 20, 100, 100}, {180, 140, 260, 220}},
+      {"a nested group's members scale with the outer group", false, true,
+       [](TScene& s) { s.mouse.Drag(140, 120, 260, 220); }, {20, 20, 100, 100}, {180, 140, 260, 220}},
+      {"a quarter turn moves members about the group centre", false, false,
+       [](TScene& s) {
+         s.cad.PushtoUndoRedoShapeList({s.group}, ACT_CHANGE);
+         s.cad.Rotate(s.group, static_cast<float>(kPi / 2));
+       },
+       {90, 10, 130, 50}, {30, 90, 70, 130}},
+      {"a horizontal flip mirrors the selection about its joint centre line", true, false,
+       [](TScene& s) { s.cad.FlipHoriz(); }, {100, 20, 140, 60}, {20, 80, 60, 120}},
+      {"a vertical flip of a group mirrors its members", false, false, [](TScene& s) { s.cad.FlipVert(); },
+       {20, 80, 60, 120}, {100, 20, 140, 60}},
+      {"a 45 degree tilt in x shears about the centre line", true, false,
+       [](TScene& s) { s.cad.TiltHoriz(static_cast<double>(kPi / 4)); }, {-30, 20, 50, 60}, {110, 80, 190, 120}},
+      {"a tilt past 89 degrees does nothing", true, false, [](TScene& s) { s.cad.TiltVert(1.56); },
+       {20, 20, 60, 60}, {100, 80, 140, 120}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TScene s(c.loose, c.nested);
+    const auto before = Saved(s.cad);
+    c.act(s);
+    ExpectBox(s.cad, s.a, c.a);
+    ExpectBox(s.cad, s.b, c.b);
+    const auto after = Saved(s.cad);
+    if (after == before) continue;
+    s.cad.PopFromUndoRedoShapeList();
+    EXPECT_EQ(Saved(s.cad), before);
+    ASSERT_TRUE(s.cad.Redo());
+    EXPECT_EQ(Saved(s.cad), after);
+    s.cad.PopFromUndoRedoShapeList();
+    EXPECT_EQ(Saved(s.cad), before);
+  }
+}
+
+TEST(TMyCADCommands, CombiningFillsEvenOddWithHolesAndUncombiningGivesTheMembersBack) {
+  TMyCAD cad;
+  cad.resize(100, 100);
+  cad.Brush().SetColor(clRed);
+  TMyShape* a = AddBox(cad, 10, 10, 50, 50);
+  AddBox(cad, 30, 30, 70, 70);
+  cad.Brush().SetColor(clBlue);
+  TMyShape* combine = cad.CombineShapes({a, cad.GetShapeByNo(1)}, true);
+  ASSERT_NE(combine, nullptr);
+  EXPECT_EQ(combine->Brush().Color(), clRed);
+  EXPECT_EQ(PixelAt(cad, 20, 20), clRed);
+  EXPECT_EQ(PixelAt(cad, 40, 40), clWhite);  // the overlap is a hole
+  EXPECT_EQ(PixelAt(cad, 60, 60), clRed);
+  EXPECT_EQ(cad.ShapeAt(20, 20), combine);
+  EXPECT_EQ(cad.ShapeAt(40, 40), nullptr);
+  const auto combined = Saved(cad);
+  cad.UnGroupShape(combine, true);
+  EXPECT_EQ(PixelAt(cad, 40, 40), clRed);  // the front member, painted again
+  EXPECT_EQ(cad.ShapeAt(40, 40), cad.GetShapeByNo(1));
+  cad.PopFromUndoRedoShapeList();
+  EXPECT_EQ(Saved(cad), combined);
+  EXPECT_STREQ(cad.GetShapeByNo(2)->ClassName(), "TMyCombine");
+}
+
+// Each redo brings back exactly the drawing its undo started from (undo
+// itself may not: deleted shapes come back at the front, z-order inverses
+// are coarse), so undoing everything and redoing it all ends on the last
+// state, and a new change ends what could be redone.
+TEST(TMyCADCommands, RedoReturnsToTheStateBeforeEachUndoAndANewChangeEndsIt) {
+  TMyCAD cad;
+  AddBox(cad, 0, 0, 10, 10);
+  const std::vector<std::function<void()>> steps = {
+      [&] { cad.AddShapeByCode("TMyEllipse", "", Box(20, 0, 30, 10), 0); },
+      [&] { cad.GroupShapes({cad.GetShapeByNo(0), cad.GetShapeByNo(1)}, true); },
+      [&] { cad.BringToFront(cad.GetShapeByNo(2), true); },
+      [&] { cad.AddShapeByCode("TMyRectangle", "", Box(0, 40, 10, 50), 0); },
+      [&] { cad.SendToBack(cad.GetShapeByNo(3), true); },
+      [&] { cad.UnGroupShape(cad.GetShapeByNo(3), true); },
+      [&] { cad.DeleteShapeById(cad.GetShapeByNo(1)->ShapeId, true); },
+  };
+  for (const auto& step : steps) step();
+  std::vector<std::vector<std::uint8_t>> seen = {Saved(cad)};  // before each undo, and after the last
+  while (cad.CanUndo()) {
+    cad.PopFromUndoRedoShapeList();
+    seen.push_back(Saved(cad));
+  }
+  ASSERT_EQ(seen.size(), steps.size() + 1);
+  for (std::size_t i = seen.size() - 1; i-- > 0;) {
+    SCOPED_TRACE(i);
+    ASSERT_TRUE(cad.Redo());
+    EXPECT_EQ(Saved(cad), seen[i]);
+  }
+  EXPECT_FALSE(cad.Redo());
+  for (std::size_t i = 1; i < seen.size(); ++i) {
+    cad.PopFromUndoRedoShapeList();
+    EXPECT_EQ(Saved(cad), seen[i]);  // undoing again gives what it gave before
+  }
+  cad.AddShapeByCode("TMyLine", "", {{0, 0}, {5, 5}}, 0);
+  EXPECT_FALSE(cad.CanRedo());
+}
+
+TEST(TMyCADCommands, TheHistoryKeepsItsMemoryUnderTheLimitButAlwaysTheNewestStep) {
+  TMyCAD cad;
+  for (int i = 0; i < 5; ++i) cad.AddShapeByCode("TMyRectangle", "", Box(0, 0, 10, 10), 0);
+  EXPECT_EQ(StepCount(cad), 5);
+  const std::int64_t perStep = cad.GetUndoMemoryUsed() / 5;
+  cad.SetUndoMemoryLimit(perStep * 2);
+  EXPECT_EQ(StepCount(cad), 2);
+  cad.SetUndoMemoryLimit(0);
+  EXPECT_EQ(StepCount(cad), 1);
+  EXPECT_EQ(cad.GetUndoMemoryLimit(), 0);
+}
+
+TEST(TMyCADCommands, KeysAndDoubleClicksEditAsInOtherEditors) {
+  struct Case {
+    const char* name;
+    std::function<void(TScene&)> act;
+    int shapes;
+    std::function<TMyShape*(TScene&)> selected;
+  };
+  auto groupSelected = [](TScene& s) { return s.group; };
+  const Case cases[] = {
+      {"Ctrl+D duplicates the group with its members", [](TScene& s) { Key(s.cad, Qt::Key_D, Qt::ControlModifier); },
+       6, [](TScene& s) { return s.cad.GetShapeByNo(5); }},
+      {"Ctrl+C, Ctrl+V pastes a copy", [](TScene& s) {
+         Key(s.cad, Qt::Key_C, Qt::ControlModifier);
+         Key(s.cad, Qt::Key_V, Qt::ControlModifier);
+       }, 6, [](TScene& s) { return s.cad.GetShapeByNo(5); }},
+      {"Ctrl+X cuts", [](TScene& s) { Key(s.cad, Qt::Key_X, Qt::ControlModifier); }, 0,
+       [](TScene&) -> TMyShape* { return nullptr; }},
+      {"Ctrl+Y after Ctrl+Z redoes", [](TScene& s) {
+         Key(s.cad, Qt::Key_D, Qt::ControlModifier);
+         Key(s.cad, Qt::Key_Z, Qt::ControlModifier);
+         Key(s.cad, Qt::Key_Y, Qt::ControlModifier);
+       }, 6, [](TScene&) -> TMyShape* { return nullptr; }},
+      {"Ctrl+Shift+Z redoes too", [](TScene& s) {
+         Key(s.cad, Qt::Key_X, Qt::ControlModifier);
+         Key(s.cad, Qt::Key_Z, Qt::ControlModifier);
+         Key(s.cad, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+       }, 0, [](TScene&) -> TMyShape* { return nullptr; }},
+      {"a double click enters the group at the member", [](TScene& s) { s.mouse.DoubleClick(120, 100); }, 3,
+       [](TScene& s) { return s.b; }},
+      {"Escape leaves the group", [](TScene& s) {
+         s.mouse.DoubleClick(120, 100);
+         Key(s.cad, Qt::Key_Escape);
+       }, 3, groupSelected},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TScene s;
+    c.act(s);
+    EXPECT_EQ(s.cad.GetShapesCount(), c.shapes);
+    EXPECT_EQ(s.cad.GetSelectedShape(), c.selected(s));
+  }
+}
 
 }  // namespace
 }  // namespace lumatrex

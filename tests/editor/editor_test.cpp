@@ -7,7 +7,9 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QProcess>
@@ -18,40 +20,19 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QToolBar>
-#include <set>
+#include <QTreeWidget>
 
 #include "canvas/tmycad.h"
+#include "inspector/component_inspector.h"
+#include "inspector/inspector_grid.h"
+#include "inspector/property_dialogs.h"
 #include "layers_panel.h"
 #include "main_window.h"
 #include "sample_drawing.h"
+#include "support/mouse.h"
 
 namespace lumatrex {
 namespace {
-
-// A mouse event on W at At, given in the coordinates of Frame (W's own by
-// default): a view that scrolls during a drag moves W under a still frame.
-void Mouse(QWidget& w, QEvent::Type type, QPoint at, Qt::MouseButton button, const QWidget* frame) {
-  const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(button);
-  const QPointF global = (frame ? frame : &w)->mapToGlobal(QPointF(at));
-  QMouseEvent event(type, w.mapFromGlobal(global), global, type == QEvent::MouseMove ? Qt::NoButton : button, held,
-                    Qt::NoModifier);
-  QApplication::sendEvent(&w, &event);
-}
-
-void Drag(QWidget& w, QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton,
-          const QWidget* frame = nullptr) {
-  Mouse(w, QEvent::MouseButtonPress, from, button, frame);
-  Mouse(w, QEvent::MouseMove, (from + to) / 2, button, frame);
-  Mouse(w, QEvent::MouseMove, to, button, frame);
-  Mouse(w, QEvent::MouseButtonRelease, to, button, frame);
-}
-
-void Key(QWidget& w, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-  QKeyEvent press(QEvent::KeyPress, key, modifiers);
-  QApplication::sendEvent(&w, &press);
-  QKeyEvent release(QEvent::KeyRelease, key, modifiers);
-  QApplication::sendEvent(&w, &release);
-}
 
 QAction* ToolButton(editor::TMainWindow& window, const QString& label) {
   for (QToolBar* bar : window.findChildren<QToolBar*>())
@@ -90,7 +71,7 @@ class Editor : public ::testing::Test {
     window.show();
     ToolButton(window, "Rectangle")->trigger();
     const int before = cad.GetShapesCount();
-    Drag(cad, {40, 40}, {140, 120});
+    test::TMouse(cad).Drag(40, 40, 140, 120);
     ASSERT_EQ(cad.GetShapesCount(), before + 1);
     QApplication::processEvents();
   }
@@ -120,20 +101,9 @@ TEST_F(Editor, DrawingARectangleMarksTheTitleAndKeysUndoOnlyOnCtrlZ) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    Key(cad, c.key, c.modifiers);
+    test::Key(cad, c.key, c.modifiers);
     EXPECT_EQ(cad.GetShapesCount(), c.shapesAfter);
   }
-}
-
-TEST_F(Editor, ArrowsNudgeByAPixelAndShiftArrowsByTheGrid) {
-  DrawRectangle();
-  cad.GridOperation()->SetGridWidth(25);
-  cad.GridOperation()->SetGridHeight(15);
-  Key(cad, Qt::Key_Right);
-  Key(cad, Qt::Key_Down, Qt::ShiftModifier);
-  EXPECT_EQ(cad.GetShapeByNo(0)->GetPoint(0), (TMyPoint{41, 55}));
-  Key(cad, Qt::Key_Left, Qt::ShiftModifier);
-  EXPECT_EQ(cad.GetShapeByNo(0)->GetPoint(0), (TMyPoint{16, 55}));
 }
 
 TEST_F(Editor, EnterFinishesAMultiClickShapeAsADoubleClickWould) {
@@ -145,11 +115,8 @@ TEST_F(Editor, EnterFinishesAMultiClickShapeAsADoubleClickWould) {
   for (const Case c : {Case{"Polyline", 3}, Case{"Polygon", 4}}) {
     SCOPED_TRACE(c.tool);
     ToolButton(window, c.tool)->trigger();
-    for (const QPoint p : {QPoint(20, 20), QPoint(80, 30), QPoint(60, 90)}) {
-      Mouse(cad, QEvent::MouseButtonPress, p, Qt::LeftButton, nullptr);
-      Mouse(cad, QEvent::MouseButtonRelease, p, Qt::LeftButton, nullptr);
-    }
-    Key(cad, Qt::Key_Return);
+    test::TMouse(cad).Click(20, 20).Click(80, 30).Click(60, 90);
+    test::Key(cad, Qt::Key_Return);
     ASSERT_EQ(cad.GetShapesCount(), 1);
     EXPECT_EQ(cad.GetShapeByNo(0)->GetPointsCount(), c.points);
     cad.DeleteAllShapes();
@@ -251,11 +218,12 @@ TEST_F(Editor, HandToolMiddleButtonAndWheelMoveTheViewNotTheDrawing) {
   const TMyPoint corner = cad.GetShapeByNo(0)->GetPoint(0);
   h.setValue(300);
   v.setValue(300);
+  // Positions in the viewport, which stays still while the canvas scrolls under it.
   const QWidget* viewport = window.ScrollArea().viewport();
-  Drag(cad, {500, 500}, {450, 470}, Qt::MiddleButton, viewport);
+  test::TMouse(cad, Qt::MiddleButton, viewport).Drag(500, 500, 450, 470);
   EXPECT_EQ(QPoint(h.value(), v.value()), QPoint(350, 330));
   ToolButton(window, "Hand")->trigger();
-  Drag(cad, {500, 500}, {520, 500}, Qt::LeftButton, viewport);
+  test::TMouse(cad, Qt::LeftButton, viewport).Drag(500, 500, 520, 500);
   EXPECT_EQ(h.value(), 330);
   EXPECT_EQ(cad.GetShapeByNo(0)->GetPoint(0), corner);
 
@@ -306,15 +274,60 @@ TEST(EditorProgram, OpensTheFileNamedOnTheCommandLine) {
   EXPECT_EQ(shown.pixelColor(200, 200), QColor(255, 255, 255));  // none of the sample drawing
 }
 
-TEST(EditorSample, HasEveryKindOnTwoLayers) {
-  TMyCAD cad;
-  demo::BuildSampleDrawing(cad);
-  EXPECT_EQ(cad.GetLayersCount(), 2);
-  std::set<std::string> kinds;
-  for (int i = 0; i < cad.GetShapesCount(); ++i) kinds.insert(cad.GetShapeByNo(i)->ClassName());
-  EXPECT_EQ(kinds, (std::set<std::string>{"TMyLine", "TMyRuleLine", "TMyPolyLine", "TMyFreeLine", "TMyBLine",
-                                          "TMyRectangle", "TMyEllipse", "TMyPolygon", "TMyElliArc",
-                                          "TMyPolyBezier", "TMyText", "TMyImage"}));
+// ---------------------------------------------------------------------------
+// The inspector dock follows the canvas's selection, and Edit > User data...
+// edits the selected shape (one undo step) or the canvas.
+
+QAction* MenuAction(QMenuBar& bar, const QString& text) {
+  for (QAction* menu : bar.actions())
+    for (QAction* action : menu->menu()->actions())
+      if (action->text() == text) return action;
+  return nullptr;
+}
+
+// Answers the user data editor as a user would: Add…, key and value, OK.
+// Buttons are clicked from the event loop, as Add… opens a dialog of its own
+// whose loop must see the timer again.
+void AddRecordInTheDialogs(QTimer& timer) {
+  const auto click = [](QPushButton* button) { QTimer::singleShot(0, button, &QPushButton::click); };
+  QObject::connect(&timer, &QTimer::timeout, [click] {
+    QWidget* dialog = QApplication::activeModalWidget();
+    if (auto* record = qobject_cast<TUserKeyAddFrm*>(dialog)) {
+      record->KeyEdit->setText("part");
+      record->ValueEdit->setText("42");
+      click(record->findChild<QPushButton*>("btnOK"));
+    } else if (auto* editor = qobject_cast<TUserKeyFrm*>(dialog)) {
+      click(editor->findChild<QPushButton*>(editor->lvKeyValue->topLevelItemCount() ? "btnOK" : "btnAdd"));
+    }
+  });
+  timer.start(10);
+}
+
+TEST(EditorInspector, UserDataEditsTheSelectedShapeAsOneUndoStepOrElseTheCanvas) {
+  for (const bool selectShape : {true, false}) {
+    SCOPED_TRACE(selectShape ? "a shape selected" : "nothing selected");
+    editor::TMainWindow window;
+    TMyCAD& cad = window.Canvas();
+    TMyShape* shape = cad.AddShapeByCode2("TMyRectangle", "", {{10, 10}, {60, 10}, {60, 40}, {10, 40}}, 0);
+    cad.ClearAllUndoStuff();
+    if (selectShape) cad.SelectShapeByCode(shape->GetShapeId(), true);
+    auto* inspector = window.findChild<TComponentInspector*>();
+    auto* grid = window.findChild<TInspectorGrid*>();
+    ASSERT_TRUE(inspector && grid);
+    inspector->SyncFromCanvas();
+    EXPECT_EQ(grid->Model().Objects(), std::vector<QObject*>{selectShape ? static_cast<QObject*>(shape) : &cad});
+
+    QAction* userData = MenuAction(*window.menuBar(), "User &data…");
+    ASSERT_NE(userData, nullptr);
+    QTimer answer;
+    AddRecordInTheDialogs(answer);
+    userData->trigger();
+    TUserData& edited = selectShape ? shape->UserData() : cad.UserData();
+    EXPECT_EQ(edited.GetValueByKey("part"), "42");
+    EXPECT_EQ(cad.GetUndoRedoShapeList().size(), selectShape ? 1u : 0u);
+    cad.PopFromUndoRedoShapeList();
+    EXPECT_EQ(edited.GetCount(), selectShape ? 0 : 1);
+  }
 }
 
 }  // namespace
