@@ -44,28 +44,23 @@ double Distance(const TMyPoint& p, const TMyPoint& a, const TMyPoint& b) {
 // ---------------------------------------------------------------------------
 // The curve
 
-TEST(TMyBLineCurve, TwoPointsGiveTheStraightSegmentRunAtEvenSpeed) {
-  TMyBLine curve(nullptr);
-  Solve(curve, {{10, 20}, {110, 70}});
-  for (float t : {0.0f, 0.25f, 0.5f, 0.75f, 1.0f}) {
-    const TMyPoint p = curve.GetVPoint(t);
-    EXPECT_NEAR(p.X, 10 + 100 * t, 1e-4) << "t=" << t;
-    EXPECT_NEAR(p.Y, 20 + 50 * t, 1e-4) << "t=" << t;
-  }
-}
-
-TEST(TMyBLineCurve, PassesThroughEveryKnotAtItsParameter) {
+TEST(TMyBLineCurve, PassesThroughEveryKnotAtItsParameterAndTwoPointsRunStraightAtEvenSpeed) {
   TMyBLine curve(nullptr);
   const TArrMyPoint knots = {{20, 100}, {60, 30}, {120, 110}, {180, 40}};
   Solve(curve, knots);
   for (int k = 0; k < 4; ++k) {
-    const TMyPoint p = curve.GetVPoint(static_cast<float>(k) / 3);
-    EXPECT_NEAR(p.X, knots[k].X, 1e-3) << "knot " << k;
-    EXPECT_NEAR(p.Y, knots[k].Y, 1e-3) << "knot " << k;
+    EXPECT_NEAR(curve.GetVPoint(static_cast<float>(k) / 3).X, knots[k].X, 1e-3) << "knot " << k;
+    EXPECT_NEAR(curve.GetVPoint(static_cast<float>(k) / 3).Y, knots[k].Y, 1e-3) << "knot " << k;
   }
   // The phantoms mirror the end vertices' neighbours.
   EXPECT_EQ(curve.Vertex(0).X, 2 * curve.Vertex(1).X - curve.Vertex(2).X);
   EXPECT_EQ(curve.Vertex(5).Y, 2 * curve.Vertex(4).Y - curve.Vertex(3).Y);
+  TMyBLine segment(nullptr);
+  Solve(segment, {{10, 20}, {110, 70}});
+  for (float t : {0.0f, 0.25f, 0.5f, 0.75f, 1.0f}) {
+    EXPECT_NEAR(segment.GetVPoint(t).X, 10 + 100 * t, 1e-4) << "t=" << t;
+    EXPECT_NEAR(segment.GetVPoint(t).Y, 20 + 50 * t, 1e-4) << "t=" << t;
+  }
 }
 
 TEST(TMyBLineCurve, ATripledPointIsASharpCornerAndADoubledOneIsNot) {
@@ -83,12 +78,10 @@ TEST(TMyBLineCurve, ATripledPointIsASharpCornerAndADoubledOneIsNot) {
   TMyBLine doubled(nullptr);
   Solve(doubled, {a, b, b, c});
   EXPECT_GT(offLegs(doubled), 1.0);  // the curve swings round the point
-}
 
-TEST(TMyBLineCurve, PointsEqualWithinTheToleranceStillMakeACorner) {
-  TMyBLine curve(nullptr);
-  Solve(curve, {{0, 0}, {100, 0}, {100.000005f, 0}, {100, 0.000005f}, {100, 100}});
-  EXPECT_EQ(curve.Vertex(3), (TMyPoint{100.000005f, 0}));
+  TMyBLine nearlyTripled(nullptr);  // points equal within the tolerance still make a corner
+  Solve(nearlyTripled, {{0, 0}, {100, 0}, {100.000005f, 0}, {100, 0.000005f}, {100, 100}});
+  EXPECT_EQ(nearlyTripled.Vertex(3), (TMyPoint{100.000005f, 0}));
 }
 
 // The elimination refuses a diagonal element whose magnitude is not above 1e-6.
@@ -207,6 +200,10 @@ TEST(TMyBLineDraw, TheOnePixelCurveCoversEveryClickedPoint) {
   }
   EXPECT_EQ(sheet.at(179, 41), clBlack);
   EXPECT_FALSE(sheet.canvas().Pen().Geometric());  // the shape's pen is not left behind
+  curve.Points.resize(1);                          // fewer than two points draw no curve
+  TSheet single;
+  curve.Draw(single.canvas());
+  EXPECT_EQ(single.inked(), 0);
 }
 
 TEST(TMyBLineDraw, TheStrokeUsesTheShapesEndCaps) {
@@ -228,15 +225,6 @@ TEST(TMyBLineDraw, TheStrokeUsesTheShapesEndCaps) {
     EXPECT_EQ(sheet.at(100, 54), clBlack) << row.edge;
     EXPECT_EQ(sheet.at(153, 50), row.beyondTheEnd) << row.edge;
   }
-}
-
-TEST(TMyBLineDraw, FewerThanTwoPointsDrawNoCurve) {
-  TFakeOwner owner;
-  TMyBLine curve(&owner);
-  curve.Points = {{50, 50}};
-  TSheet sheet;
-  curve.Draw(sheet.canvas());
-  EXPECT_EQ(sheet.inked(), 0);
 }
 
 TEST(TMyBLineDraw, TheDrawingPreviewAfterAClickErasesThePreviewBeforeIt) {

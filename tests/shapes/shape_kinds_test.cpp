@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include "persistence/stream_io.h"
 #include "platform/canvas.h"
@@ -77,12 +78,17 @@ void Customize(TMyShape& shape) {
     image->SetBrightness(-20);
     image->SetContrast(35);
     image->SetTransparent(true);
-    image->SetBorder(true);
     image->SetGrayScale(true);
     image->SetTransparentColor(0x00ABCDEF);
     image->SetTransparentMode(tmFixed);
   }
   if (auto* point = dynamic_cast<TMyLinkPoint*>(&shape)) point->SetSize(13);
+  if (auto* stroke = dynamic_cast<TMyFreeLine*>(&shape)) {
+    stroke->SetArrowAngle(-30);
+    stroke->SetArrowLength(77);
+    stroke->SetArrowOffset(2);
+    stroke->SetArrowStyle(ARight);
+  }
   if (auto* link = dynamic_cast<TMyLinkLine*>(&shape)) {
     link->SetStartSpNo(4);
     link->SetStartSpPtId(2);
@@ -112,68 +118,25 @@ TEST(ShapeKindRecord, KindsWithoutATailWriteTheShapeBaseRecord) {
 
 TEST(ShapeKindRecord, TheTailsAreWrittenByteForByte) {
   TFakeOwner owner;
-  struct Row {
-    const char* edge;
-    std::function<std::unique_ptr<TMyShape>()> make;
-    TBytes tail;
+  TMemoryStream picture;
+  const TBitmap bitmap = Picture();
+  WriteBitmapBuffer(picture, &bitmap);
+  const std::pair<const char*, TBytes> rows[] = {
+      {"TMyElliArc", TRecordBytes().u8(amCircle).u8(asPie).bytes},
+      // Flags, lines, alignments, word wrap; the character space is not stored.
+      {"TMyText", TRecordBytes().u8(1).u8(1).i32(3).str("first").str("").str("third").u8(1).u8(1).u8(0).bytes},
+      // Bitmap block, brightness, contrast, transparent, border, grey, colour, mode.
+      {"TMyImage", TRecordBytes().append(picture.Bytes()).i32(-20).i32(35).u8(1).u8(0).u8(1).i32(0xABCDEF).i32(1).bytes},
+      {"TMyFreeLine", TRecordBytes().i32(-30).u8(77).u8(2).u8(2).bytes},  // angle, length, offset, style
+      {"TMyLinkPoint", TRecordBytes().u8(13).bytes},
   };
-  const Row rows[] = {
-      {"arc: mode and style ordinals",
-       [&] {
-         auto arc = std::make_unique<TMyElliArc>(&owner);
-         arc->SetArcMode(amCircle);
-         arc->SetArcStyle(asPie);
-         return arc;
-       },
-       TRecordBytes().u8(0).u8(2).bytes},
-      {"text: flags, lines, alignments, word wrap; no character space",
-       [&] {
-         auto text = std::make_unique<TMyText>(&owner);
-         text->SetIsBorder(true);
-         text->SetLines({"ab", ""});
-         text->SetVAlignment(tlBottom);
-         text->SetHAlignment(taCenter);
-         text->SetWordWrap(false);
-         text->SetCharacterSpace(9);
-         return text;
-       },
-       TRecordBytes().u8(1).u8(0).i32(2).str("ab").str("").u8(2).u8(2).u8(0).bytes},
-      {"image without a bitmap: zero count, then the settings",
-       [&] {
-         auto image = std::make_unique<TMyImage>(&owner);
-         image->SetBrightness(-5);
-         image->SetContrast(7);
-         image->SetTransparent(true);
-         image->SetGrayScale(true);
-         image->SetTransparentColor(0x123456);
-         image->SetTransparentMode(tmFixed);
-         return image;
-       },
-       TRecordBytes().i64(0).i32(-5).i32(7).u8(1).u8(0).u8(1).i32(0x123456).i32(1).bytes},
-      {"freehand stroke: arrow angle, length, offset and style",
-       [&] {
-         auto stroke = std::make_unique<TMyFreeLine>(&owner);
-         stroke->SetArrowAngle(-30);
-         stroke->SetArrowLength(77);
-         stroke->SetArrowOffset(2);
-         stroke->SetArrowStyle(ARight);
-         return stroke;
-       },
-       TRecordBytes().i32(-30).u8(77).u8(2).u8(2).bytes},
-      {"link point: the size byte",
-       [&] {
-         auto point = std::make_unique<TMyLinkPoint>(&owner);
-         point->SetSize(200);
-         return point;
-       },
-       TRecordBytes().u8(200).bytes},
-  };
-  for (const Row& row : rows) {
-    const std::unique_ptr<TMyShape> shape = row.make();
+  for (const auto& [name, tail] : rows) {
+    const std::unique_ptr<TMyShape> shape = CreateShapeByClassName(name, &owner);
     shape->Points = {{5, 6}};
+    Customize(*shape);
     TMemoryStream base;
     shape->TMyShape::SaveToStream(base);
-    EXPECT_EQ(TailAfter(Saved(*shape), base.Bytes()), row.tail) << row.edge;
+    EXPECT_EQ(TailAfter(Saved(*shape), base.Bytes()), tail) << name;
   }
 }
 
@@ -281,17 +244,15 @@ TEST(ShapeKindRecord, LinkLineRoutingIsStoredFromXP5On) {
 TEST(ShapeKindRecord, ArcAndLinkPointTailsAreInTheOldestVersion) {
   TFakeOwner owner;
   TMyElliArc arc(&owner);
-  EXPECT_EQ(Load(arc, owner, "XP.2", TRecordBytes(BaseRecord("XP.2")).u8(amCircle).u8(asChord).bytes), 0);
-  EXPECT_EQ(arc.GetArcMode(), amCircle);
-  EXPECT_EQ(arc.GetArcStyle(), asChord);
   TMyLinkPoint point(&owner);
+  EXPECT_EQ(Load(arc, owner, "XP.2", TRecordBytes(BaseRecord("XP.2")).u8(amCircle).u8(asChord).bytes), 0);
   EXPECT_EQ(Load(point, owner, "XP.2", TRecordBytes(BaseRecord("XP.2")).u8(21).bytes), 0);
-  EXPECT_EQ(point.GetSize(), 21);
+  EXPECT_EQ(std::tuple(arc.GetArcMode(), arc.GetArcStyle(), point.GetSize()), std::tuple(amCircle, asChord, 21));
 }
 
 TEST(ShapeKindRecord, EveryTruncationOfATailIsAReadError) {
   TFakeOwner owner;
-  for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine"}) {
+  for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine", "TMyFreeLine"}) {
     const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
     Customize(*source);
     TMemoryStream base;
@@ -310,6 +271,7 @@ TEST(ShapeKindRecord, EveryTruncationOfATailIsAReadError) {
 
 TEST(ShapeKindAssign, CopiesTheKindsOwnFieldsAfterTheBase) {
   TFakeOwner owner;
+  // Not a freehand stroke: a line keeps its own arrow offset.
   for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine", "TMyLineLinkLine"}) {
     const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
     source->Points = {{1, 2}, {3, 4}};
