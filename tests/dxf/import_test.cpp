@@ -105,12 +105,7 @@ TEST(LoadFromDxf, ReadsEveryEntityKindOfEzdxfFilesInEachVersion) {
   }
 }
 
-struct BadFile {
-  const char* name;
-  std::string text;
-  std::int64_t line;
-  const char* message;
-};
+struct BadFile { const char* name; std::string text; std::int64_t line; const char* message; };
 
 const std::string kOpen = "0\nSECTION\n2\nENTITIES\n";
 const std::string kClose = "0\nENDSEC\n0\nEOF\n";

@@ -31,11 +31,7 @@ void ExpectNear(const TMyPoint& actual, double x, double y, double tolerance) {
 // ---------------------------------------------------------------------------
 
 TEST(GeometryRound, RoundsHalvesToEven) {
-  struct Row {
-    const char* edge;
-    long double value;
-    std::int32_t expected;
-  };
+  struct Row { const char* edge; long double value; std::int32_t expected; };
   const Row rows[] = {{"2.5 goes down to even", 2.5L, 2},
                       {"3.5 goes up to even", 3.5L, 4},
                       {"-2.5 goes toward zero to even", -2.5L, -2},
@@ -56,22 +52,14 @@ TEST(GeometryConversion, PointsAndRectanglesRoundEachCoordinateOnItsOwnHalfToEve
 }
 
 TEST(GeometryConversion, PtToARectNormalisesCorners) {
-  struct Row {
-    const char* edge;
-    TPoint a, b;
-  };
+  struct Row { const char* edge; TPoint a, b; };
   const Row rows[] = {{"A top-left of B", {1, 2}, {10, 20}}, {"A bottom-right of B", {10, 20}, {1, 2}},
                       {"A bottom-left of B", {1, 20}, {10, 2}}, {"A top-right of B", {10, 2}, {1, 20}}};
   for (const Row& row : rows) EXPECT_EQ(PtToARect(row.a, row.b), (TRect{1, 2, 10, 20})) << row.edge;
 }
 
 TEST(GeometryConversion, ExpandRectGrowsEverySideOrLeavesRectOnOverflowOffsetMovesEdges) {
-  struct Row {
-    const char* edge;
-    TRect r;
-    std::int32_t n;
-    TRect expected;
-  };
+  struct Row { const char* edge; TRect r; std::int32_t n; TRect expected; };
   const Row rows[] = {{"positive N grows", {10, 20, 30, 40}, 3, {7, 17, 33, 43}},
                       {"negative N shrinks", {10, 20, 30, 40}, -3, {13, 23, 27, 37}},
                       {"right edge would overflow", {0, 0, kMaxInt - 1, 10}, 5, {0, 0, kMaxInt - 1, 10}},
@@ -92,11 +80,7 @@ TEST(GeometryMeasure, LengthIsEuclideanAndSquaresBeyondFloatRangeStayFinite) {
 }
 
 TEST(GeometrySlope, AngleOfBToAFollowsScreenDirections) {
-  struct Row {
-    const char* edge;
-    TMyPoint a, b;
-    double expected;
-  };
+  struct Row { const char* edge; TMyPoint a, b; double expected; };
   const Row rows[] = {{"A right of B", {10, 0}, {0, 0}, 0},
                       {"A below B", {0, 10}, {0, 0}, kPiD / 2},
                       {"A left of B", {-10, 0}, {0, 0}, kPiD},
@@ -157,11 +141,7 @@ class GeometryIntersection : public ::testing::Test {
 };
 
 TEST_F(GeometryIntersection, EachCaseGivesItsOwnResultWithoutMessage) {
-  struct Row {
-    const char* edge;
-    TMyPoint p1, p2, p3, p4;
-    TMyPoint expected;
-  };
+  struct Row { const char* edge; TMyPoint p1, p2, p3, p4; TMyPoint expected; };
   const Row rows[] = {{"both vertical x=5: halved y difference", {5, 2}, {5, 100}, {5, 8}, {5, -7}, {5, 3}},
                       {"both vertical on different x keep x1", {1, 2}, {7, 0}, {1, 10}, {7, 1}, {1, 4}},
                       {"first vertical", {3, 0}, {0, 0}, {3, 10}, {10, 10}, {3, 3}},
@@ -230,12 +210,7 @@ TEST(GeometryTriangle, BarbsStandAtAngleOnBothSidesInEveryDirection) {
 }
 
 TEST(GeometrySplitLine, BothPointsLieDistFromAToBKeepingTheFloatAnglesResidue) {
-  struct Row {
-    const char* edge;
-    TMyPoint a, b;
-    std::int32_t dist;
-    TMyPoint expected;
-  };
+  struct Row { const char* edge; TMyPoint a, b; std::int32_t dist; TMyPoint expected; };
   const Row rows[] = {{"toward right-below", {10, 10}, {40, 50}, 25, {25, 30}},
                       {"toward left-above", {100, 100}, {40, 20}, 50, {70, 60}},
                       {"Dist past a byte", {10, 10}, {610, 810}, 500, {310, 410}},
@@ -260,12 +235,7 @@ TEST(GeometrySplitLine, BothPointsLieDistFromAToBKeepingTheFloatAnglesResidue) {
 // ---------------------------------------------------------------------------
 
 TEST(GeometryRotation, PositiveAngleTurnsClockwiseOnScreenAndZeroIsExact) {
-  struct Row {
-    const char* edge;
-    TMyPoint p, center;
-    double angle;
-    TMyPoint expected;
-  };
+  struct Row { const char* edge; TMyPoint p, center; double angle; TMyPoint expected; };
   const Row rows[] = {{"quarter turn takes +x to +y", {10, 0}, {0, 0}, kPiD / 2, {0, 10}},
                       {"negative quarter turn takes +x to -y", {10, 0}, {0, 0}, -kPiD / 2, {0, -10}},
                       {"about a centre off the origin", {15, 5}, {5, 5}, kPiD / 2, {5, 15}},
@@ -281,11 +251,7 @@ TEST(GeometryRotation, PositiveAngleTurnsClockwiseOnScreenAndZeroIsExact) {
 }
 
 TEST(GeometryAngle, RecaclinRadRemovesWholeTurns) {
-  struct Row {
-    const char* edge;
-    float angle;
-    float expected;
-  };
+  struct Row { const char* edge; float angle; float expected; };
   const float twoPi = static_cast<float>(2 * kPiD);
   const float belowTwoPi = std::nextafter(twoPi, 0.0f);
   const Row rows[] = {{"7 loses one turn", 7.0f, static_cast<float>(7 - 2 * kPiD)},
@@ -306,11 +272,7 @@ TEST(GeometryAngle, RecaclinRadRemovesWholeTurns) {
 }
 
 TEST(GeometryAngle, RecaclinDegKeepsItsNegativeOvershoot) {
-  struct Row {
-    const char* edge;
-    std::int32_t angle;
-    std::int32_t expected;
-  };
+  struct Row { const char* edge; std::int32_t angle; std::int32_t expected; };
   const Row rows[] = {{"370 gives 10", 370, 10},           {"361 gives 1", 361, 1},
                       {"720 gives 0", 720, 0},             {"360 stays", 360, 360},
                       {"-360 stays", -360, -360},          {"-400 overshoots to 680", -400, 680},
@@ -329,13 +291,7 @@ TEST(GeometryAngle, RecaclinDegKeepsItsNegativeOvershoot) {
 const TArrMyPoint kThree{{1, 1}, {2, 2}, {3, 3}};
 
 TEST(GeometryPointArray, InsertBeforeIdAcceptsOnlyExistingIndices) {
-  struct Row {
-    const char* edge;
-    TArrMyPoint start;
-    std::int32_t id;
-    bool accepted;
-    TArrMyPoint expected;
-  };
+  struct Row { const char* edge; TArrMyPoint start; std::int32_t id; bool accepted; TArrMyPoint expected; };
   const Row rows[] = {{"before the first", kThree, 0, true, {{9, 9}, {1, 1}, {2, 2}, {3, 3}}},
                       {"before the last", kThree, 2, true, {{1, 1}, {2, 2}, {9, 9}, {3, 3}}},
                       {"Id equal to the length", kThree, 3, false, kThree},
@@ -350,11 +306,7 @@ TEST(GeometryPointArray, InsertBeforeIdAcceptsOnlyExistingIndices) {
 }
 
 TEST(GeometryPointArray, RemovePointClosesGapOrDoesNothing) {
-  struct Row {
-    const char* edge;
-    std::int32_t id;
-    TArrMyPoint expected;
-  };
+  struct Row { const char* edge; std::int32_t id; TArrMyPoint expected; };
   const Row rows[] = {{"last index", 2, {{1, 1}, {2, 2}}}, {"first index", 0, {{2, 2}, {3, 3}}},
                       {"Id equal to the length", 3, kThree}, {"negative Id", -1, kThree}};
   for (const Row& row : rows) {
@@ -365,11 +317,7 @@ TEST(GeometryPointArray, RemovePointClosesGapOrDoesNothing) {
 }
 
 TEST(GeometryPointArray, PointsLTRBSpansAllPoints) {
-  struct Row {
-    const char* edge;
-    TArrMyPoint points;
-    TMyRect expected;
-  };
+  struct Row { const char* edge; TArrMyPoint points; TMyRect expected; };
   const Row rows[] = {{"first point not extreme", {{0, 0}, {-5, 7}, {3, -2}, {1, 9}}, {-5, -2, 3, 9}},
                       {"single point", {{4, 6}}, {4, 6, 4, 6}},
                       {"empty array gives the zero rectangle", {}, {0, 0, 0, 0}}};

@@ -26,10 +26,7 @@ const std::vector<TProbe> kProbes = {
 };
 
 TEST(LibraryProbes, EachProbeAnswersExactlyItsTags) {
-  struct Row {
-    const char* tag;
-    std::vector<std::string> trueFor;
-  };
+  struct Row { const char* tag; std::vector<std::string> trueFor; };
   const std::vector<Row> rows = {
       {"ZOLTLIBX.j", {"IsZOLTLibFile"}},
       {"ZOLTLIBX.i", {"IsZOLTLibFileXI"}},  // not a plain library tag on purpose

@@ -124,12 +124,7 @@ TFile Bitfields(std::uint16_t bpp, std::vector<std::uint32_t> masks, Bytes pixel
 // ---------------------------------------------------------------------------
 
 TEST(BmpDecode, DirectColourVariantsGiveTheirArgbPixels) {
-  struct Case {
-    const char* name;
-    TFile file;
-    bool hasAlpha;
-    std::vector<std::uint32_t> argb;
-  };
+  struct Case { const char* name; TFile file; bool hasAlpha; std::vector<std::uint32_t> argb; };
   TFile rgb24;
   rgb24.width = 2;
   rgb24.height = 2;

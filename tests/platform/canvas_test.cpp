@@ -183,11 +183,7 @@ TEST(CanvasFigures, BrushNeverReachesPastTheOutline) {
 // polygon they go through coverage masks. With the polygon covering the
 // whole picture both ways must paint the same pixels.
 TEST(CanvasFigures, CopyingPenPaintsAsTheMaskPipelineDoes) {
-  struct Case {
-    const char* name;
-    TPenStyle pen;
-    TBrushStyle brush;
-  };
+  struct Case { const char* name; TPenStyle pen; TBrushStyle brush; };
   const Case cases[] = {{"solid_pen_solid_brush", psSolid, bsSolid},
                         {"solid_pen_hatch", psSolid, bsDiagCross},
                         {"clear_pen_solid_brush", psClear, bsSolid},
@@ -223,11 +219,7 @@ TEST(CanvasFigures, CopyingPenPaintsAsTheMaskPipelineDoes) {
 // ---------------------------------------------------------------------------
 
 TEST(CanvasLines, DrawExactlyTheNearestPixelsWithoutTheLastOne) {
-  struct Case {
-    const char* name;
-    TPoint from, to;
-    std::vector<TPoint> pixels;
-  };
+  struct Case { const char* name; TPoint from, to; std::vector<TPoint> pixels; };
   const Case cases[] = {
       {"horizontal", {0, 0}, {4, 0}, {{0, 0}, {1, 0}, {2, 0}, {3, 0}}},
       {"upward vertical", {2, 5}, {2, 1}, {{2, 5}, {2, 4}, {2, 3}, {2, 2}}},

@@ -289,11 +289,7 @@ TEST(TRsRuler, LongAndShortTicksFollowTheirPeriods) {
 // TRsRuler: the four edges, both counting directions
 // ---------------------------------------------------------------------------
 
-struct TEdgeCase {
-  const char* name;
-  TRulerDir dir;
-  TRulerScaleDir scaleDir;
-};
+struct TEdgeCase { const char* name; TRulerDir dir; TRulerScaleDir scaleDir; };
 
 class TRsRulerEdges : public ::testing::TestWithParam<TEdgeCase> {};
 
@@ -326,14 +322,7 @@ INSTANTIATE_TEST_SUITE_P(
 // TRsRuler: label texts
 // ---------------------------------------------------------------------------
 
-struct TLabelCase {
-  const char* name;
-  TRulerUnit unit;
-  int scale;
-  double offset;
-  bool showMinus;
-  TLabels labels;
-};
+struct TLabelCase { const char* name; TRulerUnit unit; int scale; double offset; bool showMinus; TLabels labels; };
 
 class TRsRulerLabels : public ::testing::TestWithParam<TLabelCase> {};
 
@@ -451,13 +440,7 @@ INSTANTIATE_TEST_SUITE_P(
                       TPositionCase{"reverse_far_end_is_the_offset", ruMilli, 100, 7, rsdReverse, 200, 7}),
     [](const auto& info) { return std::string(info.param.name); });
 
-struct TConversionCase {
-  const char* name;
-  TRulerUnit from;
-  TRulerUnit to;
-  double offset;
-  double converted;
-};
+struct TConversionCase { const char* name; TRulerUnit from; TRulerUnit to; double offset; double converted; };
 
 class TRsRulerConvertOffset : public ::testing::TestWithParam<TConversionCase> {};
 
@@ -539,12 +522,7 @@ INSTANTIATE_TEST_SUITE_P(
 // TRsRulerCorner
 // ---------------------------------------------------------------------------
 
-struct TCornerUnitCase {
-  const char* name;
-  TRulerUnit unit;
-  const char* label;
-  const char* unitName;
-};
+struct TCornerUnitCase { const char* name; TRulerUnit unit; const char* label; const char* unitName; };
 
 class TRsRulerCornerUnits : public ::testing::TestWithParam<TCornerUnitCase> {};
 

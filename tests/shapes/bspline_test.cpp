@@ -86,11 +86,7 @@ TEST(TMyBLineCurve, ATripledPointIsASharpCornerAndADoubledOneIsNot) {
 
 // The elimination refuses a diagonal element whose magnitude is not above 1e-6.
 TEST(SolveWithoutPivoting, RefusesADegenerateDiagonalAndChangesNothing) {
-  struct Row {
-    const char* edge;
-    float diagonal;
-    bool solved;
-  };
+  struct Row { const char* edge; float diagonal; bool solved; };
   for (const Row& row : {Row{"diagonal exactly 1e-6", 1e-6f, false}, Row{"diagonal -1e-6", -1e-6f, false},
                          Row{"zero diagonal", 0.0f, false}, Row{"NaN diagonal", std::nanf(""), false},
                          Row{"diagonal just above 1e-6", 1.5e-6f, true}}) {
@@ -207,11 +203,7 @@ TEST(TMyBLineDraw, TheOnePixelCurveCoversEveryClickedPoint) {
 }
 
 TEST(TMyBLineDraw, TheStrokeUsesTheShapesEndCaps) {
-  struct Row {
-    const char* edge;
-    TPenStyleEndCapType cap;
-    TColor beyondTheEnd;
-  };
+  struct Row { const char* edge; TPenStyleEndCapType cap; TColor beyondTheEnd; };
   for (const Row& row : {Row{"flat cap stops at the end point", psectFLAT, clWhite},
                          Row{"round cap reaches past it", psectROUND, clBlack},
                          Row{"square cap reaches past it", psectSQUARE, clBlack}}) {
@@ -244,12 +236,7 @@ TEST(TMyBLineDraw, TheDrawingPreviewAfterAClickErasesThePreviewBeforeIt) {
 // Hit tests and handles
 
 TEST(TMyBLineHit, IsClickedMeWithinHotSizeOrHalfThePenWidth) {
-  struct Row {
-    const char* edge;
-    std::int32_t penWidth;
-    TPoint p;
-    bool hit;
-  };
+  struct Row { const char* edge; std::int32_t penWidth; TPoint p; bool hit; };
   for (const Row& row : {Row{"on the curve", 1, {50, 50}, true}, Row{"HotSize below it", 1, {50, 54}, true},
                          Row{"one pixel further", 1, {50, 55}, false},
                          Row{"HotSize beyond the end", 1, {104, 50}, true},
@@ -265,11 +252,7 @@ TEST(TMyBLineHit, IsClickedMeWithinHotSizeOrHalfThePenWidth) {
 }
 
 TEST(TMyBLineHit, NodeInsertionGoesBeforeTheFollowingClickedPoint) {
-  struct Row {
-    const char* edge;
-    TPoint p;
-    std::int32_t index;
-  };
+  struct Row { const char* edge; TPoint p; std::int32_t index; };
   for (const Row& row : {Row{"first piece", {50, 50}, 1}, Row{"second piece of uneven spacing", {250, 50}, 2},
                          Row{"just after the middle point", {102, 50}, 2}, Row{"off the curve", {50, 70}, -1}}) {
     TFakeOwner owner;
@@ -296,12 +279,7 @@ TEST(TMyBLineHit, InWhichHotTakesTheLastSquareAndLeavesOutItsRightEdge) {
 // Creation and editing
 
 TEST(TMyBLineEntry, ARepeatedLastClickEndsEntryAndDropsTheDuplicate) {
-  struct Row {
-    const char* edge;
-    std::vector<TPoint> clicks;
-    bool finished;
-    std::size_t points;
-  };
+  struct Row { const char* edge; std::vector<TPoint> clicks; bool finished; std::size_t points; };
   for (const Row& row : {Row{"double-click on the first point", {{5, 5}, {5, 5}}, false, 2},
                          Row{"distinct clicks go on", {{5, 5}, {9, 9}, {20, 5}}, false, 3},
                          Row{"double-click on the second point", {{5, 5}, {9, 9}, {9, 9}}, true, 2}}) {

@@ -62,12 +62,7 @@ TEST(TMyRectangle, ASecondClickOnTheSameRowOrColumnAddsNothing) {
 
 // The frame (20,20)-(60,40), first corner at the left top.
 TEST(TMyRectangle, HandlesAreNumberedCornersFirstThenSideMiddlesWithTheirCursors) {
-  struct Case {
-    const char* name;
-    TPoint p;
-    std::int32_t hot;
-    TCursor cursor;
-  };
+  struct Case { const char* name; TPoint p; std::int32_t hot; TCursor cursor; };
   const Case cases[] = {{"corner0 left top", {20, 20}, 0, crSizeNWSE}, {"corner1 right top", {60, 20}, 1, crSizeNESW},
                         {"corner2 right bottom", {60, 40}, 2, crSizeNWSE}, {"corner3 left bottom", {20, 40}, 3, crSizeNESW},
                         {"side4 top", {40, 20}, 4, crSizeNS}, {"side5 right", {60, 30}, 5, crSizeWE},
@@ -169,12 +164,7 @@ TEST(TMyRectangle, PreviewsDrawTheFrameMovedOrTurned) {
 // The frame (0,0)-(40,20) turned about its centre (20,10), given in its own
 // axes: the handle is dragged to Target and the corners end at Corners.
 TEST(TMyRectangle, ResizeMovesTheHandleWithinTheTurnedFrame) {
-  struct Case {
-    const char* name;
-    std::int32_t hot;
-    TMyPoint target;
-    TArrMyPoint corners;
-  };
+  struct Case { const char* name; std::int32_t hot; TMyPoint target; TArrMyPoint corners; };
   const Case cases[] = {
       {"corner0", 0, {-5, -4}, {{-5, -4}, {40, -4}, {40, 20}, {-5, 20}}},
       {"corner1", 1, {46, 2}, {{0, 2}, {46, 2}, {46, 20}, {0, 20}}},
@@ -215,13 +205,7 @@ TEST(TMyRectangle, ResizeMovesTheHandleWithinTheTurnedFrame) {
 // Areas and dimensions
 
 TEST(TMyRectangle, TheAreaIsWidthTimesHeightInTheOwnersUnitMeasuredInTheFramesOwnAxes) {
-  struct Case {
-    const char* name;
-    TUnits unit;
-    double ratio;
-    float angle;
-    const char* text;
-  };
+  struct Case { const char* name; TUnits unit; double ratio; float angle; const char* text; };
   const Case cases[] = {{"pixel scaled by ratio squared", pixel, 2, 0, "Area= 36864.00pixel(s)2"},
                         {"mm", mm, 1, 0, "Area=   645.16mm2"}, {"cm", cm, 1, 0, "Area=     6.45cm2"},
                         {"inch", inch, 1, 0, "Area=     1.00inch2"},

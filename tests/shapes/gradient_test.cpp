@@ -31,10 +31,7 @@ TEST(GradientRamp, EndsAreTheTwoColoursTheMiddleTruncatesAndSystemColoursResolve
 }
 
 TEST(GradientPattern, HasTheFixedSizeOfItsStyle) {
-  struct Case {
-    TGradientStyle style;
-    int width, height;
-  };
+  struct Case { TGradientStyle style; int width, height; };
   const Case cases[] = {
       {gsRadialC, 362, 362},   {gsRadialT, 362, 181},   {gsRadialB, 362, 181},    {gsRadialL, 181, 362},
       {gsRadialR, 181, 362},   {gsRadialTL, 181, 181},  {gsRadialTR, 181, 181},   {gsRadialBL, 181, 181},
@@ -50,11 +47,7 @@ TEST(GradientPattern, HasTheFixedSizeOfItsStyle) {
 }
 
 TEST(GradientPattern, PixelsHoldTheRampIndexOfTheirStylesFormula) {
-  struct Case {
-    const char* name;
-    TGradientStyle style;
-    int x, y, index;
-  };
+  struct Case { const char* name; TGradientStyle style; int x, y, index; };
   const Case cases[] = {
       {"RadialC left centre column", gsRadialC, 180, 180, 0}, {"RadialC right centre column", gsRadialC, 181, 180, 0},
       {"RadialC corner is the far end", gsRadialC, 0, 0, 255}, {"RadialC rounds the radius", gsRadialC, 184, 176, 5},

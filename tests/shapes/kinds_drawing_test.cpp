@@ -86,11 +86,7 @@ TEST(ElliArc, ChordAndSectorFillWhereTheirOutlinesClose) {
 }
 
 TEST(ElliArc, HitOnTheOutlineBandAndInsideClosedStyles) {
-  struct Case {
-    const char* name;
-    TPoint p;
-    bool arc, chord, pie;
-  };
+  struct Case { const char* name; TPoint p; bool arc, chord, pie; };
   const Case cases[] = {{"on the curve", Point(171, 22), true, true, true},
                         {"6 px outside the curve", Point(175, 18), true, true, true},
                         {"inside the sector only", Point(125, 50), false, false, true},
@@ -109,11 +105,7 @@ TEST(ElliArc, HitOnTheOutlineBandAndInsideClosedStyles) {
 }
 
 TEST(ElliArc, ReportsLengthOfTheCurveAndAreaOfClosedStyles) {
-  struct Case {
-    const char* name;
-    TArcStyle style;
-    const char* info;
-  };
+  struct Case { const char* name; TArcStyle style; const char* info; };
   // A quarter of a circle of radius 50.
   const Case cases[] = {{"arc length", asArc, "Length=    78.54pixel(s)"},
                         {"sector area", asPie, "Area=  1963.50pixel(s)2"},
@@ -180,11 +172,7 @@ TEST(PolyBezier, CurvePassesThroughItsAnchorsNotItsControls) {
 }
 
 TEST(PolyBezier, HitsTheFlattenedCurveOnly) {
-  struct Case {
-    const char* name;
-    TPoint p;
-    bool hit;
-  };
+  struct Case { const char* name; TPoint p; bool hit; };
   const Case cases[] = {{"middle of the first piece", Point(25, 18), true},
                         {"5 px off the curve", Point(25, 13), true},
                         {"control point", Point(10, 10), false},
@@ -220,11 +208,7 @@ TEST(PolyBezier, AddingAPieceKeepsTheCurveRemovingOneJoinsItsNeighbours) {
 // ---- text ---------------------------------------------------------------------------------------
 
 TEST(Text, InkIsAnchoredByTheAlignmentsAtEveryZoom) {
-  struct Case {
-    const char* name;
-    TAlignment h;
-    TTextLayout v;
-  };
+  struct Case { const char* name; TAlignment h; TTextLayout v; };
   const Case cases[] = {{"top left", taLeftJustify, tlTop}, {"centre", taCenter, tlCenter},
                         {"bottom right", taRightJustify, tlBottom}};
   for (const double zoom : {1.0, 2.0})

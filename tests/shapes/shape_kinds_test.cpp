@@ -191,13 +191,7 @@ TEST(ShapeKindRecord, ImageTailGrowsInXP9AndXPi) {
 }
 
 TEST(ShapeKindRecord, TextTailHasNoLinesBeforeXPa) {
-  struct Row {
-    const char* version;
-    TBytes tail;
-    TStringList lines;
-    TAlignment hAlignment;
-    bool wordWrap;
-  };
+  struct Row { const char* version; TBytes tail; TStringList lines; TAlignment hAlignment; bool wordWrap; };
   const Row rows[] = {
       {"XP.9", TRecordBytes().u8(1).u8(1).bytes, {"kept"}, taLeftJustify, true},
       {"XP.a", TRecordBytes().u8(1).u8(1).i32(2).str("one").str("two").u8(1).u8(2).u8(0).bytes, {"one", "two"},
@@ -217,11 +211,7 @@ TEST(ShapeKindRecord, TextTailHasNoLinesBeforeXPa) {
 }
 
 TEST(ShapeKindRecord, LinkLineRoutingIsStoredFromXP5On) {
-  struct Row {
-    const char* version;
-    TBytes tail;
-    TLinkLineDrawStyle style;
-  };
+  struct Row { const char* version; TBytes tail; TLinkLineDrawStyle style; };
   const TBytes ends = TRecordBytes().i32(2).i32(0).i32(-1).i32(-1).bytes;
   const Row rows[] = {
       {"XP.4", ends, lldsHV},
@@ -317,11 +307,7 @@ TEST(ShapeKindAssign, ASourceOfAnotherKindLeavesTheKindsFieldsAlone) {
 std::int32_t AfterDeletingTwo(std::int32_t no) { return no < 0 ? 99 : no < 2 ? no : no == 2 ? -1 : no - 1; }
 
 TEST(RemapShapeNumbers, MapsTheParentAndDropsGoneMembersAndConnectors) {
-  struct Row {
-    const char* edge;
-    std::int32_t parent;
-    std::int32_t mappedParent;
-  };
+  struct Row { const char* edge; std::int32_t parent; std::int32_t mappedParent; };
   for (const Row& row : {Row{"parent below the gap keeps its number", 1, 1},
                          Row{"parent above the gap moves down", 4, 3}, Row{"gone parent: top level", 2, -1},
                          Row{"top level stays top level", -1, -1}}) {

@@ -40,10 +40,7 @@ TEST(TMyShape, ZoomedAccessorsScaleAndZoomedWritersDivide) {
 }
 
 TEST(TMyShape, GetPointInZoomWithModeMirrorsByTheOwnersAxisMode) {
-  struct Case {
-    TXYMode mode;
-    TPoint expected;
-  };
+  struct Case { TXYMode mode; TPoint expected; };
   // 200 x 100; (10.25, 5) zoomed is (20.5, 10), and x rounds half to even.
   for (const Case& c : {Case{Mode0, {20, 10}}, Case{Mode1, {20, 90}}, Case{Mode2, {180, 90}}, Case{Mode3, {180, 10}}}) {
     TFakeOwner owner;
@@ -220,12 +217,7 @@ TEST(TMyShape, HotSquaresIncludeTheirLeftTopEdgesAndTheLastMatchingLinkPointWins
 // Measured lengths
 
 TEST(TMyShape, GetLengthByUnitFormatsOneInchOfDeviceDistance) {
-  struct Case {
-    TUnits unit;
-    double zoom;
-    double ratio;
-    const char* expected;
-  };
+  struct Case { TUnits unit; double zoom; double ratio; const char* expected; };
   for (const Case& c : {Case{pixel, 1, 1, "       96 pixel(s)"}, Case{mm, 1, 1, "    25.40 mm"},
                         Case{inch, 1, 1, "     1.00 in"}, Case{mm, 2, 1, "    12.70 mm"},  // halved at zoom 2
                         Case{mm, 1, 10, "   254.00 mm"}}) {
