@@ -33,10 +33,8 @@ void ExpectNear(const TMyPoint& actual, double x, double y, double tolerance) {
 TEST(GeometryRound, RoundsHalvesToEven) {
   struct Row { const char* edge; long double value; std::int32_t expected; };
   const Row rows[] = {{"2.5 goes down to even", 2.5L, 2},
-                      {"3.5 goes up to even", 3.5L, 4},
-                      {"-2.5 goes toward zero to even", -2.5L, -2},
-                      {"-3.5 goes away from zero to even", -3.5L, -4},
-                      {"-0.5 goes to zero", -0.5L, 0},
+                      {"3.5 goes up to even", 3.5L, 4}, {"-2.5 goes toward zero to even", -2.5L, -2},
+                      {"-3.5 goes away from zero to even", -3.5L, -4}, {"-0.5 goes to zero", -0.5L, 0},
                       {"float just below one half stays at zero", 0.49999997f, 0},
                       {"float just above 2.5 goes up", 2.5000002f, 3}};
   for (const Row& row : rows) {
@@ -82,10 +80,8 @@ TEST(GeometryMeasure, LengthIsEuclideanAndSquaresBeyondFloatRangeStayFinite) {
 TEST(GeometrySlope, AngleOfBToAFollowsScreenDirections) {
   struct Row { const char* edge; TMyPoint a, b; double expected; };
   const Row rows[] = {{"A right of B", {10, 0}, {0, 0}, 0},
-                      {"A below B", {0, 10}, {0, 0}, kPiD / 2},
-                      {"A left of B", {-10, 0}, {0, 0}, kPiD},
-                      {"A above B", {0, -10}, {0, 0}, 3 * kPiD / 2},
-                      {"coincident points", {3, 3}, {3, 3}, kPiD / 2},
+                      {"A below B", {0, 10}, {0, 0}, kPiD / 2}, {"A left of B", {-10, 0}, {0, 0}, kPiD},
+                      {"A above B", {0, -10}, {0, 0}, 3 * kPiD / 2}, {"coincident points", {3, 3}, {3, 3}, kPiD / 2},
                       {"A right-below B", {10, 10}, {0, 0}, kPiD / 4},
                       {"A left-below B", {-10, 10}, {0, 0}, 3 * kPiD / 4},
                       {"A left-above B", {-10, -10}, {0, 0}, 5 * kPiD / 4},
@@ -260,8 +256,7 @@ TEST(GeometryAngle, RecaclinRadRemovesWholeTurns) {
                       {"inside the range stays", -6.0f, -6.0f},
                       {"float nearest 2pi lies above it", twoPi, kTwoPiFloatExcess},
                       {"float nearest -2pi lies below it", -twoPi, -kTwoPiFloatExcess},
-                      {"largest float below 2pi stays", belowTwoPi, belowTwoPi},
-                      {"infinity stays", kInf, kInf},
+                      {"largest float below 2pi stays", belowTwoPi, belowTwoPi}, {"infinity stays", kInf, kInf},
                       {"too large for a turn to change stays", 1e30f, 1e30f}};
   for (const Row& row : rows) {
     SCOPED_TRACE(row.edge);

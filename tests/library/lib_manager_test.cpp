@@ -134,18 +134,14 @@ TEST(TLibManagerWrite, UnitCoordinatesFollowTheRoundedBoxOfAllButLinkPoints) {
   const std::vector<Row> rows = {
       {"box 40 x 20 at (10, 10)", {{10, 10}, {50, 30}}, {30, 20}, false, {{0, 0}, {1, 1}}, {0.5f, 0.5f}},
       {"flat entry: height 0 is stored as 1, y offsets from the top",
-       {{5, 7}, {25, 7}},
-       {15, 9},
+       {{5, 7}, {25, 7}}, {15, 9},
        false,
-       {{0, 0}, {1, 0}},
-       {0.5f, 2}},
+       {{0, 0}, {1, 0}}, {0.5f, 2}},
       {"a single point: both sizes 1", {{3, 4}}, {3, 4}, false, {{0, 0}}, {0, 0}},
       {"a link point far away does not widen the box",
-       {{10, 10}, {50, 30}},
-       {30, 20},
+       {{10, 10}, {50, 30}}, {30, 20},
        true,
-       {{0, 0}, {1, 1}},
-       {0.5f, 0.5f}},
+       {{0, 0}, {1, 1}}, {0.5f, 0.5f}},
       {"width 2.5 rounds half to even: 2", {{0, 0}, {2.5f, 1}}, {0, 0}, false, {{0, 0}, {1.25f, 1}}, {0, 0}},
       {"width 3.5 rounds half to even: 4", {{0, 0}, {3.5f, 1}}, {0, 0}, false, {{0, 0}, {0.875f, 1}}, {0, 0}},
   };
@@ -267,8 +263,7 @@ TEST_F(TLibManagerEdit, RefusedEditsChangeNothing) {
 
 TEST(TLibManagerFile, ReplacingTheTagKeepsTheRest) {
   const std::vector<std::tuple<const char*, TBytes, TBytes>> rows = {
-      {"empty stream: just the tag", {}, kTag},
-      {"shorter than a tag: replaced whole", TagBytes("ZOLT"), kTag},
+      {"empty stream: just the tag", {}, kTag}, {"shorter than a tag: replaced whole", TagBytes("ZOLT"), kTag},
       {"older tag: entries stay", Concat({TagBytes("ZOLTLIBX.9"), {1, 2, 3}}), Concat({kTag, {1, 2, 3}})},
   };
   for (const auto& [edge, bytes, expected] : rows) {

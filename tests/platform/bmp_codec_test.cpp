@@ -294,11 +294,9 @@ std::vector<TBadFile> BadFiles() {
          b.resize(58);
          return b;
        }(), "bit-field masks"},
-      {"JpegInside", WithHeader(124, 4).Build(), "JPEG"},
-      {"PngInside", WithHeader(124, 5).Build(), "PNG"},
+      {"JpegInside", WithHeader(124, 4).Build(), "JPEG"}, {"PngInside", WithHeader(124, 5).Build(), "PNG"},
       {"UnknownCompression", WithHeader(40, 7).Build(), "compression 7"},
-      {"Os2v2Huffman", WithHeader(64, 3).Build(), "Huffman"},
-      {"Os2v2Rle24", WithHeader(64, 4).Build(), "RLE24"},
+      {"Os2v2Huffman", WithHeader(64, 3).Build(), "Huffman"}, {"Os2v2Rle24", WithHeader(64, 4).Build(), "RLE24"},
   };
 }
 
@@ -323,8 +321,7 @@ std::vector<TBadFile> CompleteFiles() {
   core.headerSize = 12;
   core.palette = Hex("00 00 00 | FF FF FF");
   return {
-      {"Rgb24", rgb.Build(), ""},
-      {"Palette8", Palette8(4, 2, Bytes(8, 1)).Build(), ""},
+      {"Rgb24", rgb.Build(), ""}, {"Palette8", Palette8(4, 2, Bytes(8, 1)).Build(), ""},
       {"Os2Core", core.Build(), ""},
       {"Bitfields16",
        Changed(Bitfields(16, {0x7C00, 0x3E0, 0x1F}, Hex("FF 7F 00 7C")), [](TFile& f) { f.width = 2; }), ""},

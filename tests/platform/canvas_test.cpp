@@ -185,8 +185,7 @@ TEST(CanvasFigures, BrushNeverReachesPastTheOutline) {
 TEST(CanvasFigures, CopyingPenPaintsAsTheMaskPipelineDoes) {
   struct Case { const char* name; TPenStyle pen; TBrushStyle brush; };
   const Case cases[] = {{"solid_pen_solid_brush", psSolid, bsSolid},
-                        {"solid_pen_hatch", psSolid, bsDiagCross},
-                        {"clear_pen_solid_brush", psClear, bsSolid},
+                        {"solid_pen_hatch", psSolid, bsDiagCross}, {"clear_pen_solid_brush", psClear, bsSolid},
                         {"solid_pen_clear_brush", psSolid, bsClear}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -289,8 +288,7 @@ TEST(CanvasPenModes, AllSixteenCombinePenWithDestinationBitwiseAndKeepAlphaOpaqu
   };
   const Case cases[] = {{pmBlack, [](TColor, TColor) -> TColor { return 0; }},
                         {pmWhite, [](TColor, TColor) -> TColor { return 0xFFFFFF; }},
-                        {pmNop, [](TColor, TColor d) { return d; }},
-                        {pmNot, [](TColor, TColor d) { return ~d; }},
+                        {pmNop, [](TColor, TColor d) { return d; }}, {pmNot, [](TColor, TColor d) { return ~d; }},
                         {pmCopy, [](TColor p, TColor) { return p; }},
                         {pmNotCopy, [](TColor p, TColor) { return ~p; }},
                         {pmMergePenNot, [](TColor p, TColor d) { return p | ~d; }},

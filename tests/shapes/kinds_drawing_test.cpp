@@ -174,8 +174,7 @@ TEST(PolyBezier, CurvePassesThroughItsAnchorsNotItsControls) {
 TEST(PolyBezier, HitsTheFlattenedCurveOnly) {
   struct Case { const char* name; TPoint p; bool hit; };
   const Case cases[] = {{"middle of the first piece", Point(25, 18), true},
-                        {"5 px off the curve", Point(25, 13), true},
-                        {"control point", Point(10, 10), false},
+                        {"5 px off the curve", Point(25, 13), true}, {"control point", Point(10, 10), false},
                         {"inside the hump", Point(25, 32), false},
                         {"anchor", Point(40, 40), true}};
   TFakeOwner owner;

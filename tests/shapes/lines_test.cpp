@@ -241,8 +241,7 @@ TEST(LineCreation, EachKindFinishesAfterItsOwnClick) {
   auto chain = [](TFakeOwner& o) -> std::unique_ptr<TMyLine> { return std::make_unique<TMyPolyLine>(&o); };
   auto stroke = [](TFakeOwner& o) -> std::unique_ptr<TMyLine> { return std::make_unique<TMyFreeLine>(&o); };
   const Case cases[] = {
-      {"line_two_points", plain, {{1, 1}, {9, 9}}, 1, 2},
-      {"rule_two_points", rule, {{1, 1}, {9, 9}}, 1, 2},
+      {"line_two_points", plain, {{1, 1}, {9, 9}}, 1, 2}, {"rule_two_points", rule, {{1, 1}, {9, 9}}, 1, 2},
       {"stroke_two_points", stroke, {{1, 1}, {2, 1}}, 1, 2},
       // A double-click on the first point does not finish a chain; one on a
       // later point does, without adding the repeated point.

@@ -36,10 +36,8 @@ TEST(CreateShapeByClassName, TrimsTheClassTagAndRefusesOtherNames) {
   };
   for (const Row& row : {Row{"16-byte tag padded with spaces", "TMyText        ", "TMyText"},
                          Row{"leading blanks and a tab", "  \tTMyBLine", "TMyBLine"},
-                         Row{"only the base class", "TMyShape", nullptr},
-                         Row{"wrong case", "tmyline", nullptr},
-                         Row{"a prefix of a class name", "TMyLin", nullptr},
-                         Row{"empty", "", nullptr},
+                         Row{"only the base class", "TMyShape", nullptr}, Row{"wrong case", "tmyline", nullptr},
+                         Row{"a prefix of a class name", "TMyLin", nullptr}, Row{"empty", "", nullptr},
                          Row{"blanks only", "                ", nullptr}}) {
     const std::unique_ptr<TMyShape> shape = CreateShapeByClassName(row.name, nullptr);
     if (!row.made) {
@@ -57,28 +55,13 @@ TEST(CreateShapeByDrawTool, EachDrawingToolGivesItsKind) {
     const char* made;  // nullptr: the tool draws nothing
   };
   const Row rows[] = {
-      {SpLinkLine, "TMyLinkLine"},
-      {SpSelecting, nullptr},
-      {SpRotateSelecting, nullptr},
-      {SpLine, "TMyLine"},
-      {SpRuleLine, "TMyRuleLine"},
-      {SpPolyLine, "TMyPolyLine"},
-      {SpRectangle, "TMyRectangle"},
-      {SpLinkPoint, "TMyLinkPoint"},
-      {SpLineLinkLine, "TMyLineLinkLine"},
-      {SpEllipse, "TMyEllipse"},
-      {SpText, "TMyText"},
-      {SpImage, "TMyImage"},
-      {SpPolygon, "TMyPolygon"},
-      {SpPolyBezier, "TMyPolyBezier"},
-      {SpElliArc, "TMyElliArc"},
-      {SpClose, nullptr},
-      {SpPolylinePolygonPointRemoving, nullptr},
-      {SpPolylinePolygonPointAdding, nullptr},
-      {SpDragWhole, nullptr},
-      {SpBrowse, nullptr},
-      {SpFreeLine, "TMyFreeLine"},
-      {SpBLine, "TMyBLine"},
+      {SpLinkLine, "TMyLinkLine"}, {SpSelecting, nullptr}, {SpRotateSelecting, nullptr}, {SpLine, "TMyLine"},
+      {SpRuleLine, "TMyRuleLine"}, {SpPolyLine, "TMyPolyLine"}, {SpRectangle, "TMyRectangle"},
+      {SpLinkPoint, "TMyLinkPoint"}, {SpLineLinkLine, "TMyLineLinkLine"}, {SpEllipse, "TMyEllipse"},
+      {SpText, "TMyText"}, {SpImage, "TMyImage"}, {SpPolygon, "TMyPolygon"}, {SpPolyBezier, "TMyPolyBezier"},
+      {SpElliArc, "TMyElliArc"}, {SpClose, nullptr}, {SpPolylinePolygonPointRemoving, nullptr},
+      {SpPolylinePolygonPointAdding, nullptr}, {SpDragWhole, nullptr}, {SpBrowse, nullptr},
+      {SpFreeLine, "TMyFreeLine"}, {SpBLine, "TMyBLine"},
   };
   TFakeOwner owner;
   for (const Row& row : rows) {

@@ -214,8 +214,7 @@ TEST(ShapeKindRecord, LinkLineRoutingIsStoredFromXP5On) {
   struct Row { const char* version; TBytes tail; TLinkLineDrawStyle style; };
   const TBytes ends = TRecordBytes().i32(2).i32(0).i32(-1).i32(-1).bytes;
   const Row rows[] = {
-      {"XP.4", ends, lldsHV},
-      {"XP.5", TRecordBytes().append(ends).u8(lldsLine).bytes, lldsLine},
+      {"XP.4", ends, lldsHV}, {"XP.5", TRecordBytes().append(ends).u8(lldsLine).bytes, lldsLine},
       {"XP.j", TRecordBytes().append(ends).u8(lldsVH).bytes, lldsVH},
   };
   for (const Row& row : rows) {
