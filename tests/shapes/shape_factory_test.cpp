@@ -11,23 +11,6 @@ namespace {
 
 using test::TFakeOwner;
 
-const char* const kClassNames[] = {
-    "TMyRectangle", "TMyEllipse",  "TMyPolygon",  "TMyPolyLine", "TMyPolyBezier",   "TMyBLine",
-    "TMyFreeLine",  "TMyGroup",    "TMyCombine",  "TMyLine",     "TMyRuleLine",     "TMyLinkLine",
-    "TMyLineLinkLine", "TMyElliArc", "TMyText",   "TMyImage",    "TMyLinkPoint",
-};
-
-TEST(CreateShapeByClassName, EveryClassNameGivesThatClassWithTheOwner) {
-  TFakeOwner owner;
-  for (const char* name : kClassNames) {
-    const std::unique_ptr<TMyShape> shape = CreateShapeByClassName(name, &owner);
-    ASSERT_NE(shape, nullptr) << name;
-    EXPECT_STREQ(shape->ClassName(), name);
-    EXPECT_EQ(shape->Owner(), &owner) << name;
-    EXPECT_EQ(shape->GetPointsCount(), 0) << name;
-  }
-}
-
 TEST(CreateShapeByClassName, TrimsTheClassTagAndRefusesOtherNames) {
   struct Row {
     const char* edge;

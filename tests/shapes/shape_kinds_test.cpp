@@ -157,7 +157,8 @@ TEST(ShapeKindRecord, ConnectorsWriteTheLineRecordThenTheirEnds) {
 }
 
 // ---------------------------------------------------------------------------
-// Records as read, by version
+// Records as read, by version (the golden drawings of every version read the
+// text and connector tails; here the image's odd fields)
 
 TEST(ShapeKindRecord, ImageTailGrowsInXP9AndXPi) {
   struct Row {
@@ -187,46 +188,6 @@ TEST(ShapeKindRecord, ImageTailGrowsInXP9AndXPi) {
     EXPECT_EQ(image.GetGrayScale(), row.brightness != 0) << row.version;
     EXPECT_EQ(image.GetTransparentColor(), row.transparentColor) << row.version;
     EXPECT_EQ(image.GetTransparentMode(), row.mode) << row.version;
-  }
-}
-
-TEST(ShapeKindRecord, TextTailHasNoLinesBeforeXPa) {
-  struct Row { const char* version; TBytes tail; TStringList lines; TAlignment hAlignment; bool wordWrap; };
-  const Row rows[] = {
-      {"XP.9", TRecordBytes().u8(1).u8(1).bytes, {"kept"}, taLeftJustify, true},
-      {"XP.a", TRecordBytes().u8(1).u8(1).i32(2).str("one").str("two").u8(1).u8(2).u8(0).bytes, {"one", "two"},
-       taCenter, false},
-  };
-  for (const Row& row : rows) {
-    TFakeOwner owner;
-    TMyText text(&owner);
-    text.SetLines({"kept"});
-    const TBytes record = TRecordBytes(BaseRecord(row.version)).append(row.tail).bytes;
-    EXPECT_EQ(Load(text, owner, row.version, record), 0) << row.version;
-    EXPECT_TRUE(text.GetIsBorder() && text.GetIsSolid()) << row.version;
-    EXPECT_EQ(text.GetLines(), row.lines) << row.version;
-    EXPECT_EQ(text.GetHAlignment(), row.hAlignment) << row.version;
-    EXPECT_EQ(text.GetWordWrap(), row.wordWrap) << row.version;
-  }
-}
-
-TEST(ShapeKindRecord, LinkLineRoutingIsStoredFromXP5On) {
-  struct Row { const char* version; TBytes tail; TLinkLineDrawStyle style; };
-  const TBytes ends = TRecordBytes().i32(2).i32(0).i32(-1).i32(-1).bytes;
-  const Row rows[] = {
-      {"XP.4", ends, lldsHV}, {"XP.5", TRecordBytes().append(ends).u8(lldsLine).bytes, lldsLine},
-      {"XP.j", TRecordBytes().append(ends).u8(lldsVH).bytes, lldsVH},
-  };
-  for (const Row& row : rows) {
-    TFakeOwner owner;
-    TMyLinkLine link(&owner);
-    TRecordBytes record = BaseRecord(row.version);
-    record.i32(30).u8(12).u8(0).u8(ADouble);  // the line's arrow fields
-    EXPECT_EQ(Load(link, owner, row.version, record.append(row.tail).bytes), 0) << row.version;
-    EXPECT_EQ(link.GetArrowStyle(), ADouble) << row.version;
-    EXPECT_EQ(link.GetStartSpNo(), 2) << row.version;
-    EXPECT_EQ(link.GetEndSpNo(), -1) << row.version;
-    EXPECT_EQ(link.GetLinkLineDrawStyle(), row.style) << row.version;
   }
 }
 
