@@ -125,20 +125,6 @@ TEST(TMyRectangle, IsHitInsideItsFrameOnlyWithoutTolerance) {
   EXPECT_FALSE(rectangle->IsClickedMe(canvas, {21, 39}));  // inside the upright frame
 }
 
-TEST(TMyRectangle, DrawsItsClosedFrameInPenAndBrush) {
-  TFakeOwner owner;
-  owner.zoom = 2;
-  auto rectangle = Make<TMyRectangle>(owner, Frame(5, 5, 15, 10));  // device (10,10)-(30,20)
-  rectangle->Brush().SetColor(clRed);
-  TSheet sheet;
-  rectangle->Draw(sheet.canvas());
-  EXPECT_EQ(sheet.at(10, 10), clBlack);
-  EXPECT_EQ(sheet.at(30, 20), clBlack);  // the outline covers the far corner
-  EXPECT_EQ(sheet.at(20, 15), clRed);
-  EXPECT_EQ(sheet.at(31, 15), clWhite);
-  EXPECT_EQ(sheet.at(20, 21), clWhite);
-}
-
 TEST(TMyRectangle, PreviewsDrawTheFrameMovedOrTurned) {
   TFakeOwner owner;
   auto rectangle = Make<TMyRectangle>(owner, Frame(10, 20, 50, 30));

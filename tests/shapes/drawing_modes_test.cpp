@@ -17,18 +17,6 @@ struct TSheet : test::TSheet {
   TSheet() { canvas().Brush().SetStyle(bsSolid); }
 };
 
-TEST(DrawSquare, IsAHalfOpenSquareOfHotSizeFilledWithTheHotColour) {
-  TFakeOwner owner;
-  TMyShape shape(&owner);
-  TSheet sheet;
-  DrawSquare(shape, sheet.canvas(), {20.5f, 20});  // 20.5 rounds to 20
-  EXPECT_EQ(sheet.at(16, 16), clBlack);             // outline
-  EXPECT_EQ(sheet.at(23, 23), clBlack);
-  EXPECT_EQ(sheet.at(24, 20), clWhite);             // right edge left out
-  EXPECT_EQ(sheet.at(20, 20), GetHotColor());
-  EXPECT_EQ(sheet.inked(), 64);
-}
-
 TEST(DrawSquare, GroupMembersGetHalfTheSizeAndLockedShapesAGreySquare) {
   TFakeOwner owner;
   TMyShape shape(&owner);
