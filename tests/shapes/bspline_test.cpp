@@ -124,8 +124,7 @@ TEST(SolveWithoutPivoting, SolvesATridiagonalSystem) {
 // Drawing
 
 TEST(TMyBLineDraw, SamplesStartAndEndOnTheClickedEndsInZoomedSpace) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   TMyBLine curve(&owner);
   curve.Points = {{10.25f, 60}, {30, 15}, {60, 55}, {90.5f, 20}};
   TSheet sheet;
@@ -321,8 +320,7 @@ TEST(TMyBLineEntry, ALongerListFromCodeIsDrawnOverItsFirstHundredPoints) {
 }
 
 TEST(TMyBLineEntry, SizeChangeValueMovesTheCurrentHotPointByTheUnzoomedOffset) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   TMyBLine curve(&owner);
   curve.Points = {{10, 10}, {30, 10}, {50, 30}};
   ASSERT_EQ(curve.InWhichHot({60, 20}), 1);

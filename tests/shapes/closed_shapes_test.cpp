@@ -33,8 +33,7 @@ void ExpectNear(const TArrMyPoint& actual, const TArrMyPoint& expected, float to
 // Creation by mouse
 
 TEST(TMyRectangle, TwoDistinctClicksMakeTheFourCornersAndFinish) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   TMyRectangle rectangle(&owner);
   rectangle.AddPointByMouse({10, 60});
   EXPECT_FALSE(rectangle.IsDrawingFinished(mbLeft, {10, 60}));
@@ -110,8 +109,7 @@ TEST(TMyRectangle, WhileRotatingShowsAndHitsOnlyItsCorners) {
 // Hit test and painting
 
 TEST(TMyRectangle, IsHitInsideItsFrameOnlyWithoutTolerance) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   auto rectangle = Make<TMyRectangle>(owner, Frame(10, 10, 30, 20));  // device (20,20)-(60,40)
   TSheet sheet;
   TCanvas& canvas = sheet.canvas();
@@ -168,8 +166,7 @@ TEST(TMyRectangle, ResizeMovesTheHandleWithinTheTurnedFrame) {
   auto device = [&](const TMyPoint& p) { return TMyPoint{p.X * 2, p.Y * 2}; };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    TFakeOwner owner;
-    owner.zoom = 2;
+    TFakeOwner owner(2);
     auto rectangle = Make<TMyRectangle>(owner, Frame(0, 0, 40, 20));
     rectangle->RotateChangeValueByAngle(centre, angle);
     const TMyPoint handle = device(rectangle->GetPoint(c.hot));
@@ -231,8 +228,7 @@ TEST(TMyEllipse, ATurnedEllipseKeepsItsOwnAxes) {
   TFakeOwner owner;
   auto ellipse = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
   ellipse->RotateChangeValueByAngle(ellipse->CenterPoint, kPi / 2);  // now 20 wide, 40 high
-  TSheet sheet;
-  ellipse->Draw(sheet.canvas());
+  TSheet sheet = test::Drawn(*ellipse);
   EXPECT_TRUE(sheet.inked(30, 40));
   EXPECT_TRUE(sheet.inked(20, 20));
   EXPECT_FALSE(sheet.inked(50, 20));
@@ -256,8 +252,7 @@ TEST(TMyEllipse, AChangedEllipsePaintsAsAFreshOne) {
     SCOPED_TRACE(c.name);
     TFakeOwner owner;
     auto cached = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
-    TSheet before;
-    cached->Draw(before.canvas());
+    TSheet before = test::Drawn(*cached);
     c.change(*cached, owner);
     auto fresh = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
     c.change(*fresh, owner);
@@ -285,8 +280,7 @@ TEST(TMyPolygon, FinishingNeedsMoreThanThreePointsAndAClickNearTheFirstOrARepeat
                         {"ordinary fourth click", {{10, 10}, {30, 10}, {30, 30}, {20, 40}}, false}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    TFakeOwner owner;  // HotSize 4
-    owner.zoom = 2;
+    TFakeOwner owner(2);  // HotSize 4
     TMyPolygon polygon(&owner);
     polygon.Points = c.points;
     const TPoint click = MyPtToPt(polygon.GetPointInZoom(polygon.GetPointsCount() - 1));
@@ -320,8 +314,7 @@ TEST(TMyPolygon, TheAreaCountsTheCoveredPixelsOfTheBoxOutlineIncludedAnEllipsesI
 }
 
 TEST(TMyPolygon, IsHitInsideItsOutlineOnly) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   auto triangle = Make<TMyPolygon>(owner, Triangle(10, 10));  // device (20,20), (60,20), (20,60)
   TSheet sheet;
   EXPECT_TRUE(triangle->IsClickedMe(sheet.canvas(), {22, 22}));

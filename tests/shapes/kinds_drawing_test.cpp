@@ -51,11 +51,9 @@ std::unique_ptr<TMyElliArc> MakeArc(TFakeOwner& owner, TPoint a, TPoint b, TArcS
 TEST(ElliArc, QuarterArcInksItsEndsAndOnlyItsQuadrant) {
   for (const double zoom : {1.0, 2.0}) {
     SCOPED_TRACE(zoom);
-    TFakeOwner owner;
-    owner.zoom = zoom;
+    TFakeOwner owner(zoom);
     auto arc = MakeArc(owner, Point(4 * zoom, 4 * zoom), Point(44 * zoom, 34 * zoom));
-    TSheet sheet(100, 80);
-    arc->Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(*arc, 100, 80);
     const auto z = [&](double v) { return static_cast<std::int32_t>(v * zoom); };
     EXPECT_TRUE(sheet.inked(z(24), z(4))) << "start: top of the outline";
     EXPECT_TRUE(InkNear(sheet, Point(z(44), z(19)))) << "end: right of the outline";
@@ -78,8 +76,7 @@ TEST(ElliArc, ChordAndSectorFillWhereTheirOutlinesClose) {
     SCOPED_TRACE(c.name);
     TFakeOwner owner;
     auto arc = MakeArc(owner, Point(0, 0), Point(200, 150), c.style);
-    TSheet sheet(210, 160);
-    arc->Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(*arc, 210, 160);
     EXPECT_EQ(sheet.at(150, 20) == clRed, c.chordArea);
     EXPECT_EQ(sheet.at(125, 50) == clRed, c.nearCentre);
   }
@@ -137,8 +134,7 @@ TEST(ElliArc, EndsKeepTheirAnglesThroughResizeModeChangeAndFlip) {
   // A flipped frame mirrors the arc: the quarter moves to the upper left.
   auto flipped = MakeArc(owner, Point(0, 0), Point(200, 150));
   flipped->FlipHoriz();
-  TSheet sheet(210, 160);
-  flipped->Draw(sheet.canvas());
+  TSheet sheet = test::Drawn(*flipped, 210, 160);
   EXPECT_EQ(sheet.inked(Rect(105, 0, 210, 70)), 0);
   EXPECT_GT(sheet.inked(Rect(0, 0, 100, 70)), 0);
 }
@@ -156,11 +152,9 @@ std::unique_ptr<TMyPolyBezier> MakeChain(TFakeOwner& owner) {
 TEST(PolyBezier, CurvePassesThroughItsAnchorsNotItsControls) {
   for (const double zoom : {1.0, 2.0}) {
     SCOPED_TRACE(zoom);
-    TFakeOwner owner;
-    owner.zoom = zoom;
+    TFakeOwner owner(zoom);
     auto chain = MakeChain(owner);
-    TSheet sheet(160, 160);
-    chain->Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(*chain, 160, 160);
     const auto z = [&](double v) { return static_cast<std::int32_t>(v * zoom); };
     EXPECT_TRUE(sheet.inked(z(10), z(40)));
     EXPECT_TRUE(sheet.inked(z(40), z(40)));
@@ -213,8 +207,7 @@ TEST(Text, InkIsAnchoredByTheAlignmentsAtEveryZoom) {
   for (const double zoom : {1.0, 2.0})
     for (const Case& c : cases) {
       SCOPED_TRACE(c.name + std::string(" zoom ") + std::to_string(zoom));
-      TFakeOwner owner;
-      owner.zoom = zoom;
+      TFakeOwner owner(zoom);
       TMyText text(&owner);
       text.Points = Frame(10, 10, 110, 60);
       text.SetLines({"HHH"});
@@ -222,8 +215,7 @@ TEST(Text, InkIsAnchoredByTheAlignmentsAtEveryZoom) {
       text.SetVAlignment(c.v);
       text.Font().SetColor(clBlack);
       text.Font().SetSize(10);
-      TSheet sheet(240, 140);
-      text.Draw(sheet.canvas());
+      TSheet sheet = test::Drawn(text, 240, 140);
       const TRect ink = InkBox(sheet, 240, 140);
       ASSERT_GE(ink.Right, 0);
       const double left = 10 * zoom, right = 110 * zoom, top = 10 * zoom, bottom = 60 * zoom;
@@ -244,13 +236,11 @@ TEST(Text, IsClippedToItsFrameAndTurnsWithIt) {
   text.SetLines({"A line far wider than its frame"});
   text.SetWordWrap(false);
   text.Font().SetColor(clBlack);
-  TSheet sheet(120, 120);
-  text.Draw(sheet.canvas());
+  TSheet sheet = test::Drawn(text, 120, 120);
   EXPECT_EQ(sheet.inked() - sheet.inked(Rect(20, 20, 61, 41)), 0);
   // Turned a quarter clockwise about its centre (40, 30) the line runs down.
   text.RotateChangeValueByAngle(MyPoint(40, 30), static_cast<double>(kPi / 2));
-  TSheet turned(120, 120);
-  text.Draw(turned.canvas());
+  TSheet turned = test::Drawn(text, 120, 120);
   const TRect ink = InkBox(turned, 120, 120);
   EXPECT_GT(ink.Bottom - ink.Top, ink.Right - ink.Left);
   EXPECT_GE(ink.Left, 29);
@@ -305,16 +295,14 @@ TEST(Image, PictureFillsItsFrameTurnsAndLeavesOutTheTransparentColour) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    TFakeOwner owner;
-    owner.zoom = c.zoom;
+    TFakeOwner owner(c.zoom);
     TMyImage image(&owner);
     image.Bitmap() = Quadrants();
     image.Points = Frame(10, 10, 30, 30);
     image.CenterPoint = image.ComputeCenterPoint(4);
     image.SetTransparent(c.transparent);
     if (c.angle != 0) image.RotateChangeValueByAngle(image.CenterPoint, c.angle);
-    TSheet sheet(80, 80);
-    image.Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(image, 80, 80);
     const auto at = [&](double x, double y) { return sheet.at(static_cast<int>(x * c.zoom), static_cast<int>(y * c.zoom)); };
     EXPECT_EQ(at(10, 10), c.topLeft);
     EXPECT_EQ(at(29.5, 10), c.topRight);
@@ -335,8 +323,7 @@ TEST(Image, FiltersWorkOnADrawnCopyTheStoredPictureNeverChanges) {
   image.SetGrayScale(true);
   image.SetBrightness(40);
   image.SetContrast(20);
-  TSheet sheet(40, 40);
-  image.Draw(sheet.canvas());
+  TSheet sheet = test::Drawn(image, 40, 40);
   image.Draw(sheet.canvas());
   EXPECT_EQ(std::memcmp(before.data(), stored.ScanLine(0), before.size()), 0);
   const TColor drawn = sheet.at(2, 2);

@@ -53,8 +53,7 @@ TEST(TMyLine, AssignCopiesTheHeadButNotTheArrowOffsetAndRulesAddOnlyTheUserText)
 // Drawing: heads and caption (the golden scene shows every head style)
 
 TEST(TMyLine, AnArrowOffsetSetsTheTipBackInDevicePixels) {
-  TFakeOwner owner;
-  owner.zoom = 2;  // the offset is not zoomed
+  TFakeOwner owner(2);  // the offset is not zoomed
   auto line = Make<TMyLine>(owner, {{5, 15}, {25, 15}});  // zoomed (10,30)-(50,30)
   line->SetArrowLength(5);                                // 10 device pixels
   TSheet flush, setBack;
@@ -82,14 +81,12 @@ TEST(TMyLine, ADoubleLineShowsExactlyTheTwoSingleHeads) {
   EXPECT_TRUE(both == singles);
   EXPECT_FALSE(both == end);
   line->Points.pop_back();  // with one point nothing is drawn
-  TSheet single;
-  line->Draw(single.canvas());
+  TSheet single = test::Drawn(*line);
   EXPECT_EQ(single.inked(), 0);
 }
 
 TEST(TMyLine, AHeadLongerThan255DevicePixelsWrapsModulo256) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   auto line = Make<TMyLine>(owner, {{10, 150}, {150, 150}});  // zoomed (20,300)-(300,300)
   line->SetArrowLength(200);                                  // 400 device pixels, drawn as 144
   TSheet wrapped(320, 320), exact(320, 320);
@@ -114,8 +111,7 @@ TEST(TMyLine, TheCaptionFollowsTheFirstSegmentButNeverReadsUpsideDown) {
                         Case{"straight up is not flipped", {20, 10}, 3 * kPi / 2}}) {
     TFakeOwner owner;
     auto line = Make<TMyLine>(owner, {{20, 20}, c.end, {0, 0}});
-    TSheet sheet;
-    line->Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(*line);
     EXPECT_NEAR(line->GetTextAngle(), c.angle, 1e-6) << c.name;
   }
 }
@@ -162,8 +158,7 @@ TEST(TMyLine, HitsUseAnEightPixelBandInsideTheSegmentsExtent) {
                         {"steep, 8 right", {10, 10}, {20, 50}, 1, {19, 20}, true},
                         {"steep, near but outside the box", {10, 10}, {20, 50}, 1, {21, 47}, false}};
   for (const Case& c : cases) {
-    TFakeOwner owner;
-    owner.zoom = c.zoom;
+    TFakeOwner owner(c.zoom);
     TSheet sheet;
     EXPECT_EQ(Make<TMyLine>(owner, {c.a, c.b})->IsClickedMe(sheet.canvas(), c.p), c.hit) << c.name;
   }
@@ -252,8 +247,7 @@ TEST(TMyLine, TheRubberBandIsAnXorPreviewThatErasesItselfAStrokeStaysInItsPen) {
 }
 
 TEST(TMyLine, TheMovePreviewShiftsBeforeRoundingHalfToEven) {
-  TFakeOwner owner;
-  owner.zoom = 0.5;
+  TFakeOwner owner(0.5);
   auto line = Make<TMyLine>(owner, {{5, 20}, {5, 60}});  // zoomed x 2.5 (which alone rounds to 2)
   TSheet sheet;
   line->Draging(sheet.canvas(), {0, 0}, {1, 3});  // 3.5 rounds to 4
@@ -288,8 +282,7 @@ TEST(TMyFreeLine, TheMovePreviewIsTheShiftedBoundingBox) {
 // Changes and info
 
 TEST(TMyLine, ResizingMovesTheCurrentHandleByTheUnzoomedDifference) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   auto line = Make<TMyLine>(owner, {{0, 0}, {10, 10}});
   line->CurrentHot = 1;
   line->SizeChangeValue({20, 20}, {30, 40});
@@ -341,16 +334,14 @@ TEST(TMyRuleLine, TheLabelIsTheMeasuredLengthAboveTheLineUnlessUserTextIsShown) 
   TFakeOwner owner;  // millimetres
   auto rule = LevelRule(owner);
   rule->SetTickStyle(tsNone);
-  TSheet measured;
-  rule->Draw(measured.canvas());
+  TSheet measured = test::Drawn(*rule);
   EXPECT_EQ(rule->GetInfoText(), "     7.94 mm");
   EXPECT_GT(measured.inked(Rect(0, 0, 64, 37)), 0);
   EXPECT_EQ(measured.inked(Rect(0, 41, 64, 64)), 0);
   rule->SetInfo("");
   rule->SetShowUserInfo(true);
   rule->SetUserInfo("AB");
-  TSheet user;
-  rule->Draw(user.canvas());
+  TSheet user = test::Drawn(*rule);
   EXPECT_EQ(rule->GetInfoText(), "");
   EXPECT_GT(user.inked(Rect(0, 0, 64, 37)), 0);
   EXPECT_FALSE(user == measured);
@@ -362,8 +353,7 @@ TEST(TMyRuleLine, AVerticalLabelReadsUpwardOnTheLeftWhicheverWayTheLineWasDrawn)
     auto rule = Make<TMyRuleLine>(owner, ends);
     rule->SetArrowStyle(ANone);
     rule->SetTickStyle(tsNone);
-    TSheet sheet;
-    rule->Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(*rule);
     EXPECT_GT(sheet.inked(Rect(0, 4, 30, 60)), 0) << ends[0].Y;
     EXPECT_EQ(sheet.inked(Rect(31, 0, 64, 64)), 0) << ends[0].Y;
   }

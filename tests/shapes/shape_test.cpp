@@ -26,8 +26,7 @@ TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r
 // Points and coordinate spaces
 
 TEST(TMyShape, ZoomedAccessorsScaleAndZoomedWritersDivide) {
-  TFakeOwner owner;
-  owner.zoom = 2.5;
+  TFakeOwner owner(2.5);
   TMyShape shape(&owner);
   shape.AddPoint({4, 8});
   ExpectNear(shape.GetPointInZoom(0), {10, 20});
@@ -43,8 +42,7 @@ TEST(TMyShape, GetPointInZoomWithModeMirrorsByTheOwnersAxisMode) {
   struct Case { TXYMode mode; TPoint expected; };
   // 200 x 100; (10.25, 5) zoomed is (20.5, 10), and x rounds half to even.
   for (const Case& c : {Case{Mode0, {20, 10}}, Case{Mode1, {20, 90}}, Case{Mode2, {180, 90}}, Case{Mode3, {180, 10}}}) {
-    TFakeOwner owner;
-    owner.zoom = 2;
+    TFakeOwner owner(2);
     owner.xyMode = c.mode;
     TMyShape shape(&owner);
     shape.AddPoint({10.25f, 5});
@@ -66,8 +64,7 @@ TEST(TMyShape, MyWidthAndHeightAreMeasuredInTheUnrotatedFrame) {
 // Moving, rotating, flipping
 
 TEST(TMyShape, DragMovesEverythingByTheDeviceDistanceOverTheZoom) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   TMyShape& shape = owner.Add({{0, 0}, {10, 10}});
   shape.LinkPoints = {{1, 1}};
   shape.TextoutPoint = {5, 5};
