@@ -503,7 +503,7 @@ TBitmap Quad() {  // 2x2: red, yellow / black, white
   return quad;
 }
 
-TEST(CanvasCopies, DrawCopiesPixelsAtThePointAndClipsAtTheEdges) {
+TEST(CanvasCopies, DrawCopiesPixelsAtThePointClipsAtTheEdgesAndMayReadItsTarget) {
   TBitmap bitmap(4, 4, pf32bit);
   bitmap.Canvas().Draw(1, 2, Quad());
   bitmap.Canvas().Draw(-1, -1, Quad());
@@ -513,9 +513,14 @@ TEST(CanvasCopies, DrawCopiesPixelsAtThePointAndClipsAtTheEdges) {
                                  ".ry.",
                                  ".#..",
                              }));
+  TBitmap row(4, 1, pf32bit);  // drawn onto itself it reads the original
+  row.Canvas().SetPixel(0, 0, clRed);
+  row.Canvas().SetPixel(1, 0, clBlack);
+  row.Canvas().Draw(1, 0, row);
+  EXPECT_EQ(Picture(row)[0], "rr#.");
 }
 
-TEST(CanvasCopies, StretchDrawRepeatsOrSkipsPixelsByTheirCentres) {
+TEST(CanvasCopies, StretchDrawRepeatsOrSkipsPixelsByTheirCentresAndMirrors) {
   TBitmap bitmap(5, 5, pf32bit);
   bitmap.Canvas().StretchDraw(Rect(0, 0, 4, 4), Quad());
   EXPECT_EQ(Picture(bitmap), (Art{
@@ -531,20 +536,9 @@ TEST(CanvasCopies, StretchDrawRepeatsOrSkipsPixelsByTheirCentres) {
   TBitmap shrunk(2, 1, pf32bit);
   shrunk.Canvas().StretchDraw(Rect(0, 0, 2, 1), row);
   EXPECT_EQ(Picture(shrunk)[0], "r#");
-}
-
-TEST(CanvasCopies, ReversedDestinationMirrors) {
-  TBitmap bitmap(2, 2, pf32bit);
-  bitmap.Canvas().StretchDraw(Rect(2, 2, 0, 0), Quad());
-  EXPECT_EQ(Picture(bitmap), (Art{".#", "yr"}));
-}
-
-TEST(CanvasCopies, DrawingABitmapOntoItselfReadsTheOriginal) {
-  TBitmap bitmap(4, 1, pf32bit);
-  bitmap.Canvas().SetPixel(0, 0, clRed);
-  bitmap.Canvas().SetPixel(1, 0, clBlack);
-  bitmap.Canvas().Draw(1, 0, bitmap);
-  EXPECT_EQ(Picture(bitmap)[0], "rr#.");
+  TBitmap mirrored(2, 2, pf32bit);  // a reversed destination mirrors
+  mirrored.Canvas().StretchDraw(Rect(2, 2, 0, 0), Quad());
+  EXPECT_EQ(Picture(mirrored), (Art{".#", "yr"}));
 }
 
 // ---------------------------------------------------------------------------
@@ -587,9 +581,7 @@ TEST(Region, AlternateLeavesTheStarCentreOutWindingTakesItIn) {
   EXPECT_TRUE(alternate.PtInRegion(20, 8));  // a tip is inside under both rules
   EXPECT_TRUE(winding.PtInRegion(20, 8));
   EXPECT_FALSE(winding.PtInRegion(2, 30));
-}
-
-TEST(Region, DegeneratePolygonsAreEmpty) {
+  // Degenerate polygons are empty.
   EXPECT_TRUE(TRegion::CreatePolygonRgn({}).IsEmpty());
   EXPECT_TRUE(TRegion::CreatePolygonRgn({{0, 0}, {10, 10}}).IsEmpty());
   EXPECT_FALSE(TRegion::CreatePolygonRgn({{0, 0}, {10, 10}}).PtInRegion(5, 5));

@@ -104,22 +104,6 @@ TEST(SolveWithoutPivoting, RefusesADegenerateDiagonalAndChangesNothing) {
   }
 }
 
-TEST(SolveWithoutPivoting, SolvesATridiagonalSystem) {
-  // [1 0 0; 1/6 2/3 1/6; 0 0 1] v = (0, 1, 0): v = (0, 1.5, 0).
-  TSplineSystem system;
-  system.SetIdentityRow(1);
-  system.SetIdentityRow(3);
-  system.A(2, 1) = 1.0f / 6;
-  system.A(2, 2) = 2.0f / 3;
-  system.A(2, 3) = 1.0f / 6;
-  system.X[2] = 1;
-  system.Y[2] = -2;
-  ASSERT_TRUE(SolveWithoutPivoting(system, 1, 3));
-  EXPECT_FLOAT_EQ(system.X[2], 1.5f);
-  EXPECT_FLOAT_EQ(system.Y[2], -3.0f);
-  EXPECT_EQ(system.X[1], 0.0f);
-}
-
 // ---------------------------------------------------------------------------
 // Drawing
 

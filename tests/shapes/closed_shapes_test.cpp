@@ -32,19 +32,6 @@ void ExpectNear(const TArrMyPoint& actual, const TArrMyPoint& expected, float to
 // ---------------------------------------------------------------------------
 // Creation by mouse
 
-TEST(TMyRectangle, TwoDistinctClicksMakeTheFourCornersAndFinish) {
-  TFakeOwner owner(2);
-  TMyRectangle rectangle(&owner);
-  rectangle.AddPointByMouse({10, 60});
-  EXPECT_FALSE(rectangle.IsDrawingFinished(mbLeft, {10, 60}));
-  rectangle.AddPointByMouse({50, 20});
-  EXPECT_TRUE(rectangle.IsDrawingFinished(mbLeft, {50, 20}));
-  EXPECT_EQ(rectangle.Points, (TArrMyPoint{{5, 30}, {25, 30}, {25, 10}, {5, 10}}));
-  EXPECT_EQ(rectangle.CenterPoint, (TMyPoint{15, 20}));
-  rectangle.AddPointByMouse({90, 90});
-  EXPECT_EQ(rectangle.GetPointsCount(), 4);
-}
-
 TEST(TMyRectangle, ASecondClickOnTheSameRowOrColumnAddsNothing) {
   TFakeOwner owner;
   for (const TPoint second : {TPoint{50, 20}, TPoint{10, 60}}) {

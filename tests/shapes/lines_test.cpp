@@ -190,45 +190,6 @@ TEST(TMyLine, TheLastHandleUnderThePointWinsAndIsRemembered) {
 }
 
 // ---------------------------------------------------------------------------
-// Creation by mouse
-
-// Clicks at the given points, one by one: after which click each kind
-// reports its drawing finished (-1: never within these clicks).
-TEST(LineCreation, EachKindFinishesAfterItsOwnClick) {
-  struct Case {
-    const char* name;
-    std::unique_ptr<TMyLine> (*make)(TFakeOwner&);
-    std::vector<TPoint> clicks;
-    int finishedAfter;
-    std::int32_t pointsKept;
-  };
-  auto plain = [](TFakeOwner& o) -> std::unique_ptr<TMyLine> { return std::make_unique<TMyLine>(&o); };
-  auto rule = [](TFakeOwner& o) -> std::unique_ptr<TMyLine> { return std::make_unique<TMyRuleLine>(&o); };
-  auto chain = [](TFakeOwner& o) -> std::unique_ptr<TMyLine> { return std::make_unique<TMyPolyLine>(&o); };
-  auto stroke = [](TFakeOwner& o) -> std::unique_ptr<TMyLine> { return std::make_unique<TMyFreeLine>(&o); };
-  const Case cases[] = {
-      {"line_two_points", plain, {{1, 1}, {9, 9}}, 1, 2}, {"rule_two_points", rule, {{1, 1}, {9, 9}}, 1, 2},
-      {"stroke_two_points", stroke, {{1, 1}, {2, 1}}, 1, 2},
-      // A double-click on the first point does not finish a chain; one on a
-      // later point does, without adding the repeated point.
-      {"chain_double_click_on_first", chain, {{10, 10}, {10, 10}}, -1, 2},
-      {"chain_double_click_later", chain, {{10, 10}, {20, 20}, {30, 10}, {30, 10}}, 3, 3},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    TFakeOwner owner;
-    auto shape = c.make(owner);
-    int finished = -1;
-    for (std::size_t i = 0; i < c.clicks.size() && finished < 0; ++i) {
-      shape->AddPointByMouse(c.clicks[i]);
-      if (shape->IsDrawingFinished(mbLeft, c.clicks[i])) finished = static_cast<int>(i);
-    }
-    EXPECT_EQ(finished, c.finishedAfter);
-    EXPECT_EQ(shape->GetPointsCount(), c.pointsKept);
-  }
-}
-
-// ---------------------------------------------------------------------------
 // Previews
 
 TEST(TMyLine, TheRubberBandIsAnXorPreviewThatErasesItselfAStrokeStaysInItsPen) {

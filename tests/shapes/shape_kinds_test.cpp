@@ -266,23 +266,6 @@ TEST(ShapeKindAssign, ASourceOfAnotherKindLeavesTheKindsFieldsAlone) {
 // negative number (no shape) would map to 99, to show it is never asked.
 std::int32_t AfterDeletingTwo(std::int32_t no) { return no < 0 ? 99 : no < 2 ? no : no == 2 ? -1 : no - 1; }
 
-TEST(RemapShapeNumbers, MapsTheParentAndDropsGoneMembersAndConnectors) {
-  struct Row { const char* edge; std::int32_t parent; std::int32_t mappedParent; };
-  for (const Row& row : {Row{"parent below the gap keeps its number", 1, 1},
-                         Row{"parent above the gap moves down", 4, 3}, Row{"gone parent: top level", 2, -1},
-                         Row{"top level stays top level", -1, -1}}) {
-    TFakeOwner owner;
-    TMyShape shape(&owner);
-    shape.ParentId = row.parent;
-    shape.ChildShapes = {0, 2, 3, 5};
-    shape.LinkLines = {2, 6, 1};
-    shape.RemapShapeNumbers(AfterDeletingTwo);
-    EXPECT_EQ(shape.ParentId, row.mappedParent) << row.edge;
-    EXPECT_EQ(shape.ChildShapes, (std::vector<std::int32_t>{0, 2, 4})) << row.edge;
-    EXPECT_EQ(shape.LinkLines, (std::vector<std::uint32_t>{5, 1})) << row.edge;
-  }
-}
-
 TEST(RemapShapeNumbers, ConnectorEndsFollowTheirShapesAndAGoneShapeFreesTheEnd) {
   struct Row {
     const char* edge;

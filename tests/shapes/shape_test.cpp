@@ -176,23 +176,6 @@ TEST(TMyShape, AssignWithoutRelationKeepsTheTargetsRelationsNameAndMultiInfo) {
 }
 
 // ---------------------------------------------------------------------------
-// Group styling, locking
-
-TEST(TMyShape, PenAndBrushChangesReachTheMembersUnlessTheOwnerIsUpdating) {
-  TFakeOwner owner;
-  TMyShape& group = owner.Add();
-  TMyShape& member = owner.Add();
-  group.ChildShapes = {member.ShapeNo};
-  group.Pen().SetColor(clRed);
-  EXPECT_EQ(member.Pen().Color(), clRed);
-  group.Font().SetName("Member Font");
-  EXPECT_EQ(member.Font().Name(), "Member Font");
-  owner.updating = true;
-  group.Brush().SetColor(clYellow);
-  EXPECT_NE(member.Brush().Color(), clYellow);
-}
-
-// ---------------------------------------------------------------------------
 // Hit tests
 
 TEST(TMyShape, HotSquaresIncludeTheirLeftTopEdgesAndTheLastMatchingLinkPointWins) {
