@@ -73,14 +73,7 @@ std::vector<TPoint> Pentagram() { return {{20, 2}, {31, 36}, {2, 14}, {38, 14}, 
 // ---------------------------------------------------------------------------
 
 TEST(CanvasFigures, BoxFiguresCoverTheHalfOpenBox) {
-  const Art rectangle = {
-      "........",
-      ".#####..",
-      ".#rrr#..",
-      ".#rrr#..",
-      ".#####..",
-      "........",
-  };
+  const Art rectangle = {"........", ".#####..", ".#rrr#..", ".#rrr#..", ".#####..", "........"};
   struct Case {
     const char* name;
     int width, height;
@@ -118,14 +111,7 @@ TEST(CanvasFigures, PolygonFillLeavesOutRightAndBottomButItsOutlineCoversThem) {
   EXPECT_EQ(Picture(bitmap)[4], "......");
   canvas.Pen().SetStyle(psSolid);
   canvas.Polygon({{1, 1}, {4, 1}, {4, 4}, {1, 4}});
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "......",
-                                 ".####.",
-                                 ".#rr#.",
-                                 ".#rr#.",
-                                 ".####.",
-                                 "......",
-                             }));
+  EXPECT_EQ(Picture(bitmap), (Art{"......", ".####.", ".#rr#.", ".#rr#.", ".####.", "......"}));
 }
 
 TEST(CanvasFigures, ClearPenAndClearBrushDrawNothing) {
@@ -266,15 +252,7 @@ TEST(CanvasPolyline, DrawsEachJointOnceSoXorLeavesNoHoles) {
   canvas.Pen().SetColor(clWhite);
   canvas.Pen().SetMode(pmXor);
   canvas.Polyline({{1, 1}, {5, 1}, {5, 5}, {1, 5}, {1, 1}});
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 ".......",
-                                 ".#####.",
-                                 ".#...#.",
-                                 ".#...#.",
-                                 ".#...#.",
-                                 ".#####.",
-                                 ".......",
-                             }));
+  EXPECT_EQ(Picture(bitmap), (Art{".......", ".#####.", ".#...#.", ".#...#.", ".#...#.", ".#####.", "......."}));
 }
 
 // ---------------------------------------------------------------------------
@@ -401,14 +379,7 @@ TEST(CanvasPenStyles, DashPatternRunsOnAcrossPolylineJoints) {
   canvas.Pen().SetStyle(psDot);
   canvas.Brush().SetStyle(bsClear);
   canvas.Polyline({{0, 1}, {4, 1}, {4, 5}});
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "......",
-                                 "###...",
-                                 "......",
-                                 "....#.",
-                                 "....#.",
-                                 "......",
-                             }));
+  EXPECT_EQ(Picture(bitmap), (Art{"......", "###...", "......", "....#.", "....#.", "......"}));
 }
 
 TEST(CanvasPenStyles, InsideFrameKeepsAWidePenWithinTheBox) {
@@ -507,12 +478,7 @@ TEST(CanvasCopies, DrawCopiesPixelsAtThePointClipsAtTheEdgesAndMayReadItsTarget)
   TBitmap bitmap(4, 4, pf32bit);
   bitmap.Canvas().Draw(1, 2, Quad());
   bitmap.Canvas().Draw(-1, -1, Quad());
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "....",
-                                 "....",
-                                 ".ry.",
-                                 ".#..",
-                             }));
+  EXPECT_EQ(Picture(bitmap), (Art{"....", "....", ".ry.", ".#.."}));
   TBitmap row(4, 1, pf32bit);  // drawn onto itself it reads the original
   row.Canvas().SetPixel(0, 0, clRed);
   row.Canvas().SetPixel(1, 0, clBlack);
@@ -523,13 +489,7 @@ TEST(CanvasCopies, DrawCopiesPixelsAtThePointClipsAtTheEdgesAndMayReadItsTarget)
 TEST(CanvasCopies, StretchDrawRepeatsOrSkipsPixelsByTheirCentresAndMirrors) {
   TBitmap bitmap(5, 5, pf32bit);
   bitmap.Canvas().StretchDraw(Rect(0, 0, 4, 4), Quad());
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "rryy.",
-                                 "rryy.",
-                                 "##...",
-                                 "##...",
-                                 ".....",
-                             }));
+  EXPECT_EQ(Picture(bitmap), (Art{"rryy.", "rryy.", "##...", "##...", "....."}));
   TBitmap row(4, 1, pf32bit);
   row.Canvas().SetPixel(1, 0, clRed);
   row.Canvas().SetPixel(3, 0, clBlack);

@@ -62,16 +62,17 @@ TEST(ElliArc, QuarterArcInksItsEndsAndOnlyItsQuadrant) {
   }
 }
 
-TEST(ElliArc, ChordAndSectorFillWhereTheirOutlinesClose) {
+TEST(ElliArc, ChordAndSectorFillWhereTheirOutlinesCloseAndReportTheirArea) {
   struct Case {
     const char* name;
     TArcStyle style;
-    bool chordArea;  // between the chord and the curve
-    bool nearCentre; // inside the sector only
+    bool chordArea;   // between the chord and the curve
+    bool nearCentre;  // inside the sector only
+    const char* info; // of a quarter of a circle of radius 50
   };
-  const Case cases[] = {{"open arc has no fill", asArc, false, false},
-                        {"chord fills up to its chord", asChord, true, false},
-                        {"sector fills to the centre", asPie, true, true}};
+  const Case cases[] = {{"open arc: no fill, its length", asArc, false, false, "Length=    78.54pixel(s)"},
+                        {"chord fills up to its chord", asChord, true, false, "Area=   713.50pixel(s)2"},
+                        {"sector fills to the centre", asPie, true, true, "Area=  1963.50pixel(s)2"}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     TFakeOwner owner;
@@ -79,6 +80,8 @@ TEST(ElliArc, ChordAndSectorFillWhereTheirOutlinesClose) {
     TSheet sheet = test::Drawn(*arc, 210, 160);
     EXPECT_EQ(sheet.at(150, 20) == clRed, c.chordArea);
     EXPECT_EQ(sheet.at(125, 50) == clRed, c.nearCentre);
+    owner.unit = pixel;
+    EXPECT_EQ(MakeArc(owner, Point(0, 0), Point(100, 100), c.style)->GetInfo(), c.info);
   }
 }
 
@@ -98,21 +101,6 @@ TEST(ElliArc, HitOnTheOutlineBandAndInsideClosedStyles) {
     for (auto [style, expected] : styles)
       EXPECT_EQ(MakeArc(owner, Point(0, 0), Point(200, 150), style)->IsClickedMe(sheet.canvas(), c.p), expected)
           << static_cast<int>(style);
-  }
-}
-
-TEST(ElliArc, ReportsLengthOfTheCurveAndAreaOfClosedStyles) {
-  struct Case { const char* name; TArcStyle style; const char* info; };
-  // A quarter of a circle of radius 50.
-  const Case cases[] = {{"arc length", asArc, "Length=    78.54pixel(s)"},
-                        {"sector area", asPie, "Area=  1963.50pixel(s)2"},
-                        {"chord area", asChord, "Area=   713.50pixel(s)2"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    TFakeOwner owner;
-    owner.unit = pixel;
-    auto arc = MakeArc(owner, Point(0, 0), Point(100, 100), c.style);
-    EXPECT_EQ(arc->GetInfo(), c.info);
   }
 }
 
