@@ -165,19 +165,6 @@ TEST(BitmapSize, NegativeSizesBecomeEmpty) {
   EXPECT_EQ(bitmap.Canvas().GetPixel(1, 3), clWhite);
 }
 
-TEST(BitmapCopy, CopiesAreDeep) {
-  TBitmap original(2, 2, pf8bit);
-  original.Canvas().SetPixel(0, 0, clRed);
-  TBitmap copy(original);
-  original.Canvas().SetPixel(0, 0, clBlue);
-  original.ScanLine(1)[1] = 0;
-  EXPECT_EQ(copy.Canvas().GetPixel(0, 0), clRed);
-  EXPECT_EQ(copy.Canvas().GetPixel(1, 1), clWhite);
-  EXPECT_EQ(copy.PixelFormat(), pf8bit);
-  copy = original;
-  EXPECT_EQ(copy.Canvas().GetPixel(0, 0), clBlue);
-}
-
 // ---------------------------------------------------------------------------
 // BMP streams
 // ---------------------------------------------------------------------------
@@ -230,16 +217,6 @@ TEST(BitmapStreams, PaletteSurvivesTheRoundTrip) {
 // ---------------------------------------------------------------------------
 // Qt bridge
 // ---------------------------------------------------------------------------
-
-TEST(BitmapQtInterop, ToQImageCopiesWhatWasDrawn) {
-  TBitmap bitmap(3, 2, pf24bit);
-  bitmap.Canvas().SetPixel(2, 1, clRed);
-  const QImage image = ToQImage(bitmap);
-  EXPECT_EQ(image.format(), QImage::Format_RGB32);
-  EXPECT_EQ(image.pixel(2, 1), qRgb(255, 0, 0));
-  bitmap.Canvas().SetPixel(2, 1, clBlue);
-  EXPECT_EQ(image.pixel(2, 1), qRgb(255, 0, 0));
-}
 
 TEST(BitmapQtInterop, AssignQImageChoosesTheFormatAndCopies) {
   QImage image(2, 1, QImage::Format_RGB888);
