@@ -25,19 +25,6 @@ TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r
 // ---------------------------------------------------------------------------
 // Points and coordinate spaces
 
-TEST(TMyShape, ZoomedAccessorsScaleAndZoomedWritersDivide) {
-  TFakeOwner owner(2.5);
-  TMyShape shape(&owner);
-  shape.AddPoint({4, 8});
-  ExpectNear(shape.GetPointInZoom(0), {10, 20});
-  shape.SetPointInZoom(0, {5, 5});
-  ExpectNear(shape.GetPoint(0), {2, 2});
-  shape.PointAddXY(0, 5, -5);
-  ExpectNear(shape.GetPoint(0), {4, 0});
-  shape.SetPointXInZoom(7, 1);  // out of range: nothing
-  EXPECT_EQ(shape.GetPointsCount(), 1);
-}
-
 TEST(TMyShape, GetPointInZoomWithModeMirrorsByTheOwnersAxisMode) {
   struct Case { TXYMode mode; TPoint expected; };
   // 200 x 100; (10.25, 5) zoomed is (20.5, 10), and x rounds half to even.
