@@ -37,10 +37,7 @@ TEST(GeometryRound, RoundsHalvesToEven) {
                       {"-3.5 goes away from zero to even", -3.5L, -4}, {"-0.5 goes to zero", -0.5L, 0},
                       {"float just below one half stays at zero", 0.49999997f, 0},
                       {"float just above 2.5 goes up", 2.5000002f, 3}};
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.edge);
-    EXPECT_EQ(Round(row.value), row.expected);
-  }
+  for (const Row& row : rows) EXPECT_EQ(Round(row.value), row.expected) << row.edge;
 }
 
 TEST(GeometryConversion, PointsAndRectanglesRoundEachCoordinateOnItsOwnHalfToEven) {

@@ -162,10 +162,7 @@ TEST(PolyBezier, HitsTheFlattenedCurveOnly) {
   TFakeOwner owner;
   auto chain = MakeChain(owner);
   TSheet sheet;
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(chain->IsClickedMe(sheet.canvas(), c.p), c.hit);
-  }
+  for (const Case& c : cases) EXPECT_EQ(chain->IsClickedMe(sheet.canvas(), c.p), c.hit) << c.name;
 }
 
 TEST(PolyBezier, AddingAPieceKeepsTheCurveRemovingOneJoinsItsNeighbours) {
