@@ -49,15 +49,11 @@ struct Probe {
 
 TEST(LoadFromDxf, ReadsEveryEntityKindOfEzdxfFilesInEachVersion) {
   const Probe common[] = {
-      {"LINE end", 0, "TMyLine", 1, 10, 0},
-      {"CIRCLE centre", 1, "TMyEllipse", -1, 20, 0},
+      {"LINE end", 0, "TMyLine", 1, 10, 0}, {"CIRCLE centre", 1, "TMyEllipse", -1, 20, 0},
       {"ARC start ray (the arc runs clockwise on screen from P4)", 2, "TMyElliArc", 5, 45, 0},
-      {"ARC end ray", 2, "TMyElliArc", 4, 40, 5},
-      {"closed POLYLINE repeats its start", 3, "TMyPolygon", 3, 0, 20},
-      {"SOLID corners cross", 4, "TMyPolygon", 2, 10, 50},
-      {"TRACE", 5, "TMyPolygon", 3, 20, 50},
-      {"TEXT frame on its base line", 6, "TMyText", 3, 0, 60},
-      {"POINT", 7, "TMyLinkPoint", -1, 5, 70},
+      {"ARC end ray", 2, "TMyElliArc", 4, 40, 5}, {"closed POLYLINE repeats its start", 3, "TMyPolygon", 3, 0, 20},
+      {"SOLID corners cross", 4, "TMyPolygon", 2, 10, 50}, {"TRACE", 5, "TMyPolygon", 3, 20, 50},
+      {"TEXT frame on its base line", 6, "TMyText", 3, 0, 60}, {"POINT", 7, "TMyLinkPoint", -1, 5, 70},
       {"nested insert: scaled, turned line", 8, "TMyLine", 1, 100, 2},
       {"nested insert: inner block's circle", 9, "TMyEllipse", -1, 100, 0},
       {"array: last column of the last row", 15, "TMyEllipse", -1, 170, 10},
@@ -66,8 +62,7 @@ TEST(LoadFromDxf, ReadsEveryEntityKindOfEzdxfFilesInEachVersion) {
       {"ELLIPSE", 16, "TMyEllipse", 1, 70, 5},
       {"partial ELLIPSE starts at its major axis", 17, "TMyElliArc", 5, 80, 10},
       {"partial ELLIPSE ends at its minor axis", 17, "TMyElliArc", 4, 75, 0},
-      {"LWPOLYLINE bulge keeps the arc's far side", 18, "TMyPolyLine", 0, 0, 80},
-      {"MTEXT", 19, "TMyText", 0, 0, 100},
+      {"LWPOLYLINE bulge keeps the arc's far side", 18, "TMyPolyLine", 0, 0, 80}, {"MTEXT", 19, "TMyText", 0, 0, 100},
       {"Bezier SPLINE stays a chain", 20, "TMyPolyBezier", 1, 5, 120},
       {"fit-point SPLINE", 21, "TMyPolyLine", 0, 20, 110},
   };
@@ -105,12 +100,7 @@ TEST(LoadFromDxf, ReadsEveryEntityKindOfEzdxfFilesInEachVersion) {
   }
 }
 
-struct BadFile {
-  const char* name;
-  std::string text;
-  std::int64_t line;
-  const char* message;
-};
+struct BadFile { const char* name; std::string text; std::int64_t line; const char* message; };
 
 const std::string kOpen = "0\nSECTION\n2\nENTITIES\n";
 const std::string kClose = "0\nENDSEC\n0\nEOF\n";

@@ -17,9 +17,7 @@ namespace lumatrex::test {
 // A shape as a new one is styled (font "DejaVu Sans" -11 px, black pen of
 // width 1 and brush, round pen ends, no user data), numbered No, of class
 // ClassName.
-struct TShapeFields : TRecordFields {
-  std::string className = "TMyRectangle";
-};
+struct TShapeFields : TRecordFields { std::string className = "TMyRectangle"; };
 
 inline TShapeFields Shape(const std::string& className, const std::string& name, std::int32_t no, TArrMyPoint points,
                           TMyPoint centre) {

@@ -26,24 +26,16 @@ const std::vector<TProbe> kProbes = {
 };
 
 TEST(LibraryProbes, EachProbeAnswersExactlyItsTags) {
-  struct Row {
-    const char* tag;
-    std::vector<std::string> trueFor;
-  };
+  struct Row { const char* tag; std::vector<std::string> trueFor; };
   const std::vector<Row> rows = {
       {"ZOLTLIBX.j", {"IsZOLTLibFile"}},
       {"ZOLTLIBX.i", {"IsZOLTLibFileXI"}},  // not a plain library tag on purpose
       {"ZOLTLIBX.h", {"IsZOLTLibFile", "IsZOLTLibFileXH"}},
       {"ZOLTLIBX.e", {"IsZOLTLibFileXE"}},  // likewise
-      {"ZOLTLIBX.a", {"IsZOLTLibFile", "IsZOLTLibFileXA"}},
-      {"ZOLTLIBX.9", {"IsZOLTLibFile", "IsZOLTLibFileX9"}},
-      {"ZOLTLIBX.8", {"IsZOLTLibFile", "IsZOLTLibFileX8"}},
-      {"ZOLTLIBX.7", {"IsZOLTLibFile", "IsZOLTLibFileX67"}},
-      {"ZOLTLIBX.6", {"IsZOLTLibFile", "IsZOLTLibFileX67"}},
-      {"ZOLTLIBX.3", {"IsZOLTLibFile"}},
-      {"ZOLTLIBX.2", {"IsZOLTLibFile", "IsZOLTLibX2File"}},
-      {"ZOLTLIB2.1", {"IsOLDZOLTLibFile"}},
-      {"ZOLTLIBX.k", {}},
+      {"ZOLTLIBX.a", {"IsZOLTLibFile", "IsZOLTLibFileXA"}}, {"ZOLTLIBX.9", {"IsZOLTLibFile", "IsZOLTLibFileX9"}},
+      {"ZOLTLIBX.8", {"IsZOLTLibFile", "IsZOLTLibFileX8"}}, {"ZOLTLIBX.7", {"IsZOLTLibFile", "IsZOLTLibFileX67"}},
+      {"ZOLTLIBX.6", {"IsZOLTLibFile", "IsZOLTLibFileX67"}}, {"ZOLTLIBX.3", {"IsZOLTLibFile"}},
+      {"ZOLTLIBX.2", {"IsZOLTLibFile", "IsZOLTLibX2File"}}, {"ZOLTLIB2.1", {"IsOLDZOLTLibFile"}}, {"ZOLTLIBX.k", {}},
       {"zoltlibx.j", {}},  // tags compare exactly
       {"Ambrel Com", {}},  // a drawing file
   };
@@ -68,12 +60,9 @@ TEST(LibraryProbes, AFileShorterThanATagIsNoLibrary) {
 
 TEST(LibraryTags, MapToTheRecordVersionTheyHold) {
   const std::vector<std::pair<std::string, std::string>> rows = {
-      {"ZOLTLIBX.j", "XP.j"}, {"ZOLTLIBX.i", "XP.i"},
-      {"ZOLTLIBX.h", "XP.h"}, {"ZOLTLIBX.e", "XP.e"},
-      {"ZOLTLIBX.a", "XP.a"}, {"ZOLTLIBX.9", "XP.9"},
-      {"ZOLTLIBX.8", "XP.8"}, {"ZOLTLIBX.7", "XP.7"},
-      {"ZOLTLIBX.6", "XP.6"}, {"ZOLTLIBX.3", "XP.4"},
-      {"ZOLTLIBX.2", "XP.2"}, {"ZOLTLIBX.5", ""},
+      {"ZOLTLIBX.j", "XP.j"}, {"ZOLTLIBX.i", "XP.i"}, {"ZOLTLIBX.h", "XP.h"}, {"ZOLTLIBX.e", "XP.e"},
+      {"ZOLTLIBX.a", "XP.a"}, {"ZOLTLIBX.9", "XP.9"}, {"ZOLTLIBX.8", "XP.8"}, {"ZOLTLIBX.7", "XP.7"},
+      {"ZOLTLIBX.6", "XP.6"}, {"ZOLTLIBX.3", "XP.4"}, {"ZOLTLIBX.2", "XP.2"}, {"ZOLTLIBX.5", ""},
       {"ZOLTLIB2.1", ""},     {"", ""},
   };
   for (const auto& [tag, version] : rows) EXPECT_EQ(LibTagToFileVersion(tag), version) << tag;

@@ -42,12 +42,7 @@ TEST(MalformedLibraries, TruncationAtEveryByteFailsExceptAtEntryBoundaries) {
   }
 }
 
-struct THostile {
-  const char* edge;
-  TBytes bytes;
-  std::int64_t offset;
-  const char* mentions;
-};
+struct THostile { const char* edge; TBytes bytes; std::int64_t offset; const char* mentions; };
 
 // Tag, then entry "E": name, size, width and height 1, the user data count
 // and Rest; Size, when given, replaces the true size.

@@ -113,13 +113,14 @@ TEST(TLibManagerRead, TheReadersForOlderTagsReadTheirLayoutWhateverTheLibraryTag
 // ---------------------------------------------------------------------------
 // Writing
 
-TEST(TLibManagerWrite, ShapesReadBackAndAppendedGiveTheHandWrittenBytes) {
+TEST(TLibManagerWrite, ShapesReadBackAndAppendedGiveTheHandWrittenBytesTagFirst) {
   const TLibManager source = Library(Concat({kTag, test::PumpEntry()}));
   // Anywhere on the drawing: the entry stores the offsets from its box.
   const std::unique_ptr<TCmbShape> pump = source.GetCmbShape("Pump", {.Left = 33, .Top = 7});
-  TLibManager target;
+  TLibManager target;  // empty: the tag comes first
   ASSERT_TRUE(target.AppendNewShape("Pump", Pointers(*pump), pump->UserData, pump->Width, pump->Height));
   EXPECT_EQ(target.Bytes(), source.Bytes());
+  EXPECT_EQ(target.GetLibTag(), "ZOLTLIBX.j");
 }
 
 TEST(TLibManagerWrite, UnitCoordinatesFollowTheRoundedBoxOfAllButLinkPoints) {
@@ -133,18 +134,10 @@ TEST(TLibManagerWrite, UnitCoordinatesFollowTheRoundedBoxOfAllButLinkPoints) {
   };
   const std::vector<Row> rows = {
       {"box 40 x 20 at (10, 10)", {{10, 10}, {50, 30}}, {30, 20}, false, {{0, 0}, {1, 1}}, {0.5f, 0.5f}},
-      {"flat entry: height 0 is stored as 1, y offsets from the top",
-       {{5, 7}, {25, 7}},
-       {15, 9},
-       false,
-       {{0, 0}, {1, 0}},
-       {0.5f, 2}},
+      {"flat entry: height 0 is stored as 1, y offsets from the top", {{5, 7}, {25, 7}}, {15, 9}, false,
+       {{0, 0}, {1, 0}}, {0.5f, 2}},
       {"a single point: both sizes 1", {{3, 4}}, {3, 4}, false, {{0, 0}}, {0, 0}},
-      {"a link point far away does not widen the box",
-       {{10, 10}, {50, 30}},
-       {30, 20},
-       true,
-       {{0, 0}, {1, 1}},
+      {"a link point far away does not widen the box", {{10, 10}, {50, 30}}, {30, 20}, true, {{0, 0}, {1, 1}},
        {0.5f, 0.5f}},
       {"width 2.5 rounds half to even: 2", {{0, 0}, {2.5f, 1}}, {0, 0}, false, {{0, 0}, {1.25f, 1}}, {0, 0}},
       {"width 3.5 rounds half to even: 4", {{0, 0}, {3.5f, 1}}, {0, 0}, false, {{0, 0}, {0.875f, 1}}, {0, 0}},
@@ -184,15 +177,6 @@ TEST(TLibManagerWrite, TheCallersShapesKeepTheirExactCoordinates) {
   for (std::size_t i = 0; i < points.size(); ++i) EXPECT_TRUE(SameBits(shape.Points[i], points[i])) << i;
   EXPECT_TRUE(SameBits(shape.LinkPoints[0], {0.3f, 0.3f}));
   EXPECT_TRUE(SameBits(shape.CenterPoint, {6.6f, 5.5f}));
-}
-
-TEST(TLibManagerWrite, AppendingToAnEmptyLibraryWritesTheTagFirst) {
-  const TLibManager source = Library(Concat({kTag, test::BoxEntry("A")}));
-  const std::unique_ptr<TCmbShape> a = source.GetCmbShape("A");
-  TLibManager lib;
-  ASSERT_TRUE(lib.AppendNewShape("A", Pointers(*a), {}, 10, 10));
-  EXPECT_EQ(lib.Bytes(), source.Bytes());
-  EXPECT_EQ(lib.GetLibTag(), "ZOLTLIBX.j");
 }
 
 // ---------------------------------------------------------------------------
@@ -267,8 +251,7 @@ TEST_F(TLibManagerEdit, RefusedEditsChangeNothing) {
 
 TEST(TLibManagerFile, ReplacingTheTagKeepsTheRest) {
   const std::vector<std::tuple<const char*, TBytes, TBytes>> rows = {
-      {"empty stream: just the tag", {}, kTag},
-      {"shorter than a tag: replaced whole", TagBytes("ZOLT"), kTag},
+      {"empty stream: just the tag", {}, kTag}, {"shorter than a tag: replaced whole", TagBytes("ZOLT"), kTag},
       {"older tag: entries stay", Concat({TagBytes("ZOLTLIBX.9"), {1, 2, 3}}), Concat({kTag, {1, 2, 3}})},
   };
   for (const auto& [edge, bytes, expected] : rows) {
@@ -324,10 +307,7 @@ TEST(TLibManagerPreview, TheEntryIsFittedAndCentredOnWhite) {
   EXPECT_EQ(preview.Canvas().GetPixel(12, 10), clWhite);
   EXPECT_EQ(preview.Canvas().GetPixel(28, 10), clWhite);
   EXPECT_EQ(preview.Canvas().GetPixel(20, 2), clWhite);
-}
-
-TEST(TLibManagerPreview, NoEntryOrNoSizeGivesAnEmptyBitmap) {
-  const TLibManager lib = Library(Concat({kTag, test::BoxEntry("A")}));
+  // No entry or no size: an empty bitmap.
   EXPECT_TRUE(lib.GetCmbShapeImage("B", 40, 20).Empty());
   EXPECT_TRUE(lib.GetCmbShapeImage("A", 0, 20).Empty());
   EXPECT_TRUE(lib.GetCmbShapeImage("A", 40, -1).Empty());

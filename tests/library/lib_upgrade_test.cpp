@@ -87,8 +87,7 @@ TEST(TLibManagerUpgrade, OpeningADamagedLibraryLeavesTheManagerAsItWas) {
   TBytes damaged = OldLibrary("ZOLTLIBX.6");
   damaged.pop_back();
   const std::vector<std::pair<const char*, TBytes>> rows = {
-      {"truncated last entry", damaged},
-      {"unknown tag", Concat({TagBytes("ZOLTLIBX.k"), test::BoxEntry("A")})},
+      {"truncated last entry", damaged}, {"unknown tag", Concat({TagBytes("ZOLTLIBX.k"), test::BoxEntry("A")})},
       {"shorter than a tag", TagBytes("ZOLT")},
   };
   for (const auto& [edge, bytes] : rows) {
@@ -145,10 +144,8 @@ TEST(TLibManagerOldFamily, MalformedOldLibrariesAreRefusedWhole) {
   TBytes truncated = Zoltlib21({"Valve"});
   truncated.resize(truncated.size() - 3);
   const std::vector<std::pair<const char*, TBytes>> rows = {
-      {"a name twice", Zoltlib21({"Valve", "Valve"})},
-      {"bytes after the last entry", Zoltlib21({"Valve"}, {0})},
-      {"truncated", truncated},
-      {"entry count past the data", Concat({TagBytes("ZOLTLIB2.1"), {0xFF, 0xFF, 0, 0}})},
+      {"a name twice", Zoltlib21({"Valve", "Valve"})}, {"bytes after the last entry", Zoltlib21({"Valve"}, {0})},
+      {"truncated", truncated}, {"entry count past the data", Concat({TagBytes("ZOLTLIB2.1"), {0xFF, 0xFF, 0, 0}})},
   };
   for (const auto& [edge, bytes] : rows) {
     TLibManager lib;

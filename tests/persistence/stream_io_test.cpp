@@ -26,7 +26,7 @@ TEST(LString, WritesTheFullLengthAndTheLowEightBitsWorthOfBytes) {
   EXPECT_EQ(back.Remaining(), 0);
 }
 
-TEST(LString, ANegativeLengthIsMalformedAndNamesItsOffset) {
+TEST(LString, ANegativeLengthIsMalformedAtItsOffsetATruncatedTextAReadError) {
   TMemoryStream stream(TBytes{9, 0xFF, 0xFF, 0xFF, 0xFF});
   stream.SetPosition(1);
   try {
@@ -36,11 +36,8 @@ TEST(LString, ANegativeLengthIsMalformedAndNamesItsOffset) {
     EXPECT_EQ(e.Offset(), 1);
     EXPECT_NE(std::string(e.what()).find("caption"), std::string::npos);
   }
-}
-
-TEST(LString, ATruncatedTextIsAReadError) {
-  TMemoryStream stream(TBytes{5, 0, 0, 0, 'a'});
-  EXPECT_THROW(ReadLString(stream, "name"), EReadError);
+  TMemoryStream truncated(TBytes{5, 0, 0, 0, 'a'});
+  EXPECT_THROW(ReadLString(truncated, "name"), EReadError);
 }
 
 TEST(FixText, PadsWithSpacesCutsAndTrimsOnReading) {
@@ -50,7 +47,7 @@ TEST(FixText, PadsWithSpacesCutsAndTrimsOnReading) {
   EXPECT_EQ(ReadFixText(stream, 6, "tag"), "a b");
 }
 
-TEST(Extended, DecodesKnownBitPatterns) {
+TEST(Extended, DecodesKnownBitPatternsAndRoundTripsExactly) {
   // 1.0: mantissa 0x8000000000000000, exponent 16383.
   TMemoryStream one(TBytes{0, 0, 0, 0, 0, 0, 0, 0x80, 0xFF, 0x3F});
   EXPECT_EQ(ReadExtended(one, "x"), 1.0L);
@@ -59,9 +56,7 @@ TEST(Extended, DecodesKnownBitPatterns) {
   EXPECT_EQ(ReadExtended(minus, "x"), -2.5L);
   TMemoryStream zero(TBytes(10, 0));
   EXPECT_EQ(ReadExtended(zero, "x"), 0.0L);
-}
 
-TEST(Extended, RoundTripsExactly) {
   for (long double v : {0.1L, -123456.789L, 3.0e-300L, 1.0e4000L, 7.0L}) {
     TMemoryStream stream;
     WriteExtended(stream, v);
@@ -82,9 +77,7 @@ TEST(ReadCount, RefusesCountsTheRemainingBytesCannotHold) {
   EXPECT_THROW(ReadCount(huge, 8, "points"), EStreamFormatError);
   TMemoryStream negative(TBytes{0xFE, 0xFF, 0xFF, 0xFF});
   EXPECT_THROW(ReadCount(negative, 4, "ids"), EStreamFormatError);
-}
-
-TEST(ReadCount, ItemsWithoutBytesAreBoundedBySaneLimit) {
+  // Items without bytes are bounded by a sane limit.
   TMemoryStream fine(TBytes{0x00, 0x00, 0x10, 0x00});  // 1 << 20
   EXPECT_EQ(ReadCount(fine, 0, "points"), kMaxCountWithoutData);
   TMemoryStream tooMany(TBytes{0x01, 0x00, 0x10, 0x00});
@@ -105,23 +98,20 @@ TEST(ReadOrdinal, TheLastValueReadsAndOnePastItIsMalformedAtItsOffset) {
   }
 }
 
-TEST(BitmapBuffer, ZeroOrNegativeCountsHoldNoBitmapAndNothingFollows) {
+TEST(BitmapBuffer, ZeroOrNegativeCountsHoldNoBitmapABitmapRoundTripsAndGarbageIsRefused) {
   TMemoryStream stream(TBytes{0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 'x'});
   EXPECT_EQ(ReadBitmapBuffer(stream, "background"), nullptr);
   EXPECT_EQ(stream.Position(), 8);
-}
-
-TEST(BitmapBuffer, RoundTripsABitmapAndRefusesGarbage) {
   TBitmap picture(3, 2, pf24bit);
   picture.ScanLine(1)[0] = 0x42;
-  TMemoryStream stream;
-  WriteBitmapBuffer(stream, &picture);
-  stream.SetPosition(0);
-  const auto back = ReadBitmapBuffer(stream, "picture");
+  TMemoryStream written;
+  WriteBitmapBuffer(written, &picture);
+  written.SetPosition(0);
+  const auto back = ReadBitmapBuffer(written, "picture");
   ASSERT_NE(back, nullptr);
   EXPECT_EQ(back->Width(), 3);
   EXPECT_EQ(back->ScanLine(1)[0], 0x42);
-  EXPECT_EQ(stream.Remaining(), 0);
+  EXPECT_EQ(written.Remaining(), 0);
 
   TMemoryStream garbage(TBytes{4, 0, 0, 0, 0, 0, 0, 0, 'n', 'o', 'p', 'e'});
   EXPECT_THROW(ReadBitmapBuffer(garbage, "picture"), EStreamFormatError);

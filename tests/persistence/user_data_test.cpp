@@ -7,23 +7,20 @@ namespace {
 
 TArrUserDataRecord Records(const TUserData& data) { return data.Records(); }
 
-TEST(TUserData, AddingAnExistingKeyKeepsTheFirstValueAndReturnsFalse) {
+TEST(TUserData, AddingAnExistingKeyKeepsTheFirstValueAndKeysCompareByteForByte) {
   TUserData data;
   EXPECT_TRUE(data.AddKeyandValue("a", "1"));
   EXPECT_FALSE(data.AddKeyandValue("a", "2"));
   EXPECT_EQ(Records(data), (TArrUserDataRecord{{"a", "1"}}));
-}
-
-TEST(TUserData, KeysCompareByteForByte) {
-  TUserData data;
-  EXPECT_TRUE(data.AddKeyandValue("Key", "upper"));
+  data.ClearAll();
+  EXPECT_TRUE(data.AddKeyandValue("Key", "upper"));  // keys compare byte for byte
   EXPECT_TRUE(data.AddKeyandValue("key", "lower"));
   EXPECT_TRUE(data.AddKeyandValue("", ""));
   EXPECT_EQ(data.GetValueByKey("key"), "lower");
   EXPECT_EQ(data.GetCount(), 3);
 }
 
-TEST(TUserData, RenameOntoAnExistingKeyCreatesADuplicateAndLookupsTakeTheFirst) {
+TEST(TUserData, RenameChangeAndDeleteActOnTheFirstMatchAndMayMakeDuplicates) {
   TUserData data;
   data.AddKeyandValue("a", "first");
   data.AddKeyandValue("b", "second");
@@ -31,10 +28,6 @@ TEST(TUserData, RenameOntoAnExistingKeyCreatesADuplicateAndLookupsTakeTheFirst) 
   EXPECT_EQ(Records(data), (TArrUserDataRecord{{"a", "first"}, {"a", "second"}}));
   EXPECT_EQ(data.GetValueByKey("a"), "first");
   EXPECT_FALSE(data.ReNameKey("missing", "x"));
-}
-
-TEST(TUserData, ChangeAndDeleteActOnTheFirstMatchOnly) {
-  TUserData data;
   data.SetUserDataRecord({{"k", "1"}, {"k", "2"}});
   EXPECT_TRUE(data.ChangeValueByKey("k", "changed"));
   EXPECT_EQ(Records(data), (TArrUserDataRecord{{"k", "changed"}, {"k", "2"}}));

@@ -73,14 +73,7 @@ std::vector<TPoint> Pentagram() { return {{20, 2}, {31, 36}, {2, 14}, {38, 14}, 
 // ---------------------------------------------------------------------------
 
 TEST(CanvasFigures, BoxFiguresCoverTheHalfOpenBox) {
-  const Art rectangle = {
-      "........",
-      ".#####..",
-      ".#rrr#..",
-      ".#rrr#..",
-      ".#####..",
-      "........",
-  };
+  const Art rectangle = {"........", ".#####..", ".#rrr#..", ".#rrr#..", ".#####..", "........"};
   struct Case {
     const char* name;
     int width, height;
@@ -118,14 +111,7 @@ TEST(CanvasFigures, PolygonFillLeavesOutRightAndBottomButItsOutlineCoversThem) {
   EXPECT_EQ(Picture(bitmap)[4], "......");
   canvas.Pen().SetStyle(psSolid);
   canvas.Polygon({{1, 1}, {4, 1}, {4, 4}, {1, 4}});
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "......",
-                                 ".####.",
-                                 ".#rr#.",
-                                 ".#rr#.",
-                                 ".####.",
-                                 "......",
-                             }));
+  EXPECT_EQ(Picture(bitmap), (Art{"......", ".####.", ".#rr#.", ".#rr#.", ".####.", "......"}));
 }
 
 TEST(CanvasFigures, ClearPenAndClearBrushDrawNothing) {
@@ -183,14 +169,9 @@ TEST(CanvasFigures, BrushNeverReachesPastTheOutline) {
 // polygon they go through coverage masks. With the polygon covering the
 // whole picture both ways must paint the same pixels.
 TEST(CanvasFigures, CopyingPenPaintsAsTheMaskPipelineDoes) {
-  struct Case {
-    const char* name;
-    TPenStyle pen;
-    TBrushStyle brush;
-  };
+  struct Case { const char* name; TPenStyle pen; TBrushStyle brush; };
   const Case cases[] = {{"solid_pen_solid_brush", psSolid, bsSolid},
-                        {"solid_pen_hatch", psSolid, bsDiagCross},
-                        {"clear_pen_solid_brush", psClear, bsSolid},
+                        {"solid_pen_hatch", psSolid, bsDiagCross}, {"clear_pen_solid_brush", psClear, bsSolid},
                         {"solid_pen_clear_brush", psSolid, bsClear}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -222,36 +203,28 @@ TEST(CanvasFigures, CopyingPenPaintsAsTheMaskPipelineDoes) {
 // Lines
 // ---------------------------------------------------------------------------
 
-struct LineCase {
-  const char* name;
-  TPoint from, to;
-  std::vector<TPoint> pixels;
-};
-
-class CanvasLines : public ::testing::TestWithParam<LineCase> {};
-
-TEST_P(CanvasLines, DrawsExactlyTheNearestPixelsWithoutTheLastOne) {
-  const LineCase& c = GetParam();
-  TBitmap bitmap(8, 8, pf32bit);
-  bitmap.Canvas().MoveTo(c.from.X, c.from.Y);
-  bitmap.Canvas().LineTo(c.to.X, c.to.Y);
-  Art expected(8, std::string(8, '.'));
-  for (const TPoint& p : c.pixels) expected[p.Y][p.X] = '#';
-  EXPECT_EQ(Picture(bitmap), expected);
-  EXPECT_EQ(bitmap.Canvas().PenPos(), c.to);
+TEST(CanvasLines, DrawExactlyTheNearestPixelsWithoutTheLastOne) {
+  struct Case { const char* name; TPoint from, to; std::vector<TPoint> pixels; };
+  const Case cases[] = {
+      {"horizontal", {0, 0}, {4, 0}, {{0, 0}, {1, 0}, {2, 0}, {3, 0}}},
+      {"upward vertical", {2, 5}, {2, 1}, {{2, 5}, {2, 4}, {2, 3}, {2, 2}}},
+      {"diagonal", {0, 0}, {3, 3}, {{0, 0}, {1, 1}, {2, 2}}},
+      {"tie goes to the smaller y", {0, 0}, {4, 1}, {{0, 0}, {1, 0}, {2, 0}, {3, 1}}},
+      {"reversed covers the same pixels", {4, 1}, {0, 0}, {{4, 1}, {3, 1}, {2, 0}, {1, 0}}},
+      {"steep", {1, 0}, {3, 6}, {{1, 0}, {1, 1}, {2, 2}, {2, 3}, {2, 4}, {3, 5}}},
+      {"zero length draws nothing", {3, 3}, {3, 3}, {}},
+      {"from far outside", {-100000, 2}, {4, 2}, {{0, 2}, {1, 2}, {2, 2}, {3, 2}}}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TBitmap bitmap(8, 8, pf32bit);
+    bitmap.Canvas().MoveTo(c.from.X, c.from.Y);
+    bitmap.Canvas().LineTo(c.to.X, c.to.Y);
+    Art expected(8, std::string(8, '.'));
+    for (const TPoint& p : c.pixels) expected[p.Y][p.X] = '#';
+    EXPECT_EQ(Picture(bitmap), expected);
+    EXPECT_EQ(bitmap.Canvas().PenPos(), c.to);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Bresenham, CanvasLines,
-    ::testing::Values(LineCase{"horizontal", {0, 0}, {4, 0}, {{0, 0}, {1, 0}, {2, 0}, {3, 0}}},
-                      LineCase{"upward_vertical", {2, 5}, {2, 1}, {{2, 5}, {2, 4}, {2, 3}, {2, 2}}},
-                      LineCase{"diagonal", {0, 0}, {3, 3}, {{0, 0}, {1, 1}, {2, 2}}},
-                      LineCase{"tie_goes_to_the_smaller_y", {0, 0}, {4, 1}, {{0, 0}, {1, 0}, {2, 0}, {3, 1}}},
-                      LineCase{"reversed_covers_the_same_pixels", {4, 1}, {0, 0}, {{4, 1}, {3, 1}, {2, 0}, {1, 0}}},
-                      LineCase{"steep", {1, 0}, {3, 6}, {{1, 0}, {1, 1}, {2, 2}, {2, 3}, {2, 4}, {3, 5}}},
-                      LineCase{"zero_length_draws_nothing", {3, 3}, {3, 3}, {}},
-                      LineCase{"from_far_outside", {-100000, 2}, {4, 2}, {{0, 2}, {1, 2}, {2, 2}, {3, 2}}}),
-    [](const ::testing::TestParamInfo<LineCase>& info) { return std::string(info.param.name); });
 
 // Lines step from pixel to pixel incrementally; every pixel must still be the
 // one the closed formula gives, whatever the direction, length and clip.
@@ -279,62 +252,48 @@ TEST(CanvasPolyline, DrawsEachJointOnceSoXorLeavesNoHoles) {
   canvas.Pen().SetColor(clWhite);
   canvas.Pen().SetMode(pmXor);
   canvas.Polyline({{1, 1}, {5, 1}, {5, 5}, {1, 5}, {1, 1}});
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 ".......",
-                                 ".#####.",
-                                 ".#...#.",
-                                 ".#...#.",
-                                 ".#...#.",
-                                 ".#####.",
-                                 ".......",
-                             }));
+  EXPECT_EQ(Picture(bitmap), (Art{".......", ".#####.", ".#...#.", ".#...#.", ".#...#.", ".#####.", "......."}));
 }
 
 // ---------------------------------------------------------------------------
 // Pen modes
 // ---------------------------------------------------------------------------
 
-struct ModeCase {
-  const char* name;
-  TPenMode mode;
-  std::function<TColor(TColor p, TColor d)> expected;
-};
-
-class CanvasPenModes : public ::testing::TestWithParam<ModeCase> {};
-
-TEST_P(CanvasPenModes, CombinesPenWithDestinationBitwiseAndKeepsAlphaOpaque) {
+TEST(CanvasPenModes, AllSixteenCombinePenWithDestinationBitwiseAndKeepAlphaOpaque) {
+  struct Case {
+    TPenMode mode;
+    TColor (*expected)(TColor p, TColor d);
+  };
+  const Case cases[] = {{pmBlack, [](TColor, TColor) -> TColor { return 0; }},
+                        {pmWhite, [](TColor, TColor) -> TColor { return 0xFFFFFF; }},
+                        {pmNop, [](TColor, TColor d) { return d; }}, {pmNot, [](TColor, TColor d) { return ~d; }},
+                        {pmCopy, [](TColor p, TColor) { return p; }},
+                        {pmNotCopy, [](TColor p, TColor) { return ~p; }},
+                        {pmMergePenNot, [](TColor p, TColor d) { return p | ~d; }},
+                        {pmMaskPenNot, [](TColor p, TColor d) { return p & ~d; }},
+                        {pmMergeNotPen, [](TColor p, TColor d) { return ~p | d; }},
+                        {pmMaskNotPen, [](TColor p, TColor d) { return ~p & d; }},
+                        {pmMerge, [](TColor p, TColor d) { return p | d; }},
+                        {pmNotMerge, [](TColor p, TColor d) { return ~(p | d); }},
+                        {pmMask, [](TColor p, TColor d) { return p & d; }},
+                        {pmNotMask, [](TColor p, TColor d) { return ~(p & d); }},
+                        {pmXor, [](TColor p, TColor d) { return p ^ d; }},
+                        {pmNotXor, [](TColor p, TColor d) { return ~(p ^ d); }}};
   const TColor destination = RGB(0x12, 0x34, 0x56), pen = RGB(0xF0, 0x0F, 0xAA);
-  TBitmap bitmap(3, 1, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.SetPixel(1, 0, destination);
-  canvas.Pen().SetColor(pen);
-  canvas.Pen().SetMode(GetParam().mode);
-  canvas.MoveTo(1, 0);
-  canvas.LineTo(2, 0);
-  EXPECT_EQ(canvas.GetPixel(1, 0), GetParam().expected(pen, destination) & 0xFFFFFF);
-  EXPECT_EQ(bitmap.ScanLine(0)[4 + 3], 0xFF);
-  EXPECT_EQ(canvas.GetPixel(2, 0), clWhite);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(static_cast<int>(c.mode));
+    TBitmap bitmap(3, 1, pf32bit);
+    TCanvas& canvas = bitmap.Canvas();
+    canvas.SetPixel(1, 0, destination);
+    canvas.Pen().SetColor(pen);
+    canvas.Pen().SetMode(c.mode);
+    canvas.MoveTo(1, 0);
+    canvas.LineTo(2, 0);
+    EXPECT_EQ(canvas.GetPixel(1, 0), c.expected(pen, destination) & 0xFFFFFF);
+    EXPECT_EQ(bitmap.ScanLine(0)[4 + 3], 0xFF);
+    EXPECT_EQ(canvas.GetPixel(2, 0), clWhite);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    AllSixteen, CanvasPenModes,
-    ::testing::Values(ModeCase{"pmBlack", pmBlack, [](TColor, TColor) { return 0; }},
-                      ModeCase{"pmWhite", pmWhite, [](TColor, TColor) { return 0xFFFFFF; }},
-                      ModeCase{"pmNop", pmNop, [](TColor, TColor d) { return d; }},
-                      ModeCase{"pmNot", pmNot, [](TColor, TColor d) { return ~d; }},
-                      ModeCase{"pmCopy", pmCopy, [](TColor p, TColor) { return p; }},
-                      ModeCase{"pmNotCopy", pmNotCopy, [](TColor p, TColor) { return ~p; }},
-                      ModeCase{"pmMergePenNot", pmMergePenNot, [](TColor p, TColor d) { return p | ~d; }},
-                      ModeCase{"pmMaskPenNot", pmMaskPenNot, [](TColor p, TColor d) { return p & ~d; }},
-                      ModeCase{"pmMergeNotPen", pmMergeNotPen, [](TColor p, TColor d) { return ~p | d; }},
-                      ModeCase{"pmMaskNotPen", pmMaskNotPen, [](TColor p, TColor d) { return ~p & d; }},
-                      ModeCase{"pmMerge", pmMerge, [](TColor p, TColor d) { return p | d; }},
-                      ModeCase{"pmNotMerge", pmNotMerge, [](TColor p, TColor d) { return ~(p | d); }},
-                      ModeCase{"pmMask", pmMask, [](TColor p, TColor d) { return p & d; }},
-                      ModeCase{"pmNotMask", pmNotMask, [](TColor p, TColor d) { return ~(p & d); }},
-                      ModeCase{"pmXor", pmXor, [](TColor p, TColor d) { return p ^ d; }},
-                      ModeCase{"pmNotXor", pmNotXor, [](TColor p, TColor d) { return ~(p ^ d); }}),
-    [](const ::testing::TestParamInfo<ModeCase>& info) { return std::string(info.param.name); });
 
 TEST(CanvasPenModes, NotInvertsWhateverThePenColourAndAppliesToTheBrushToo) {
   TBitmap bitmap(6, 6, pf32bit);
@@ -348,68 +307,39 @@ TEST(CanvasPenModes, NotInvertsWhateverThePenColourAndAppliesToTheBrushToo) {
   EXPECT_EQ(canvas.GetPixel(2, 2), RGB(0xEF, 0xDF, 0xCF));
 }
 
-struct XorCase {
-  const char* name;
-  std::function<void(TCanvas&)> draw;
-};
-
-class CanvasXorTwice : public ::testing::TestWithParam<XorCase> {};
-
-TEST_P(CanvasXorTwice, RestoresEveryPixel) {
-  TBitmap bitmap(40, 40, pf32bit);
-  PaintGradient(bitmap);
-  const std::vector<TColor> before = Colours(bitmap);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Pen().SetColor(RGB(0x5A, 0xA5, 0x3C));
-  canvas.Brush().SetColor(RGB(0x0F, 0x77, 0xE1));
-  canvas.Pen().SetMode(pmXor);
-  GetParam().draw(canvas);
-  EXPECT_NE(Colours(bitmap), before);
-  GetParam().draw(canvas);
-  EXPECT_EQ(Colours(bitmap), before);
+TEST(CanvasXorTwice, RestoresEveryPixel) {
+  const std::pair<const char*, std::function<void(TCanvas&)>> figures[] = {
+      {"line", [](TCanvas& c) { c.MoveTo(3, 4); c.LineTo(37, 21); }},
+      {"self-crossing polyline", [](TCanvas& c) { c.Polyline({{2, 2}, {30, 30}, {30, 2}, {2, 30}}); }},
+      {"rectangle", [](TCanvas& c) { c.Rectangle(3, 5, 33, 27); }},
+      {"ellipse", [](TCanvas& c) { c.Ellipse(4, 4, 36, 28); }},
+      {"winding star polygon", [](TCanvas& c) { c.SetPolyFillMode(pfmWinding); c.Polygon(Pentagram()); }},
+      {"dotted rubber band",
+       [](TCanvas& c) { c.Pen().SetStyle(psDot); c.Brush().SetStyle(bsClear); c.Rectangle(2, 2, 37, 31); }},
+      {"hatched rectangle",
+       [](TCanvas& c) { c.Brush().SetStyle(bsDiagCross); c.SetBkMode(bkOpaque); c.Rectangle(1, 1, 39, 39); }},
+      {"wide polyline", [](TCanvas& c) { c.Pen().SetWidth(5); c.Polyline({{5, 5}, {35, 10}, {10, 35}}); }},
+      {"pie", [](TCanvas& c) { c.Pie(2, 2, 38, 30, 2, 2, 38, 16); }},
+      {"bezier", [](TCanvas& c) { c.PolyBezier({{2, 38}, {2, 2}, {38, 2}, {38, 38}}); }},
+      {"turned figures", [](TCanvas& c) {
+         c.SetWorldTransform(TXForm{0.8f, 0.6f, -0.6f, 0.8f, 20, 2});
+         c.Rectangle(0, 0, 20, 12); c.Ellipse(2, 14, 22, 28); c.Pie(0, 0, 20, 20, 20, 0, 0, 20);
+       }}};
+  for (const auto& [name, draw] : figures) {
+    SCOPED_TRACE(name);
+    TBitmap bitmap(40, 40, pf32bit);
+    PaintGradient(bitmap);
+    const std::vector<TColor> before = Colours(bitmap);
+    TCanvas& canvas = bitmap.Canvas();
+    canvas.Pen().SetColor(RGB(0x5A, 0xA5, 0x3C));
+    canvas.Brush().SetColor(RGB(0x0F, 0x77, 0xE1));
+    canvas.Pen().SetMode(pmXor);
+    draw(canvas);
+    EXPECT_NE(Colours(bitmap), before);
+    draw(canvas);
+    EXPECT_EQ(Colours(bitmap), before);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Figures, CanvasXorTwice,
-    ::testing::Values(
-        XorCase{"line",
-                [](TCanvas& c) {
-                  c.MoveTo(3, 4);
-                  c.LineTo(37, 21);
-                }},
-        XorCase{"self_crossing_polyline", [](TCanvas& c) { c.Polyline({{2, 2}, {30, 30}, {30, 2}, {2, 30}}); }},
-        XorCase{"rectangle", [](TCanvas& c) { c.Rectangle(3, 5, 33, 27); }},
-        XorCase{"ellipse", [](TCanvas& c) { c.Ellipse(4, 4, 36, 28); }},
-        XorCase{"winding_star_polygon",
-                [](TCanvas& c) {
-                  c.SetPolyFillMode(pfmWinding);
-                  c.Polygon(Pentagram());
-                }},
-        XorCase{"dotted_rubber_band",
-                [](TCanvas& c) {
-                  c.Pen().SetStyle(psDot);
-                  c.Brush().SetStyle(bsClear);
-                  c.Rectangle(2, 2, 37, 31);
-                }},
-        XorCase{"hatched_rectangle",
-                [](TCanvas& c) {
-                  c.Brush().SetStyle(bsDiagCross);
-                  c.SetBkMode(bkOpaque);
-                  c.Rectangle(1, 1, 39, 39);
-                }},
-        XorCase{"wide_polyline", [](TCanvas& c) {
-                  c.Pen().SetWidth(5);
-                  c.Polyline({{5, 5}, {35, 10}, {10, 35}});
-                }},
-        XorCase{"pie", [](TCanvas& c) { c.Pie(2, 2, 38, 30, 2, 2, 38, 16); }},
-        XorCase{"bezier", [](TCanvas& c) { c.PolyBezier({{2, 38}, {2, 2}, {38, 2}, {38, 38}}); }},
-        XorCase{"turned_figures", [](TCanvas& c) {
-                  c.SetWorldTransform(TXForm{0.8f, 0.6f, -0.6f, 0.8f, 20, 2});
-                  c.Rectangle(0, 0, 20, 12);
-                  c.Ellipse(2, 14, 22, 28);
-                  c.Pie(0, 0, 20, 20, 20, 0, 0, 20);
-                }}),
-    [](const ::testing::TestParamInfo<XorCase>& info) { return std::string(info.param.name); });
 
 // ---------------------------------------------------------------------------
 // Pen styles and brush patterns
@@ -449,14 +379,7 @@ TEST(CanvasPenStyles, DashPatternRunsOnAcrossPolylineJoints) {
   canvas.Pen().SetStyle(psDot);
   canvas.Brush().SetStyle(bsClear);
   canvas.Polyline({{0, 1}, {4, 1}, {4, 5}});
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "......",
-                                 "###...",
-                                 "......",
-                                 "....#.",
-                                 "....#.",
-                                 "......",
-                             }));
+  EXPECT_EQ(Picture(bitmap), (Art{"......", "###...", "......", "....#.", "....#.", "......"}));
 }
 
 TEST(CanvasPenStyles, InsideFrameKeepsAWidePenWithinTheBox) {
@@ -515,32 +438,20 @@ TEST(CanvasBrushes, BitmapBrushIsTiledFromTheDeviceOrigin) {
 // Pixels, flood fill and bitmap copies
 // ---------------------------------------------------------------------------
 
-class CanvasFloodFill : public ::testing::TestWithParam<TFillStyle> {};
-
-TEST_P(CanvasFloodFill, FillsTheAreaInsideTheBorderOnly) {
-  TBitmap bitmap(8, 8, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Brush().SetStyle(bsClear);
-  canvas.Rectangle(1, 1, 7, 7);
-  canvas.SetPixel(3, 3, clBlack);  // an island the fill flows around
-  canvas.Brush().SetColor(clRed);
-  canvas.FloodFill(4, 4, GetParam() == fsSurface ? clWhite : clBlack, GetParam());
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "........",
-                                 ".######.",
-                                 ".#rrrr#.",
-                                 ".#r#rr#.",
-                                 ".#rrrr#.",
-                                 ".#rrrr#.",
-                                 ".######.",
-                                 "........",
-                             }));
+TEST(CanvasFloodFill, FillsTheAreaInsideTheBorderOnlyInBothStyles) {
+  for (const TFillStyle style : {fsSurface, fsBorder}) {
+    TBitmap bitmap(8, 8, pf32bit);
+    TCanvas& canvas = bitmap.Canvas();
+    canvas.Brush().SetStyle(bsClear);
+    canvas.Rectangle(1, 1, 7, 7);
+    canvas.SetPixel(3, 3, clBlack);  // an island the fill flows around
+    canvas.Brush().SetColor(clRed);
+    canvas.FloodFill(4, 4, style == fsSurface ? clWhite : clBlack, style);
+    EXPECT_EQ(Picture(bitmap), (Art{"........", ".######.", ".#rrrr#.", ".#r#rr#.", ".#rrrr#.", ".#rrrr#.", ".######.",
+                                    "........"}))
+        << (style == fsSurface ? "surface" : "border");
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(BothStyles, CanvasFloodFill, ::testing::Values(fsSurface, fsBorder),
-                         [](const ::testing::TestParamInfo<TFillStyle>& info) {
-                           return std::string(info.param == fsSurface ? "surface" : "border");
-                         });
 
 TEST(CanvasFloodFill, LargeAreaNeedsNoRecursion) {
   TBitmap bitmap(300, 300, pf32bit);
@@ -563,48 +474,31 @@ TBitmap Quad() {  // 2x2: red, yellow / black, white
   return quad;
 }
 
-TEST(CanvasCopies, DrawCopiesPixelsAtThePointAndClipsAtTheEdges) {
+TEST(CanvasCopies, DrawCopiesPixelsAtThePointClipsAtTheEdgesAndMayReadItsTarget) {
   TBitmap bitmap(4, 4, pf32bit);
   bitmap.Canvas().Draw(1, 2, Quad());
   bitmap.Canvas().Draw(-1, -1, Quad());
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "....",
-                                 "....",
-                                 ".ry.",
-                                 ".#..",
-                             }));
+  EXPECT_EQ(Picture(bitmap), (Art{"....", "....", ".ry.", ".#.."}));
+  TBitmap row(4, 1, pf32bit);  // drawn onto itself it reads the original
+  row.Canvas().SetPixel(0, 0, clRed);
+  row.Canvas().SetPixel(1, 0, clBlack);
+  row.Canvas().Draw(1, 0, row);
+  EXPECT_EQ(Picture(row)[0], "rr#.");
 }
 
-TEST(CanvasCopies, StretchDrawRepeatsOrSkipsPixelsByTheirCentres) {
+TEST(CanvasCopies, StretchDrawRepeatsOrSkipsPixelsByTheirCentresAndMirrors) {
   TBitmap bitmap(5, 5, pf32bit);
   bitmap.Canvas().StretchDraw(Rect(0, 0, 4, 4), Quad());
-  EXPECT_EQ(Picture(bitmap), (Art{
-                                 "rryy.",
-                                 "rryy.",
-                                 "##...",
-                                 "##...",
-                                 ".....",
-                             }));
+  EXPECT_EQ(Picture(bitmap), (Art{"rryy.", "rryy.", "##...", "##...", "....."}));
   TBitmap row(4, 1, pf32bit);
   row.Canvas().SetPixel(1, 0, clRed);
   row.Canvas().SetPixel(3, 0, clBlack);
   TBitmap shrunk(2, 1, pf32bit);
   shrunk.Canvas().StretchDraw(Rect(0, 0, 2, 1), row);
   EXPECT_EQ(Picture(shrunk)[0], "r#");
-}
-
-TEST(CanvasCopies, ReversedDestinationMirrors) {
-  TBitmap bitmap(2, 2, pf32bit);
-  bitmap.Canvas().StretchDraw(Rect(2, 2, 0, 0), Quad());
-  EXPECT_EQ(Picture(bitmap), (Art{".#", "yr"}));
-}
-
-TEST(CanvasCopies, DrawingABitmapOntoItselfReadsTheOriginal) {
-  TBitmap bitmap(4, 1, pf32bit);
-  bitmap.Canvas().SetPixel(0, 0, clRed);
-  bitmap.Canvas().SetPixel(1, 0, clBlack);
-  bitmap.Canvas().Draw(1, 0, bitmap);
-  EXPECT_EQ(Picture(bitmap)[0], "rr#.");
+  TBitmap mirrored(2, 2, pf32bit);  // a reversed destination mirrors
+  mirrored.Canvas().StretchDraw(Rect(2, 2, 0, 0), Quad());
+  EXPECT_EQ(Picture(mirrored), (Art{".#", "yr"}));
 }
 
 // ---------------------------------------------------------------------------
@@ -614,9 +508,7 @@ TEST(CanvasCopies, DrawingABitmapOntoItselfReadsTheOriginal) {
 TEST(CanvasClip, ClipRectangleLimitsEveryDrawing) {
   TBitmap bitmap(8, 8, pf32bit);
   TCanvas& canvas = bitmap.Canvas();
-  EXPECT_EQ(canvas.ClipRect(), Rect(0, 0, 8, 8));
   canvas.SetClipRect(Rect(2, 3, 5, 6));
-  EXPECT_EQ(canvas.ClipRect(), Rect(2, 3, 5, 6));
   canvas.Brush().SetColor(clRed);
   canvas.FillRect(Rect(0, 0, 8, 8));
   canvas.MoveTo(0, 6);
@@ -649,9 +541,7 @@ TEST(Region, AlternateLeavesTheStarCentreOutWindingTakesItIn) {
   EXPECT_TRUE(alternate.PtInRegion(20, 8));  // a tip is inside under both rules
   EXPECT_TRUE(winding.PtInRegion(20, 8));
   EXPECT_FALSE(winding.PtInRegion(2, 30));
-}
-
-TEST(Region, DegeneratePolygonsAreEmpty) {
+  // Degenerate polygons are empty.
   EXPECT_TRUE(TRegion::CreatePolygonRgn({}).IsEmpty());
   EXPECT_TRUE(TRegion::CreatePolygonRgn({{0, 0}, {10, 10}}).IsEmpty());
   EXPECT_FALSE(TRegion::CreatePolygonRgn({{0, 0}, {10, 10}}).PtInRegion(5, 5));
@@ -746,8 +636,6 @@ TEST(CanvasWorldTransform, TranslationMovesARectangleExactly) {
   moved.Canvas().Rectangle(0, 0, 6, 7);
   reference.Canvas().Rectangle(5, 3, 11, 10);
   EXPECT_EQ(Picture(moved), Picture(reference));
-  moved.Canvas().ResetWorldTransform();
-  EXPECT_EQ(moved.Canvas().WorldTransform().eDx, 0);
 }
 
 // ---------------------------------------------------------------------------

@@ -96,10 +96,7 @@ TEST(PainterCanvas, LightsTheRasterPixels) {
          c.Rectangle(2, 2, 20, 12);
        }, 0},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_LE(Differing(Raster(c), Vector(c)), c.tolerance);
-  }
+  for (const Case& c : cases) EXPECT_LE(Differing(Raster(c), Vector(c)), c.tolerance) << c.name;
 }
 
 }  // namespace

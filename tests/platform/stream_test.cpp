@@ -29,7 +29,7 @@ Bytes ReadAll(TStream& stream) {
 // TMemoryStream
 // ---------------------------------------------------------------------------
 
-TEST(MemoryStream, ReadReturnsWhatIsLeftAndNothingBeyondTheEnd) {
+TEST(MemoryStream, ReadsWhatIsLeftWritesPastTheEndOverZerosAndClampsItsPosition) {
   TMemoryStream stream(Bytes{1, 2, 3, 4});
   Bytes buffer(10, 0xEE);
   stream.SetPosition(2);
@@ -39,27 +39,15 @@ TEST(MemoryStream, ReadReturnsWhatIsLeftAndNothingBeyondTheEnd) {
   stream.SetPosition(9);
   EXPECT_EQ(stream.Read(buffer.data(), 1), 0);
   EXPECT_EQ(stream.Position(), 9);
-}
-
-TEST(MemoryStream, WritingPastTheEndFillsTheGapWithZeros) {
-  TMemoryStream stream(Bytes{7});
-  stream.SetPosition(3);
   const std::uint8_t value = 9;
+  stream.SetPosition(6);
   stream.WriteBuffer(&value, 1);
-  EXPECT_EQ(stream.Bytes(), (Bytes{7, 0, 0, 9}));
-}
-
-TEST(MemoryStream, SeeksFromEachOriginAndClampsBeforeTheStart) {
-  TMemoryStream stream(Bytes(10));
+  EXPECT_EQ(stream.Bytes(), (Bytes{1, 2, 3, 4, 0, 0, 9}));
   EXPECT_EQ(stream.Seek(4, soBeginning), 4);
   EXPECT_EQ(stream.Seek(3, soCurrent), 7);
-  EXPECT_EQ(stream.Seek(-2, soEnd), 8);
-  EXPECT_EQ(stream.Seek(5, soEnd), 15);  // past the end is allowed, as for files
+  EXPECT_EQ(stream.Seek(-2, soEnd), 5);
+  EXPECT_EQ(stream.Seek(5, soEnd), 12);  // past the end is allowed, as for files
   EXPECT_EQ(stream.Seek(-100, soCurrent), 0);
-}
-
-TEST(MemoryStream, SetSizeTruncatesExtendsWithZerosAndClampsThePosition) {
-  TMemoryStream stream(Bytes{1, 2, 3, 4});
   stream.SetPosition(4);
   stream.SetSize(2);
   EXPECT_EQ(stream.Bytes(), (Bytes{1, 2}));
@@ -95,7 +83,7 @@ TEST(ReadBuffer, ZeroBytesAlwaysSucceedAndNegativeCountsThrow) {
   EXPECT_THROW(stream.ReadBuffer(nullptr, -1), EReadError);
 }
 
-TEST(CopyFrom, ZeroCopiesTheWholeSourceFromItsStart) {
+TEST(CopyFrom, ZeroCopiesTheWholeSourceACountCopiesFromThePositionAcrossChunks) {
   TMemoryStream source(Bytes{1, 2, 3, 4});
   source.SetPosition(3);
   TMemoryStream target(Bytes{9});
@@ -103,17 +91,13 @@ TEST(CopyFrom, ZeroCopiesTheWholeSourceFromItsStart) {
   EXPECT_EQ(target.CopyFrom(source, 0), 4);
   EXPECT_EQ(target.Bytes(), (Bytes{9, 1, 2, 3, 4}));
   EXPECT_EQ(source.Position(), 4);
-}
-
-TEST(CopyFrom, CountCopiesFromTheCurrentPositionAcrossChunks) {
   Bytes data(200000);
   for (std::size_t i = 0; i < data.size(); ++i) data[i] = static_cast<std::uint8_t>(i * 7);
-  TMemoryStream source(data);
-  source.SetPosition(1);
-  TMemoryStream target;
-  EXPECT_EQ(target.CopyFrom(source, 150000), 150000);
-  EXPECT_EQ(target.Bytes(), Bytes(data.begin() + 1, data.begin() + 150001));
-  EXPECT_EQ(source.Position(), 150001);
+  TMemoryStream big(data), copy;
+  big.SetPosition(1);
+  EXPECT_EQ(copy.CopyFrom(big, 150000), 150000);
+  EXPECT_EQ(copy.Bytes(), Bytes(data.begin() + 1, data.begin() + 150001));
+  EXPECT_EQ(big.Position(), 150001);
 }
 
 TEST(CopyFrom, MoreThanTheSourceHoldsOrANegativeCountThrowsEReadError) {
@@ -152,16 +136,11 @@ class FileStream : public testing::Test {
   std::filesystem::path dir_;
 };
 
-TEST_F(FileStream, CreateTruncatesAnExistingFile) {
+TEST_F(FileStream, CreateTruncatesAnExistingFileAndAReadOnlyStreamRefusesWrites) {
   WriteFile("a.bin", {1, 2, 3, 4, 5});
   WriteFile("a.bin", {6});
   TFileStream file(Path("a.bin"), fmOpenRead);
   EXPECT_EQ(ReadAll(file), (Bytes{6}));
-}
-
-TEST_F(FileStream, WritingToAReadOnlyStreamThrowsEWriteError) {
-  WriteFile("a.bin", {1});
-  TFileStream file(Path("a.bin"), fmOpenRead);
   const std::uint8_t value = 2;
   EXPECT_THROW(file.WriteBuffer(&value, 1), EWriteError);
 }

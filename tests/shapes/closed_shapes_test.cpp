@@ -30,37 +30,7 @@ void ExpectNear(const TArrMyPoint& actual, const TArrMyPoint& expected, float to
 }
 
 // ---------------------------------------------------------------------------
-// Construction
-
-TEST(TMyRectangle, AssignCopiesTheSideHandleSwitches) {
-  TFakeOwner owner;
-  TMyRectangle source(&owner), target(&owner);
-  source.SetAssociateSideResizing(true);
-  source.SetShowSideHot(false);
-  source.SetShowHorizontalSideHot(false);
-  target.Assign(source);
-  EXPECT_TRUE(target.GetAssociateSideResizing());
-  EXPECT_FALSE(target.GetShowSideHot());
-  EXPECT_FALSE(target.GetShowHorizontalSideHot());
-  EXPECT_TRUE(target.GetShowVerticalSideHot());
-}
-
-// ---------------------------------------------------------------------------
 // Creation by mouse
-
-TEST(TMyRectangle, TwoDistinctClicksMakeTheFourCornersAndFinish) {
-  TFakeOwner owner;
-  owner.zoom = 2;
-  TMyRectangle rectangle(&owner);
-  rectangle.AddPointByMouse({10, 60});
-  EXPECT_FALSE(rectangle.IsDrawingFinished(mbLeft, {10, 60}));
-  rectangle.AddPointByMouse({50, 20});
-  EXPECT_TRUE(rectangle.IsDrawingFinished(mbLeft, {50, 20}));
-  EXPECT_EQ(rectangle.Points, (TArrMyPoint{{5, 30}, {25, 30}, {25, 10}, {5, 10}}));
-  EXPECT_EQ(rectangle.CenterPoint, (TMyPoint{15, 20}));
-  rectangle.AddPointByMouse({90, 90});
-  EXPECT_EQ(rectangle.GetPointsCount(), 4);
-}
 
 TEST(TMyRectangle, ASecondClickOnTheSameRowOrColumnAddsNothing) {
   TFakeOwner owner;
@@ -77,37 +47,23 @@ TEST(TMyRectangle, ASecondClickOnTheSameRowOrColumnAddsNothing) {
 // Handles
 
 // The frame (20,20)-(60,40), first corner at the left top.
-struct THandleCase {
-  const char* name;
-  TPoint p;
-  std::int32_t hot;
-  TCursor cursor;
-};
-
-class RectangleHandles : public ::testing::TestWithParam<THandleCase> {};
-
-TEST_P(RectangleHandles, AreNumberedCornersFirstThenSideMiddlesWithTheirCursors) {
+TEST(TMyRectangle, HandlesAreNumberedCornersFirstThenSideMiddlesWithTheirCursors) {
+  struct Case { const char* name; TPoint p; std::int32_t hot; TCursor cursor; };
+  const Case cases[] = {{"corner0 left top", {20, 20}, 0, crSizeNWSE}, {"corner1 right top", {60, 20}, 1, crSizeNESW},
+                        {"corner2 right bottom", {60, 40}, 2, crSizeNWSE}, {"corner3 left bottom", {20, 40}, 3, crSizeNESW},
+                        {"side4 top", {40, 20}, 4, crSizeNS}, {"side5 right", {60, 30}, 5, crSizeWE},
+                        {"side6 bottom", {40, 40}, 6, crSizeNS}, {"side7 left", {20, 30}, 7, crSizeWE},
+                        {"square's left top edge included", {16, 16}, 0, crSizeNWSE},
+                        {"square's right edge excluded", {64, 20}, -1, crCross}, {"body", {40, 30}, -1, crCross}};
   TFakeOwner owner;
   auto rectangle = Make<TMyRectangle>(owner, Frame(20, 20, 60, 40));
-  EXPECT_EQ(rectangle->InWhichHot(GetParam().p), GetParam().hot);
-  EXPECT_EQ(rectangle->CurrentHot, GetParam().hot);
-  EXPECT_EQ(rectangle->GetMouseCursor(GetParam().p.X, GetParam().p.Y), GetParam().cursor);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(rectangle->InWhichHot(c.p), c.hot);
+    EXPECT_EQ(rectangle->CurrentHot, c.hot);
+    EXPECT_EQ(rectangle->GetMouseCursor(c.p.X, c.p.Y), c.cursor);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Frame, RectangleHandles,
-    ::testing::Values(THandleCase{"corner0_left_top", {20, 20}, 0, crSizeNWSE},
-                      THandleCase{"corner1_right_top", {60, 20}, 1, crSizeNESW},
-                      THandleCase{"corner2_right_bottom", {60, 40}, 2, crSizeNWSE},
-                      THandleCase{"corner3_left_bottom", {20, 40}, 3, crSizeNESW},
-                      THandleCase{"side4_top", {40, 20}, 4, crSizeNS},
-                      THandleCase{"side5_right", {60, 30}, 5, crSizeWE},
-                      THandleCase{"side6_bottom", {40, 40}, 6, crSizeNS},
-                      THandleCase{"side7_left", {20, 30}, 7, crSizeWE},
-                      THandleCase{"square_left_top_edge_included", {16, 16}, 0, crSizeNWSE},
-                      THandleCase{"square_right_edge_excluded", {64, 20}, -1, crCross},
-                      THandleCase{"body", {40, 30}, -1, crCross}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(TMyRectangle, WhereHandleSquaresOverlapTheLastExistingOneWins) {
   TFakeOwner owner;  // squares reach 4 pixels: at (1,0) those of 0, 4 and 7 overlap
@@ -119,30 +75,28 @@ TEST(TMyRectangle, WhereHandleSquaresOverlapTheLastExistingOneWins) {
   EXPECT_EQ(rectangle->InWhichHot({1, 0}), 0);
 }
 
-class RectangleWhileRotating : public ::testing::TestWithParam<TActionTools> {};
-
-TEST_P(RectangleWhileRotating, ShowsAndHitsOnlyItsCorners) {
-  TFakeOwner owner;
-  owner.action = GetParam();
-  auto rectangle = Make<TMyRectangle>(owner, Frame(20, 20, 60, 40));
-  EXPECT_EQ(rectangle->InWhichHot({40, 20}), -1);
-  EXPECT_EQ(rectangle->InWhichHot({60, 30}), -1);
-  EXPECT_EQ(rectangle->InWhichHot({60, 20}), 1);
-  TSheet sheet;
-  rectangle->DrawHot(sheet.canvas());
-  EXPECT_FALSE(sheet.inked(40, 20));
-  EXPECT_FALSE(sheet.inked(20, 30));
-  EXPECT_EQ(sheet.at(20, 20), GetHotColor());
+TEST(TMyRectangle, WhileRotatingShowsAndHitsOnlyItsCorners) {
+  for (const TActionTools action : {dtRotating, dtRotateSelecting}) {
+    SCOPED_TRACE(static_cast<int>(action));
+    TFakeOwner owner;
+    owner.action = action;
+    auto rectangle = Make<TMyRectangle>(owner, Frame(20, 20, 60, 40));
+    EXPECT_EQ(rectangle->InWhichHot({40, 20}), -1);
+    EXPECT_EQ(rectangle->InWhichHot({60, 30}), -1);
+    EXPECT_EQ(rectangle->InWhichHot({60, 20}), 1);
+    TSheet sheet;
+    rectangle->DrawHot(sheet.canvas());
+    EXPECT_FALSE(sheet.inked(40, 20));
+    EXPECT_FALSE(sheet.inked(20, 30));
+    EXPECT_EQ(sheet.at(20, 20), GetHotColor());
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Actions, RectangleWhileRotating, ::testing::Values(dtRotating, dtRotateSelecting));
 
 // ---------------------------------------------------------------------------
 // Hit test and painting
 
 TEST(TMyRectangle, IsHitInsideItsFrameOnlyWithoutTolerance) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   auto rectangle = Make<TMyRectangle>(owner, Frame(10, 10, 30, 20));  // device (20,20)-(60,40)
   TSheet sheet;
   TCanvas& canvas = sheet.canvas();
@@ -154,20 +108,6 @@ TEST(TMyRectangle, IsHitInsideItsFrameOnlyWithoutTolerance) {
   rectangle->RotateChangeValueByAngle(rectangle->CenterPoint, kPi / 4);  // a diamond now
   EXPECT_TRUE(rectangle->IsClickedMe(canvas, {40, 30}));
   EXPECT_FALSE(rectangle->IsClickedMe(canvas, {21, 39}));  // inside the upright frame
-}
-
-TEST(TMyRectangle, DrawsItsClosedFrameInPenAndBrush) {
-  TFakeOwner owner;
-  owner.zoom = 2;
-  auto rectangle = Make<TMyRectangle>(owner, Frame(5, 5, 15, 10));  // device (10,10)-(30,20)
-  rectangle->Brush().SetColor(clRed);
-  TSheet sheet;
-  rectangle->Draw(sheet.canvas());
-  EXPECT_EQ(sheet.at(10, 10), clBlack);
-  EXPECT_EQ(sheet.at(30, 20), clBlack);  // the outline covers the far corner
-  EXPECT_EQ(sheet.at(20, 15), clRed);
-  EXPECT_EQ(sheet.at(31, 15), clWhite);
-  EXPECT_EQ(sheet.at(20, 21), clWhite);
 }
 
 TEST(TMyRectangle, PreviewsDrawTheFrameMovedOrTurned) {
@@ -192,118 +132,81 @@ TEST(TMyRectangle, PreviewsDrawTheFrameMovedOrTurned) {
 // ---------------------------------------------------------------------------
 // Resizing by handles
 
-// The frame (0,0)-(40,20) about its centre (20,10), given in its own axes:
-// the handle is dragged to Target and the corners end at Corners.
-struct TResizeCase {
-  const char* name;
-  std::int32_t hot;
-  TMyPoint target;
-  TArrMyPoint corners;
-};
-
-class RectangleResize : public ::testing::TestWithParam<TResizeCase> {};
-
-TEST_P(RectangleResize, MovesTheHandleWithinTheTurnedFrame) {
-  TFakeOwner owner;
-  owner.zoom = 2;
-  auto rectangle = Make<TMyRectangle>(owner, Frame(0, 0, 40, 20));
+// The frame (0,0)-(40,20) turned about its centre (20,10), given in its own
+// axes: the handle is dragged to Target and the corners end at Corners.
+TEST(TMyRectangle, ResizeMovesTheHandleWithinTheTurnedFrame) {
+  struct Case { const char* name; std::int32_t hot; TMyPoint target; TArrMyPoint corners; };
+  const Case cases[] = {
+      {"corner0", 0, {-5, -4}, {{-5, -4}, {40, -4}, {40, 20}, {-5, 20}}},
+      {"corner1", 1, {46, 2}, {{0, 2}, {46, 2}, {46, 20}, {0, 20}}},
+      {"corner2", 2, {50, 25}, {{0, 0}, {50, 0}, {50, 25}, {0, 25}}},
+      {"corner3", 3, {-3, 24}, {{-3, 0}, {40, 0}, {40, 24}, {-3, 24}}},
+      {"side4 moves the top vertically only", 4, {27, -6}, {{0, -6}, {40, -6}, {40, 20}, {0, 20}}},
+      {"side5 moves the right horizontally only", 5, {45, 13}, {{0, 0}, {45, 0}, {45, 20}, {0, 20}}},
+      {"side6 moves the bottom vertically only", 6, {14, 28}, {{0, 0}, {40, 0}, {40, 28}, {0, 28}}},
+      {"side7 moves the left horizontally only", 7, {-4, 7}, {{-4, 0}, {40, 0}, {40, 20}, {-4, 20}}},
+      {"corner dragged past the centre is refused", 2, {10, 5}, Frame(0, 0, 40, 20)},
+      {"side dragged past the centre is refused", 5, {15, 13}, Frame(0, 0, 40, 20)}};
   const TMyPoint centre{20, 10};
   const float angle = static_cast<float>(kPi / 6);
-  rectangle->RotateChangeValueByAngle(centre, angle);
   auto turned = [&](const TMyPoint& p) { return RotateAPoint(p, centre, angle); };
   auto device = [&](const TMyPoint& p) { return TMyPoint{p.X * 2, p.Y * 2}; };
-
-  const TMyPoint handle = device(rectangle->GetPoint(GetParam().hot));
-  ASSERT_EQ(rectangle->InWhichHot(MyPtToPt(handle)), GetParam().hot);
-  TSheet sheet;
-  rectangle->Sizing(sheet.canvas(), MyPtToPt(handle), MyPtToPt(device(turned(GetParam().target))));
-  rectangle->SizeChangeValue(handle, device(turned(GetParam().target)));
-
-  TArrMyPoint expected;
-  for (const TMyPoint& p : GetParam().corners) expected.push_back(turned(p));
-  ExpectNear(rectangle->Points, expected);
-  const TMyRect box = GetPointsLTRB(expected);
-  EXPECT_NEAR(rectangle->CenterPoint.X, (box.Left + box.Right) / 2, 1e-3);
-  EXPECT_NEAR(rectangle->CenterPoint.Y, (box.Top + box.Bottom) / 2, 1e-3);
-  EXPECT_EQ(sheet.inked() > 0, GetParam().corners != Frame(0, 0, 40, 20));  // a refused drag previews nothing
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TFakeOwner owner(2);
+    auto rectangle = Make<TMyRectangle>(owner, Frame(0, 0, 40, 20));
+    rectangle->RotateChangeValueByAngle(centre, angle);
+    const TMyPoint handle = device(rectangle->GetPoint(c.hot));
+    ASSERT_EQ(rectangle->InWhichHot(MyPtToPt(handle)), c.hot);
+    TSheet sheet;
+    rectangle->Sizing(sheet.canvas(), MyPtToPt(handle), MyPtToPt(device(turned(c.target))));
+    rectangle->SizeChangeValue(handle, device(turned(c.target)));
+    TArrMyPoint expected;
+    for (const TMyPoint& p : c.corners) expected.push_back(turned(p));
+    ExpectNear(rectangle->Points, expected);
+    const TMyRect box = GetPointsLTRB(expected);
+    EXPECT_NEAR(rectangle->CenterPoint.X, (box.Left + box.Right) / 2, 1e-3);
+    EXPECT_NEAR(rectangle->CenterPoint.Y, (box.Top + box.Bottom) / 2, 1e-3);
+    EXPECT_EQ(sheet.inked() > 0, c.corners != Frame(0, 0, 40, 20));  // a refused drag previews nothing
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Handles, RectangleResize,
-    ::testing::Values(
-        TResizeCase{"corner0", 0, {-5, -4}, {{-5, -4}, {40, -4}, {40, 20}, {-5, 20}}},
-        TResizeCase{"corner1", 1, {46, 2}, {{0, 2}, {46, 2}, {46, 20}, {0, 20}}},
-        TResizeCase{"corner2", 2, {50, 25}, {{0, 0}, {50, 0}, {50, 25}, {0, 25}}},
-        TResizeCase{"corner3", 3, {-3, 24}, {{-3, 0}, {40, 0}, {40, 24}, {-3, 24}}},
-        TResizeCase{"side4_moves_the_top_vertically_only", 4, {27, -6}, {{0, -6}, {40, -6}, {40, 20}, {0, 20}}},
-        TResizeCase{"side5_moves_the_right_horizontally_only", 5, {45, 13}, {{0, 0}, {45, 0}, {45, 20}, {0, 20}}},
-        TResizeCase{"side6_moves_the_bottom_vertically_only", 6, {14, 28}, {{0, 0}, {40, 0}, {40, 28}, {0, 28}}},
-        TResizeCase{"side7_moves_the_left_horizontally_only", 7, {-4, 7}, {{-4, 0}, {40, 0}, {40, 20}, {-4, 20}}},
-        TResizeCase{"corner_dragged_past_the_centre_is_refused", 2, {10, 5}, Frame(0, 0, 40, 20)},
-        TResizeCase{"side_dragged_past_the_centre_is_refused", 5, {15, 13}, Frame(0, 0, 40, 20)}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 // ---------------------------------------------------------------------------
 // Areas and dimensions
 
-struct TAreaCase {
-  const char* name;
-  TUnits unit;
-  double ratio;
-  const char* text;
-};
-
-class RectangleArea : public ::testing::TestWithParam<TAreaCase> {};
-
-TEST_P(RectangleArea, IsWidthTimesHeightInTheOwnersUnit) {
-  TFakeOwner owner;  // 96 pixels per inch
-  owner.unit = GetParam().unit;
-  owner.ratio = GetParam().ratio;
-  owner.zoom = 3;  // plays no part
-  auto rectangle = Make<TMyRectangle>(owner, Frame(0, 0, 96, 96));
-  EXPECT_EQ(rectangle->GetInfo(), GetParam().text);
+TEST(TMyRectangle, TheAreaIsWidthTimesHeightInTheOwnersUnitMeasuredInTheFramesOwnAxes) {
+  struct Case { const char* name; TUnits unit; double ratio; float angle; const char* text; };
+  const Case cases[] = {{"pixel scaled by ratio squared", pixel, 2, 0, "Area= 36864.00pixel(s)2"},
+                        {"mm", mm, 1, 0, "Area=   645.16mm2"}, {"cm", cm, 1, 0, "Area=     6.45cm2"},
+                        {"inch", inch, 1, 0, "Area=     1.00inch2"},
+                        {"turned frame", pixel, 1, static_cast<float>(kPi / 4), "Area=  9216.00pixel(s)2"}};
+  for (const Case& c : cases) {
+    TFakeOwner owner;  // 96 pixels per inch
+    owner.unit = c.unit;
+    owner.ratio = c.ratio;
+    owner.zoom = 3;  // plays no part
+    auto rectangle = Make<TMyRectangle>(owner, Frame(0, 0, 96, 96));
+    rectangle->RotateChangeValueByAngle(rectangle->CenterPoint, c.angle);
+    EXPECT_EQ(rectangle->GetInfo(), c.text) << c.name;
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Units, RectangleArea,
-    ::testing::Values(TAreaCase{"pixel_scaled_by_ratio_squared", pixel, 2, "Area= 36864.00pixel(s)2"},
-                      TAreaCase{"mm", mm, 1, "Area=   645.16mm2"}, TAreaCase{"cm", cm, 1, "Area=     6.45cm2"},
-                      TAreaCase{"inch", inch, 1, "Area=     1.00inch2"}),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(TMyRectangle, TheAreaOfATurnedFrameIsMeasuredInItsOwnAxes) {
-  TFakeOwner owner;
-  owner.unit = pixel;
-  auto rectangle = Make<TMyRectangle>(owner, Frame(0, 0, 20, 10));
-  rectangle->RotateChangeValueByAngle(rectangle->CenterPoint, kPi / 4);
-  EXPECT_EQ(rectangle->GetInfo(), "Area=   200.00pixel(s)2");
+TEST(TMyRectangle, DimensionsNameBothSidesWithTheFixedUnitSpellings) {
+  struct Case {
+    TUnits unit;
+    double zoom;
+    TPoint b;  // from (0, 0)
+    const char* text;
+  };
+  for (const Case& c : {Case{inch, 1, {96, 48}, "m=    10.00 in\rn=     5.00in"},  // one inch reads ten
+                        Case{pixel, 2, {30, -10}, "m=    15.00 pixel(s)\rn=     5.00pixel(s)"},
+                        Case{cm, 1, {96, 0}, "m=     2.54 mm\rn=     0.00mm"}}) {  // cm is labelled mm
+    TFakeOwner owner;
+    owner.unit = c.unit;
+    owner.zoom = c.zoom;
+    EXPECT_EQ(TMyRectangle(&owner).GetLengthByUnit({0, 0}, c.b), c.text);
+  }
 }
-
-struct TDimensionCase {
-  const char* name;
-  TUnits unit;
-  double zoom;
-  TPoint b;  // from (0, 0)
-  const char* text;
-};
-
-class RectangleDimensions : public ::testing::TestWithParam<TDimensionCase> {};
-
-TEST_P(RectangleDimensions, NameBothSidesWithTheFixedUnitSpellings) {
-  TFakeOwner owner;
-  owner.unit = GetParam().unit;
-  owner.zoom = GetParam().zoom;
-  TMyRectangle rectangle(&owner);
-  EXPECT_EQ(rectangle.GetLengthByUnit({0, 0}, GetParam().b), GetParam().text);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Units, RectangleDimensions,
-    ::testing::Values(
-        TDimensionCase{"one_inch_reads_ten", inch, 1, {96, 48}, "m=    10.00 in\rn=     5.00in"},
-        TDimensionCase{"pixels_unzoomed", pixel, 2, {30, -10}, "m=    15.00 pixel(s)\rn=     5.00pixel(s)"},
-        TDimensionCase{"cm_is_labelled_mm", cm, 1, {96, 0}, "m=     2.54 mm\rn=     0.00mm"}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 // ---------------------------------------------------------------------------
 // TMyEllipse
@@ -312,8 +215,7 @@ TEST(TMyEllipse, ATurnedEllipseKeepsItsOwnAxes) {
   TFakeOwner owner;
   auto ellipse = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
   ellipse->RotateChangeValueByAngle(ellipse->CenterPoint, kPi / 2);  // now 20 wide, 40 high
-  TSheet sheet;
-  ellipse->Draw(sheet.canvas());
+  TSheet sheet = test::Drawn(*ellipse);
   EXPECT_TRUE(sheet.inked(30, 40));
   EXPECT_TRUE(sheet.inked(20, 20));
   EXPECT_FALSE(sheet.inked(50, 20));
@@ -337,8 +239,7 @@ TEST(TMyEllipse, AChangedEllipsePaintsAsAFreshOne) {
     SCOPED_TRACE(c.name);
     TFakeOwner owner;
     auto cached = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
-    TSheet before;
-    cached->Draw(before.canvas());
+    TSheet before = test::Drawn(*cached);
     c.change(*cached, owner);
     auto fresh = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
     c.change(*fresh, owner);
@@ -350,50 +251,39 @@ TEST(TMyEllipse, AChangedEllipsePaintsAsAFreshOne) {
   }
 }
 
-TEST(TMyEllipse, TheAreaIsPiTimesTheHalfAxes) {
-  TFakeOwner owner;
-  owner.unit = pixel;
-  EXPECT_EQ(Make<TMyEllipse>(owner, Frame(0, 0, 20, 10))->GetInfo(), "Area=   157.08pixel(s)2");
-}
-
 // ---------------------------------------------------------------------------
 // TMyPolygon
 
-struct TFinishCase {
-  const char* name;
-  TArrMyPoint points;  // the last one is the click just added
-  bool finished;
-};
-
-class PolygonFinish : public ::testing::TestWithParam<TFinishCase> {};
-
-TEST_P(PolygonFinish, NeedsMoreThanThreePointsAndAClickNearTheFirstOrARepeat) {
-  TFakeOwner owner;  // HotSize 4
-  owner.zoom = 2;
-  TMyPolygon polygon(&owner);
-  polygon.Points = GetParam().points;
-  const TPoint click = MyPtToPt(polygon.GetPointInZoom(polygon.GetPointsCount() - 1));
-  EXPECT_EQ(polygon.IsDrawingFinished(mbLeft, click), GetParam().finished);
-  if (GetParam().finished) {
-    EXPECT_EQ(polygon.Points.back(), polygon.Points.front());
-  } else {
-    EXPECT_EQ(polygon.Points, GetParam().points);
+TEST(TMyPolygon, FinishingNeedsMoreThanThreePointsAndAClickNearTheFirstOrARepeat) {
+  struct Case {
+    const char* name;
+    TArrMyPoint points;  // the last one is the click just added
+    bool finished;
+  };
+  const Case cases[] = {{"three points never finish", {{10, 10}, {30, 10}, {10, 10}}, false},
+                        {"click near the first point", {{10, 10}, {30, 10}, {30, 30}, {11, 8.5f}}, true},
+                        {"click hot size away is not near", {{10, 10}, {30, 10}, {30, 30}, {12, 10}}, false},
+                        {"repeat click of a double click", {{10, 10}, {30, 10}, {30, 30}, {30, 30}}, true},
+                        {"ordinary fourth click", {{10, 10}, {30, 10}, {30, 30}, {20, 40}}, false}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TFakeOwner owner(2);  // HotSize 4
+    TMyPolygon polygon(&owner);
+    polygon.Points = c.points;
+    const TPoint click = MyPtToPt(polygon.GetPointInZoom(polygon.GetPointsCount() - 1));
+    EXPECT_EQ(polygon.IsDrawingFinished(mbLeft, click), c.finished);
+    if (c.finished) {
+      EXPECT_EQ(polygon.Points.back(), polygon.Points.front());
+    } else {
+      EXPECT_EQ(polygon.Points, c.points);
+    }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Clicks, PolygonFinish,
-    ::testing::Values(TFinishCase{"three_points_never_finish", {{10, 10}, {30, 10}, {10, 10}}, false},
-                      TFinishCase{"click_near_the_first_point", {{10, 10}, {30, 10}, {30, 30}, {11, 8.5f}}, true},
-                      TFinishCase{"click_hot_size_away_is_not_near", {{10, 10}, {30, 10}, {30, 30}, {12, 10}}, false},
-                      TFinishCase{"repeat_click_of_a_double_click", {{10, 10}, {30, 10}, {30, 30}, {30, 30}}, true},
-                      TFinishCase{"ordinary_fourth_click", {{10, 10}, {30, 10}, {30, 30}, {20, 40}}, false}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 // The triangle (0,0), (20,0), (0,20), closed.
 TArrMyPoint Triangle(float dx = 0, float dy = 0) { return {{dx, dy}, {20 + dx, dy}, {dx, 20 + dy}, {dx, dy}}; }
 
-TEST(TMyPolygon, TheAreaCountsTheCoveredPixelsOfTheBoxOutlineIncluded) {
+TEST(TMyPolygon, TheAreaCountsTheCoveredPixelsOfTheBoxOutlineIncludedAnEllipsesIsPiAB) {
   TFakeOwner owner;
   owner.unit = pixel;
   // 210 pixels with x + y < 20 are filled; the outline adds the 19 pixels of
@@ -405,18 +295,13 @@ TEST(TMyPolygon, TheAreaCountsTheCoveredPixelsOfTheBoxOutlineIncluded) {
   EXPECT_EQ(triangle->TextoutPoint, (TMyPoint{1, 2}));
   auto square = Make<TMyPolygon>(owner, {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}});
   EXPECT_EQ(square->GetInfo(), "Area=   100.00pixel(s)2");
-}
-
-TEST(TMyPolygon, ACollinearPolygonCoversOnlyItsOutline) {
-  TFakeOwner owner;
-  owner.unit = pixel;
-  auto polygon = Make<TMyPolygon>(owner, {{0, 0}, {10, 10}, {20, 20}, {0, 0}});
-  EXPECT_EQ(polygon->GetInfo(), "Area=    20.00pixel(s)2");  // the diagonal within the box
+  auto collinear = Make<TMyPolygon>(owner, {{0, 0}, {10, 10}, {20, 20}, {0, 0}});
+  EXPECT_EQ(collinear->GetInfo(), "Area=    20.00pixel(s)2");  // the diagonal within the box
+  EXPECT_EQ(Make<TMyEllipse>(owner, Frame(0, 0, 20, 10))->GetInfo(), "Area=   157.08pixel(s)2");  // pi a b
 }
 
 TEST(TMyPolygon, IsHitInsideItsOutlineOnly) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   auto triangle = Make<TMyPolygon>(owner, Triangle(10, 10));  // device (20,20), (60,20), (20,60)
   TSheet sheet;
   EXPECT_TRUE(triangle->IsClickedMe(sheet.canvas(), {22, 22}));

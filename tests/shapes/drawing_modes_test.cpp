@@ -17,18 +17,6 @@ struct TSheet : test::TSheet {
   TSheet() { canvas().Brush().SetStyle(bsSolid); }
 };
 
-TEST(DrawSquare, IsAHalfOpenSquareOfHotSizeFilledWithTheHotColour) {
-  TFakeOwner owner;
-  TMyShape shape(&owner);
-  TSheet sheet;
-  DrawSquare(shape, sheet.canvas(), {20.5f, 20});  // 20.5 rounds to 20
-  EXPECT_EQ(sheet.at(16, 16), clBlack);             // outline
-  EXPECT_EQ(sheet.at(23, 23), clBlack);
-  EXPECT_EQ(sheet.at(24, 20), clWhite);             // right edge left out
-  EXPECT_EQ(sheet.at(20, 20), GetHotColor());
-  EXPECT_EQ(sheet.inked(), 64);
-}
-
 TEST(DrawSquare, GroupMembersGetHalfTheSizeAndLockedShapesAGreySquare) {
   TFakeOwner owner;
   TMyShape shape(&owner);
@@ -97,18 +85,6 @@ TEST(SetDrawShapeMode, OnAMonochromePrinterColoursBecomeGreyLevels) {
   EXPECT_EQ(sheet.canvas().Pen().Mode(), pmCopy);
 }
 
-TEST(SetDragResizeRotateShapeMode, DrawsPreviewsThatEraseThemselves) {
-  TSheet sheet;
-  sheet.canvas().Pen().SetColor(clRed);
-  sheet.canvas().Rectangle(0, 0, 30, 30);
-  const TSheet before = sheet;
-  SetDragResizeRotateShapeMode(sheet.canvas());
-  sheet.canvas().Rectangle(5, 5, 50, 40);
-  EXPECT_GT(sheet.inked(), 0);
-  sheet.canvas().Rectangle(5, 5, 50, 40);
-  EXPECT_TRUE(sheet == before);
-}
-
 TEST(DrawInfo, InfoWinsOverMultiInfoAndCaptionShowOffDrawsNothing) {
   TFakeOwner owner;
   TMyShape alone(&owner), both(&owner);
@@ -127,21 +103,6 @@ TEST(DrawInfo, InfoWinsOverMultiInfoAndCaptionShowOffDrawsNothing) {
   TSheet none;
   both.DrawInfo(none.canvas());
   EXPECT_EQ(none.inked(), 0);
-}
-
-TEST(PowerDrawShape, StretchesTheGradientOverTheOutlineAndClipsItToIt) {
-  TFakeOwner owner;
-  TMyShape shape(&owner);
-  shape.SetColorBegin(clRed);
-  shape.SetColorEnd(clRed);
-  shape.SetGradientStyle(gsLinearH);
-  shape.Pen().SetColor(clBlack);
-  TSheet sheet;
-  // A triangle: its box corner (50, 10) lies outside it.
-  shape.PowerDrawShape(sheet.canvas(), {Point(10, 10), Point(50, 50), Point(10, 50)}, true);
-  EXPECT_EQ(sheet.at(15, 40), clRed);
-  EXPECT_EQ(sheet.at(45, 15), clWhite);
-  EXPECT_EQ(sheet.at(10, 30), clBlack);
 }
 
 }  // namespace

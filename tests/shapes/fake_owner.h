@@ -12,6 +12,7 @@ namespace lumatrex::test {
 
 class TFakeOwner : public TMyShapeOwner {
  public:
+  explicit TFakeOwner(double zoomFactor = 1.0) : zoom(zoomFactor) {}
   double GetZoom() const override { return zoom; }
   std::uint8_t GetHotSize() const override { return hotSize; }
   TUnits GetTheUNIT() const override { return unit; }

@@ -51,11 +51,9 @@ std::unique_ptr<TMyElliArc> MakeArc(TFakeOwner& owner, TPoint a, TPoint b, TArcS
 TEST(ElliArc, QuarterArcInksItsEndsAndOnlyItsQuadrant) {
   for (const double zoom : {1.0, 2.0}) {
     SCOPED_TRACE(zoom);
-    TFakeOwner owner;
-    owner.zoom = zoom;
+    TFakeOwner owner(zoom);
     auto arc = MakeArc(owner, Point(4 * zoom, 4 * zoom), Point(44 * zoom, 34 * zoom));
-    TSheet sheet(100, 80);
-    arc->Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(*arc, 100, 80);
     const auto z = [&](double v) { return static_cast<std::int32_t>(v * zoom); };
     EXPECT_TRUE(sheet.inked(z(24), z(4))) << "start: top of the outline";
     EXPECT_TRUE(InkNear(sheet, Point(z(44), z(19)))) << "end: right of the outline";
@@ -64,33 +62,31 @@ TEST(ElliArc, QuarterArcInksItsEndsAndOnlyItsQuadrant) {
   }
 }
 
-TEST(ElliArc, ChordAndSectorFillWhereTheirOutlinesClose) {
+TEST(ElliArc, ChordAndSectorFillWhereTheirOutlinesCloseAndReportTheirArea) {
   struct Case {
     const char* name;
     TArcStyle style;
-    bool chordArea;  // between the chord and the curve
-    bool nearCentre; // inside the sector only
+    bool chordArea;   // between the chord and the curve
+    bool nearCentre;  // inside the sector only
+    const char* info; // of a quarter of a circle of radius 50
   };
-  const Case cases[] = {{"open arc has no fill", asArc, false, false},
-                        {"chord fills up to its chord", asChord, true, false},
-                        {"sector fills to the centre", asPie, true, true}};
+  const Case cases[] = {{"open arc: no fill, its length", asArc, false, false, "Length=    78.54pixel(s)"},
+                        {"chord fills up to its chord", asChord, true, false, "Area=   713.50pixel(s)2"},
+                        {"sector fills to the centre", asPie, true, true, "Area=  1963.50pixel(s)2"}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     TFakeOwner owner;
     auto arc = MakeArc(owner, Point(0, 0), Point(200, 150), c.style);
-    TSheet sheet(210, 160);
-    arc->Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(*arc, 210, 160);
     EXPECT_EQ(sheet.at(150, 20) == clRed, c.chordArea);
     EXPECT_EQ(sheet.at(125, 50) == clRed, c.nearCentre);
+    owner.unit = pixel;
+    EXPECT_EQ(MakeArc(owner, Point(0, 0), Point(100, 100), c.style)->GetInfo(), c.info);
   }
 }
 
 TEST(ElliArc, HitOnTheOutlineBandAndInsideClosedStyles) {
-  struct Case {
-    const char* name;
-    TPoint p;
-    bool arc, chord, pie;
-  };
+  struct Case { const char* name; TPoint p; bool arc, chord, pie; };
   const Case cases[] = {{"on the curve", Point(171, 22), true, true, true},
                         {"6 px outside the curve", Point(175, 18), true, true, true},
                         {"inside the sector only", Point(125, 50), false, false, true},
@@ -105,25 +101,6 @@ TEST(ElliArc, HitOnTheOutlineBandAndInsideClosedStyles) {
     for (auto [style, expected] : styles)
       EXPECT_EQ(MakeArc(owner, Point(0, 0), Point(200, 150), style)->IsClickedMe(sheet.canvas(), c.p), expected)
           << static_cast<int>(style);
-  }
-}
-
-TEST(ElliArc, ReportsLengthOfTheCurveAndAreaOfClosedStyles) {
-  struct Case {
-    const char* name;
-    TArcStyle style;
-    const char* info;
-  };
-  // A quarter of a circle of radius 50.
-  const Case cases[] = {{"arc length", asArc, "Length=    78.54pixel(s)"},
-                        {"sector area", asPie, "Area=  1963.50pixel(s)2"},
-                        {"chord area", asChord, "Area=   713.50pixel(s)2"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    TFakeOwner owner;
-    owner.unit = pixel;
-    auto arc = MakeArc(owner, Point(0, 0), Point(100, 100), c.style);
-    EXPECT_EQ(arc->GetInfo(), c.info);
   }
 }
 
@@ -145,8 +122,7 @@ TEST(ElliArc, EndsKeepTheirAnglesThroughResizeModeChangeAndFlip) {
   // A flipped frame mirrors the arc: the quarter moves to the upper left.
   auto flipped = MakeArc(owner, Point(0, 0), Point(200, 150));
   flipped->FlipHoriz();
-  TSheet sheet(210, 160);
-  flipped->Draw(sheet.canvas());
+  TSheet sheet = test::Drawn(*flipped, 210, 160);
   EXPECT_EQ(sheet.inked(Rect(105, 0, 210, 70)), 0);
   EXPECT_GT(sheet.inked(Rect(0, 0, 100, 70)), 0);
 }
@@ -164,11 +140,9 @@ std::unique_ptr<TMyPolyBezier> MakeChain(TFakeOwner& owner) {
 TEST(PolyBezier, CurvePassesThroughItsAnchorsNotItsControls) {
   for (const double zoom : {1.0, 2.0}) {
     SCOPED_TRACE(zoom);
-    TFakeOwner owner;
-    owner.zoom = zoom;
+    TFakeOwner owner(zoom);
     auto chain = MakeChain(owner);
-    TSheet sheet(160, 160);
-    chain->Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(*chain, 160, 160);
     const auto z = [&](double v) { return static_cast<std::int32_t>(v * zoom); };
     EXPECT_TRUE(sheet.inked(z(10), z(40)));
     EXPECT_TRUE(sheet.inked(z(40), z(40)));
@@ -180,23 +154,15 @@ TEST(PolyBezier, CurvePassesThroughItsAnchorsNotItsControls) {
 }
 
 TEST(PolyBezier, HitsTheFlattenedCurveOnly) {
-  struct Case {
-    const char* name;
-    TPoint p;
-    bool hit;
-  };
+  struct Case { const char* name; TPoint p; bool hit; };
   const Case cases[] = {{"middle of the first piece", Point(25, 18), true},
-                        {"5 px off the curve", Point(25, 13), true},
-                        {"control point", Point(10, 10), false},
+                        {"5 px off the curve", Point(25, 13), true}, {"control point", Point(10, 10), false},
                         {"inside the hump", Point(25, 32), false},
                         {"anchor", Point(40, 40), true}};
   TFakeOwner owner;
   auto chain = MakeChain(owner);
   TSheet sheet;
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(chain->IsClickedMe(sheet.canvas(), c.p), c.hit);
-  }
+  for (const Case& c : cases) EXPECT_EQ(chain->IsClickedMe(sheet.canvas(), c.p), c.hit) << c.name;
 }
 
 TEST(PolyBezier, AddingAPieceKeepsTheCurveRemovingOneJoinsItsNeighbours) {
@@ -220,18 +186,13 @@ TEST(PolyBezier, AddingAPieceKeepsTheCurveRemovingOneJoinsItsNeighbours) {
 // ---- text ---------------------------------------------------------------------------------------
 
 TEST(Text, InkIsAnchoredByTheAlignmentsAtEveryZoom) {
-  struct Case {
-    const char* name;
-    TAlignment h;
-    TTextLayout v;
-  };
+  struct Case { const char* name; TAlignment h; TTextLayout v; };
   const Case cases[] = {{"top left", taLeftJustify, tlTop}, {"centre", taCenter, tlCenter},
                         {"bottom right", taRightJustify, tlBottom}};
   for (const double zoom : {1.0, 2.0})
     for (const Case& c : cases) {
       SCOPED_TRACE(c.name + std::string(" zoom ") + std::to_string(zoom));
-      TFakeOwner owner;
-      owner.zoom = zoom;
+      TFakeOwner owner(zoom);
       TMyText text(&owner);
       text.Points = Frame(10, 10, 110, 60);
       text.SetLines({"HHH"});
@@ -239,8 +200,7 @@ TEST(Text, InkIsAnchoredByTheAlignmentsAtEveryZoom) {
       text.SetVAlignment(c.v);
       text.Font().SetColor(clBlack);
       text.Font().SetSize(10);
-      TSheet sheet(240, 140);
-      text.Draw(sheet.canvas());
+      TSheet sheet = test::Drawn(text, 240, 140);
       const TRect ink = InkBox(sheet, 240, 140);
       ASSERT_GE(ink.Right, 0);
       const double left = 10 * zoom, right = 110 * zoom, top = 10 * zoom, bottom = 60 * zoom;
@@ -261,13 +221,11 @@ TEST(Text, IsClippedToItsFrameAndTurnsWithIt) {
   text.SetLines({"A line far wider than its frame"});
   text.SetWordWrap(false);
   text.Font().SetColor(clBlack);
-  TSheet sheet(120, 120);
-  text.Draw(sheet.canvas());
+  TSheet sheet = test::Drawn(text, 120, 120);
   EXPECT_EQ(sheet.inked() - sheet.inked(Rect(20, 20, 61, 41)), 0);
   // Turned a quarter clockwise about its centre (40, 30) the line runs down.
   text.RotateChangeValueByAngle(MyPoint(40, 30), static_cast<double>(kPi / 2));
-  TSheet turned(120, 120);
-  text.Draw(turned.canvas());
+  TSheet turned = test::Drawn(text, 120, 120);
   const TRect ink = InkBox(turned, 120, 120);
   EXPECT_GT(ink.Bottom - ink.Top, ink.Right - ink.Left);
   EXPECT_GE(ink.Left, 29);
@@ -322,16 +280,14 @@ TEST(Image, PictureFillsItsFrameTurnsAndLeavesOutTheTransparentColour) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    TFakeOwner owner;
-    owner.zoom = c.zoom;
+    TFakeOwner owner(c.zoom);
     TMyImage image(&owner);
     image.Bitmap() = Quadrants();
     image.Points = Frame(10, 10, 30, 30);
     image.CenterPoint = image.ComputeCenterPoint(4);
     image.SetTransparent(c.transparent);
     if (c.angle != 0) image.RotateChangeValueByAngle(image.CenterPoint, c.angle);
-    TSheet sheet(80, 80);
-    image.Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(image, 80, 80);
     const auto at = [&](double x, double y) { return sheet.at(static_cast<int>(x * c.zoom), static_cast<int>(y * c.zoom)); };
     EXPECT_EQ(at(10, 10), c.topLeft);
     EXPECT_EQ(at(29.5, 10), c.topRight);
@@ -352,8 +308,7 @@ TEST(Image, FiltersWorkOnADrawnCopyTheStoredPictureNeverChanges) {
   image.SetGrayScale(true);
   image.SetBrightness(40);
   image.SetContrast(20);
-  TSheet sheet(40, 40);
-  image.Draw(sheet.canvas());
+  TSheet sheet = test::Drawn(image, 40, 40);
   image.Draw(sheet.canvas());
   EXPECT_EQ(std::memcmp(before.data(), stored.ScanLine(0), before.size()), 0);
   const TColor drawn = sheet.at(2, 2);

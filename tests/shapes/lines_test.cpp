@@ -22,37 +22,9 @@ using test::TRecordBytes;
 using test::TSheet;
 
 // ---------------------------------------------------------------------------
-// Construction and properties
+// Copies
 
-TEST(TMyLine, NewLinesTakeTheOwnersArrowSettings) {
-  TFakeOwner owner;
-  owner.arrowAngle = 45;
-  owner.arrowLength = 17;
-  owner.arrowOffset = 3;
-  owner.arrowStyle = ADouble;
-  TMyLine line(&owner);
-  EXPECT_EQ(line.GetArrowAngle(), 45);
-  EXPECT_EQ(line.GetArrowLength(), 17);
-  EXPECT_EQ(line.GetArrowOffset(), 3);
-  EXPECT_EQ(line.GetArrowStyle(), ADouble);
-}
-
-TEST(TMyLine, ChainsStartWithoutHeadsAndRuleLinesWithTwoSmallOnes) {
-  TFakeOwner owner;  // ALeft, 30 degrees, 10 pixels
-  owner.arrowOffset = 3;
-  EXPECT_EQ(TMyPolyLine(&owner).GetArrowStyle(), ANone);
-  EXPECT_EQ(TMyFreeLine(&owner).GetArrowStyle(), ANone);
-  TMyRuleLine rule(&owner);
-  EXPECT_EQ(rule.GetArrowStyle(), ADouble);
-  EXPECT_EQ(rule.GetArrowAngle(), 10);
-  EXPECT_EQ(rule.GetArrowLength(), 20);
-  EXPECT_EQ(rule.GetArrowOffset(), 3);
-  EXPECT_EQ(rule.Font().Size(), 8);
-  EXPECT_FALSE(rule.GetShowUserInfo());
-  EXPECT_EQ(rule.GetTickStyle(), tsLine);
-}
-
-TEST(TMyLine, AssignCopiesTheHeadButKeepsTheTargetsArrowOffset) {
+TEST(TMyLine, AssignCopiesTheHeadButNotTheArrowOffsetAndRulesAddOnlyTheUserText) {
   TFakeOwner owner;
   TMyLine source(&owner), target(&owner);
   source.Points = {{1, 2}, {3, 4}};
@@ -67,63 +39,23 @@ TEST(TMyLine, AssignCopiesTheHeadButKeepsTheTargetsArrowOffset) {
   EXPECT_EQ(target.GetArrowLength(), 12);
   EXPECT_EQ(target.GetArrowStyle(), ADouble);
   EXPECT_EQ(target.GetArrowOffset(), 3);
-}
-
-TEST(TMyRuleLine, AssignAddsOnlyTheUserText) {
-  TFakeOwner owner;
-  TMyRuleLine source(&owner), target(&owner);
-  source.SetUserInfo("10 m");
-  source.SetTickStyle(tsNone);
-  source.SetShowUserInfo(true);
-  target.Assign(source);
-  EXPECT_EQ(target.GetUserInfo(), "10 m");
-  EXPECT_EQ(target.GetTickStyle(), tsLine);
-  EXPECT_FALSE(target.GetShowUserInfo());
+  TMyRuleLine ruleSource(&owner), ruleTarget(&owner);
+  ruleSource.SetUserInfo("10 m");
+  ruleSource.SetTickStyle(tsNone);
+  ruleSource.SetShowUserInfo(true);
+  ruleTarget.Assign(ruleSource);
+  EXPECT_EQ(ruleTarget.GetUserInfo(), "10 m");
+  EXPECT_EQ(ruleTarget.GetTickStyle(), tsLine);
+  EXPECT_FALSE(ruleTarget.GetShowUserInfo());
 }
 
 // ---------------------------------------------------------------------------
-// Drawing: segments, heads and caption
-
-// A black 1-pixel line (10,30)-(50,30) with 10-pixel heads at 30 degrees. A
-// head at the last point has its tip on (50,30) and its barbs on (41,25) and
-// (41,35); one at the first point its tip on (10,30) and barbs on (19,25) and
-// (19,35).
-struct THeadCase {
-  const char* name;
-  TArrowStyle style;
-  bool endHead;    // (42,27) lies inside a head at the last point
-  bool startHead;  // (18,27) lies inside a head at the first point
-};
-
-class LineHeads : public ::testing::TestWithParam<THeadCase> {};
-
-TEST_P(LineHeads, AreFilledTrianglesInThePenColourAtTheirEnds) {
-  TFakeOwner owner;
-  auto line = Make<TMyLine>(owner, {{10, 30}, {50, 30}});
-  line->SetArrowStyle(GetParam().style);
-  line->Pen().SetColor(clBlue);
-  TSheet sheet;
-  line->Draw(sheet.canvas());
-  EXPECT_EQ(sheet.at(42, 27) == clBlue, GetParam().endHead);
-  EXPECT_EQ(sheet.at(18, 27) == clBlue, GetParam().startHead);
-  EXPECT_EQ(sheet.at(30, 30), clBlue);  // the segment itself
-  EXPECT_FALSE(sheet.inked(51, 30));
-  EXPECT_FALSE(sheet.inked(40, 27));    // just behind the barbs of an end head
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Styles, LineHeads,
-    ::testing::Values(THeadCase{"ANone_no_heads", ANone, false, false},
-                      THeadCase{"ALeft_head_at_the_last_point", ALeft, true, false},
-                      THeadCase{"ARight_head_at_the_first_point", ARight, false, true},
-                      THeadCase{"ADouble_both_heads", ADouble, true, true}),
-    [](const auto& info) { return std::string(info.param.name); });
+// Drawing: heads and caption (the golden scene shows every head style)
 
 TEST(TMyLine, AnArrowOffsetSetsTheTipBackInDevicePixels) {
-  TFakeOwner owner;
-  owner.zoom = 2;  // the offset is not zoomed
+  TFakeOwner owner(2);  // the offset is not zoomed
   auto line = Make<TMyLine>(owner, {{5, 15}, {25, 15}});  // zoomed (10,30)-(50,30)
-  line->SetArrowLength(5);                              // 10 device pixels
+  line->SetArrowLength(5);                                // 10 device pixels
   TSheet flush, setBack;
   line->Draw(flush.canvas());
   line->SetArrowOffset(5);  // tip on (45,30)
@@ -148,13 +80,15 @@ TEST(TMyLine, ADoubleLineShowsExactlyTheTwoSingleHeads) {
   line->Draw(singles.canvas());
   EXPECT_TRUE(both == singles);
   EXPECT_FALSE(both == end);
+  line->Points.pop_back();  // with one point nothing is drawn
+  TSheet single = test::Drawn(*line);
+  EXPECT_EQ(single.inked(), 0);
 }
 
 TEST(TMyLine, AHeadLongerThan255DevicePixelsWrapsModulo256) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   auto line = Make<TMyLine>(owner, {{10, 150}, {150, 150}});  // zoomed (20,300)-(300,300)
-  line->SetArrowLength(200);                                 // 400 device pixels, drawn as 144
+  line->SetArrowLength(200);                                  // 400 device pixels, drawn as 144
   TSheet wrapped(320, 320), exact(320, 320);
   line->Draw(wrapped.canvas());
   line->SetArrowLength(72);
@@ -164,39 +98,23 @@ TEST(TMyLine, AHeadLongerThan255DevicePixelsWrapsModulo256) {
   EXPECT_FALSE(wrapped.inked(150, 290));  // would be inside a 400-pixel head
 }
 
-TEST(TMyLine, WithFewerThanTwoPointsNothingIsDrawn) {
-  TFakeOwner owner;
-  auto line = Make<TMyLine>(owner, {{10, 30}});
-  line->SetArrowStyle(ADouble);
-  TSheet sheet;
-  line->Draw(sheet.canvas());
-  EXPECT_EQ(sheet.inked(), 0);
+TEST(TMyLine, TheCaptionFollowsTheFirstSegmentButNeverReadsUpsideDown) {
+  struct Case {
+    const char* name;
+    TMyPoint end;  // the first segment runs from (20, 20) to End
+    double angle;
+  };
+  for (const Case& c : {Case{"rightward", {30, 20}, 0}, Case{"down right", {30, 30}, kPi / 4},
+                        Case{"straight down reads upward like straight up", {20, 30}, 3 * kPi / 2},
+                        Case{"leftward is turned half round", {10, 20}, 2 * kPi},
+                        Case{"up left is turned half round", {10, 10}, 9 * kPi / 4},
+                        Case{"straight up is not flipped", {20, 10}, 3 * kPi / 2}}) {
+    TFakeOwner owner;
+    auto line = Make<TMyLine>(owner, {{20, 20}, c.end, {0, 0}});
+    TSheet sheet = test::Drawn(*line);
+    EXPECT_NEAR(line->GetTextAngle(), c.angle, 1e-6) << c.name;
+  }
 }
-
-struct TCaptionCase {
-  const char* name;
-  TMyPoint end;  // the first segment runs from (20, 20) to End
-  double angle;
-};
-
-class LineCaptionAngle : public ::testing::TestWithParam<TCaptionCase> {};
-
-TEST_P(LineCaptionAngle, FollowsTheFirstSegmentButNeverReadsUpsideDown) {
-  TFakeOwner owner;
-  auto line = Make<TMyLine>(owner, {{20, 20}, GetParam().end, {0, 0}});
-  TSheet sheet;
-  line->Draw(sheet.canvas());
-  EXPECT_NEAR(line->GetTextAngle(), GetParam().angle, 1e-6);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Directions, LineCaptionAngle,
-    ::testing::Values(TCaptionCase{"rightward", {30, 20}, 0}, TCaptionCase{"down_right", {30, 30}, kPi / 4},
-                      TCaptionCase{"straight_down_reads_upward_like_straight_up", {20, 30}, 3 * kPi / 2},
-                      TCaptionCase{"leftward_is_turned_half_round", {10, 20}, 2 * kPi},
-                      TCaptionCase{"up_left_is_turned_half_round", {10, 10}, 9 * kPi / 4},
-                      TCaptionCase{"straight_up_is_not_flipped", {20, 10}, 3 * kPi / 2}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(TMyLine, HandlesAreSquaresAtEveryPointOnlyWhenTheOwnerShowsThem) {
   TFakeOwner owner;
@@ -215,44 +133,36 @@ TEST(TMyLine, HandlesAreSquaresAtEveryPointOnlyWhenTheOwnerShowsThem) {
 // ---------------------------------------------------------------------------
 // Hit tests
 
-struct THitCase {
-  const char* name;
-  TMyPoint a, b;  // model segment
-  double zoom;
-  TPoint p;
-  bool hit;
-};
-
-class LineSegmentHit : public ::testing::TestWithParam<THitCase> {};
-
-TEST_P(LineSegmentHit, UsesAnEightPixelBandInsideTheSegmentsExtent) {
-  TFakeOwner owner;
-  owner.zoom = GetParam().zoom;
-  auto line = Make<TMyLine>(owner, {GetParam().a, GetParam().b});
-  TSheet sheet;
-  EXPECT_EQ(line->IsClickedMe(sheet.canvas(), GetParam().p), GetParam().hit);
+TEST(TMyLine, HitsUseAnEightPixelBandInsideTheSegmentsExtent) {
+  struct Case {
+    const char* name;
+    TMyPoint a, b;  // model segment
+    double zoom;
+    TPoint p;
+    bool hit;
+  };
+  constexpr TMyPoint kTop{50, 20}, kBottom{50, 80}, kLeft{20, 50}, kRight{80, 50};
+  const Case cases[] = {{"vertical, 8 left", kTop, kBottom, 1, {42, 50}, true},
+                        {"vertical, 9 left", kTop, kBottom, 1, {41, 50}, false},
+                        {"vertical, 8 right: edge excluded", kTop, kBottom, 1, {58, 50}, false},
+                        {"vertical, top end", kTop, kBottom, 1, {50, 20}, true},
+                        {"vertical, bottom end excluded", kTop, kBottom, 1, {50, 80}, false},
+                        {"band not zoomed", {25, 10}, {25, 40}, 2, {42, 50}, true},
+                        {"band not zoomed, beyond", {25, 10}, {25, 40}, 2, {41, 50}, false},
+                        {"horizontal, 8 above", kLeft, kRight, 1, {50, 42}, true},
+                        {"horizontal, left of start", kLeft, kRight, 1, {19, 50}, false},
+                        {"flat, on the line", {10, 10}, {50, 30}, 1, {30, 20}, true},
+                        {"flat, 9 below", {10, 10}, {50, 30}, 1, {30, 29}, false},
+                        {"flat, extension outside the box", {10, 10}, {50, 30}, 1, {5, 8}, false},
+                        {"flat, far end outside the box", {10, 10}, {50, 30}, 1, {50, 30}, false},
+                        {"steep, 8 right", {10, 10}, {20, 50}, 1, {19, 20}, true},
+                        {"steep, near but outside the box", {10, 10}, {20, 50}, 1, {21, 47}, false}};
+  for (const Case& c : cases) {
+    TFakeOwner owner(c.zoom);
+    TSheet sheet;
+    EXPECT_EQ(Make<TMyLine>(owner, {c.a, c.b})->IsClickedMe(sheet.canvas(), c.p), c.hit) << c.name;
+  }
 }
-
-constexpr TMyPoint kTop{50, 20}, kBottom{50, 80}, kLeft{20, 50}, kRight{80, 50};
-
-INSTANTIATE_TEST_SUITE_P(
-    Segments, LineSegmentHit,
-    ::testing::Values(THitCase{"vertical_8_left", kTop, kBottom, 1, {42, 50}, true},
-                      THitCase{"vertical_9_left", kTop, kBottom, 1, {41, 50}, false},
-                      THitCase{"vertical_8_right_edge_excluded", kTop, kBottom, 1, {58, 50}, false},
-                      THitCase{"vertical_top_end", kTop, kBottom, 1, {50, 20}, true},
-                      THitCase{"vertical_bottom_end_excluded", kTop, kBottom, 1, {50, 80}, false},
-                      THitCase{"vertical_band_not_zoomed", {25, 10}, {25, 40}, 2, {42, 50}, true},
-                      THitCase{"vertical_band_not_zoomed_beyond", {25, 10}, {25, 40}, 2, {41, 50}, false},
-                      THitCase{"horizontal_8_above", kLeft, kRight, 1, {50, 42}, true},
-                      THitCase{"horizontal_left_of_start", kLeft, kRight, 1, {19, 50}, false},
-                      THitCase{"flat_on_the_line", {10, 10}, {50, 30}, 1, {30, 20}, true},
-                      THitCase{"flat_9_below", {10, 10}, {50, 30}, 1, {30, 29}, false},
-                      THitCase{"flat_extension_outside_the_box", {10, 10}, {50, 30}, 1, {5, 8}, false},
-                      THitCase{"flat_far_end_outside_the_box", {10, 10}, {50, 30}, 1, {50, 30}, false},
-                      THitCase{"steep_8_right", {10, 10}, {20, 50}, 1, {19, 20}, true},
-                      THitCase{"steep_near_but_outside_the_box", {10, 10}, {20, 50}, 1, {21, 47}, false}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 TEST(TMyLine, AClickOnASegmentNamesThePointToInsertBefore) {
   TFakeOwner owner;
@@ -280,49 +190,9 @@ TEST(TMyLine, TheLastHandleUnderThePointWinsAndIsRemembered) {
 }
 
 // ---------------------------------------------------------------------------
-// Creation by mouse
-
-// Clicks at the given points, one by one: after which click each kind
-// reports its drawing finished (-1: never within these clicks).
-TEST(LineCreation, EachKindFinishesAfterItsOwnClick) {
-  struct Case {
-    const char* name;
-    std::unique_ptr<TMyLine> (*make)(TFakeOwner&);
-    std::vector<TPoint> clicks;
-    int finishedAfter;
-    std::int32_t pointsKept;
-  };
-  auto plain = [](TFakeOwner& o) -> std::unique_ptr<TMyLine> { return std::make_unique<TMyLine>(&o); };
-  auto rule = [](TFakeOwner& o) -> std::unique_ptr<TMyLine> { return std::make_unique<TMyRuleLine>(&o); };
-  auto chain = [](TFakeOwner& o) -> std::unique_ptr<TMyLine> { return std::make_unique<TMyPolyLine>(&o); };
-  auto stroke = [](TFakeOwner& o) -> std::unique_ptr<TMyLine> { return std::make_unique<TMyFreeLine>(&o); };
-  const Case cases[] = {
-      {"line_two_points", plain, {{1, 1}, {9, 9}}, 1, 2},
-      {"rule_two_points", rule, {{1, 1}, {9, 9}}, 1, 2},
-      {"stroke_two_points", stroke, {{1, 1}, {2, 1}}, 1, 2},
-      // A double-click on the first point does not finish a chain; one on a
-      // later point does, without adding the repeated point.
-      {"chain_double_click_on_first", chain, {{10, 10}, {10, 10}}, -1, 2},
-      {"chain_double_click_later", chain, {{10, 10}, {20, 20}, {30, 10}, {30, 10}}, 3, 3},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    TFakeOwner owner;
-    auto shape = c.make(owner);
-    int finished = -1;
-    for (std::size_t i = 0; i < c.clicks.size() && finished < 0; ++i) {
-      shape->AddPointByMouse(c.clicks[i]);
-      if (shape->IsDrawingFinished(mbLeft, c.clicks[i])) finished = static_cast<int>(i);
-    }
-    EXPECT_EQ(finished, c.finishedAfter);
-    EXPECT_EQ(shape->GetPointsCount(), c.pointsKept);
-  }
-}
-
-// ---------------------------------------------------------------------------
 // Previews
 
-TEST(TMyLine, TheRubberBandIsAnXorPreviewThatErasesItself) {
+TEST(TMyLine, TheRubberBandIsAnXorPreviewThatErasesItselfAStrokeStaysInItsPen) {
   TFakeOwner owner;
   TMyLine line(&owner);
   TSheet sheet, blank;
@@ -330,14 +200,18 @@ TEST(TMyLine, TheRubberBandIsAnXorPreviewThatErasesItself) {
   EXPECT_GT(sheet.inked(), 0);
   line.Drawing(sheet.canvas(), {5, 5}, {50, 40});
   EXPECT_TRUE(sheet == blank);
+  TMyFreeLine stroke(&owner);
+  stroke.Pen().SetColor(clRed);
+  stroke.Drawing(sheet.canvas(), {5, 5}, {20, 5});
+  stroke.Drawing(sheet.canvas(), {5, 5}, {20, 5});
+  EXPECT_EQ(sheet.at(10, 5), clRed);
 }
 
 TEST(TMyLine, TheMovePreviewShiftsBeforeRoundingHalfToEven) {
-  TFakeOwner owner;
-  owner.zoom = 0.5;
+  TFakeOwner owner(0.5);
   auto line = Make<TMyLine>(owner, {{5, 20}, {5, 60}});  // zoomed x 2.5 (which alone rounds to 2)
   TSheet sheet;
-  line->Draging(sheet.canvas(), {0, 0}, {1, 3});          // 3.5 rounds to 4
+  line->Draging(sheet.canvas(), {0, 0}, {1, 3});  // 3.5 rounds to 4
   EXPECT_TRUE(sheet.inked(4, 20));
   EXPECT_FALSE(sheet.inked(3, 20));
   EXPECT_TRUE(sheet.inked(4, 13));
@@ -356,25 +230,12 @@ TEST(TMyLine, TheSizePreviewMovesOnlyTheSegmentsAtTheCurrentHandle) {
   EXPECT_FALSE(sheet.inked(40, 40));                  // nor the unaffected one
 }
 
-TEST(TMyFreeLine, TheStrokeGrowsInItsOwnPenAndStays) {
-  TFakeOwner owner;
-  TMyFreeLine stroke(&owner);
-  stroke.Pen().SetColor(clRed);
-  TSheet sheet;
-  stroke.Drawing(sheet.canvas(), {5, 5}, {20, 5});
-  stroke.Drawing(sheet.canvas(), {5, 5}, {20, 5});
-  EXPECT_EQ(sheet.at(10, 5), clRed);
-}
-
 TEST(TMyFreeLine, TheMovePreviewIsTheShiftedBoundingBox) {
   TFakeOwner owner;
   auto stroke = Make<TMyFreeLine>(owner, {{10, 10}, {20, 30}, {30, 15}});
   TSheet sheet;
   stroke->Draging(sheet.canvas(), {0, 0}, {2, 3});  // box (12,13)-(32,33)
-  EXPECT_TRUE(sheet.inked(12, 20));
-  EXPECT_TRUE(sheet.inked(20, 13));
-  EXPECT_TRUE(sheet.inked(32, 20));
-  EXPECT_TRUE(sheet.inked(20, 33));
+  for (const TPoint p : {TPoint{12, 20}, TPoint{20, 13}, TPoint{32, 20}, TPoint{20, 33}}) EXPECT_TRUE(sheet.inked(p.X, p.Y));
   EXPECT_FALSE(sheet.inked(20, 20));
 }
 
@@ -382,8 +243,7 @@ TEST(TMyFreeLine, TheMovePreviewIsTheShiftedBoundingBox) {
 // Changes and info
 
 TEST(TMyLine, ResizingMovesTheCurrentHandleByTheUnzoomedDifference) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   auto line = Make<TMyLine>(owner, {{0, 0}, {10, 10}});
   line->CurrentHot = 1;
   line->SizeChangeValue({20, 20}, {30, 40});
@@ -431,38 +291,18 @@ std::unique_ptr<TMyRuleLine> LevelRule(TFakeOwner& owner) {
   return rule;
 }
 
-TEST(TMyRuleLine, TicksReachTenPixelsToEitherSideOfEachEnd) {
-  TFakeOwner owner;
-  auto rule = LevelRule(owner);
-  rule->SetShowUserInfo(true);  // an empty label
-  TSheet sheet;
-  rule->Draw(sheet.canvas());
-  for (std::int32_t x : {20, 50}) {
-    EXPECT_FALSE(sheet.inked(x, 29)) << x;
-    EXPECT_TRUE(sheet.inked(x, 30)) << x;
-    EXPECT_TRUE(sheet.inked(x, 49)) << x;
-    EXPECT_FALSE(sheet.inked(x, 50)) << x;
-  }
-  rule->SetTickStyle(tsNone);
-  TSheet plain;
-  rule->Draw(plain.canvas());
-  EXPECT_FALSE(plain.inked(20, 35));
-}
-
 TEST(TMyRuleLine, TheLabelIsTheMeasuredLengthAboveTheLineUnlessUserTextIsShown) {
   TFakeOwner owner;  // millimetres
   auto rule = LevelRule(owner);
   rule->SetTickStyle(tsNone);
-  TSheet measured;
-  rule->Draw(measured.canvas());
+  TSheet measured = test::Drawn(*rule);
   EXPECT_EQ(rule->GetInfoText(), "     7.94 mm");
   EXPECT_GT(measured.inked(Rect(0, 0, 64, 37)), 0);
   EXPECT_EQ(measured.inked(Rect(0, 41, 64, 64)), 0);
   rule->SetInfo("");
   rule->SetShowUserInfo(true);
   rule->SetUserInfo("AB");
-  TSheet user;
-  rule->Draw(user.canvas());
+  TSheet user = test::Drawn(*rule);
   EXPECT_EQ(rule->GetInfoText(), "");
   EXPECT_GT(user.inked(Rect(0, 0, 64, 37)), 0);
   EXPECT_FALSE(user == measured);
@@ -474,8 +314,7 @@ TEST(TMyRuleLine, AVerticalLabelReadsUpwardOnTheLeftWhicheverWayTheLineWasDrawn)
     auto rule = Make<TMyRuleLine>(owner, ends);
     rule->SetArrowStyle(ANone);
     rule->SetTickStyle(tsNone);
-    TSheet sheet;
-    rule->Draw(sheet.canvas());
+    TSheet sheet = test::Drawn(*rule);
     EXPECT_GT(sheet.inked(Rect(0, 4, 30, 60)), 0) << ends[0].Y;
     EXPECT_EQ(sheet.inked(Rect(31, 0, 64, 64)), 0) << ends[0].Y;
   }
@@ -484,44 +323,36 @@ TEST(TMyRuleLine, AVerticalLabelReadsUpwardOnTheLeftWhicheverWayTheLineWasDrawn)
 // ---------------------------------------------------------------------------
 // Drawing-file records
 
-// A line whose base record is test::BaseRecord("XP.j").
-template <typename T>
-std::unique_ptr<T> RecordFixture() {
-  auto shape = std::make_unique<T>(nullptr);
-  shape->SetName("S");
-  shape->ShapeId = 1;
-  TFont& font = shape->Font();
+// The base record of a line is test::BaseRecord("XP.j") once these fields are set.
+void AsRecordFixture(TMyShape& shape) {
+  shape.SetName("S");
+  shape.ShapeId = 1;
+  TFont& font = shape.Font();
   font.SetName("F");
   font.SetCharset(0);
   font.SetColor(0);
   font.SetPixelsPerInch(96);
   font.SetHeight(-11);
-  return shape;
 }
 
-TEST(TMyLineRecord, IsTheBaseRecordFollowedByTheFourArrowFields) {
-  auto line = RecordFixture<TMyLine>();
-  line->SetArrowAngle(-30);
-  line->SetArrowLength(200);
-  line->SetArrowOffset(2);
-  line->SetArrowStyle(ARight);
-  TMemoryStream stream;
-  line->SaveToStream(stream);
-  TRecordBytes expected = test::BaseRecord("XP.j");
-  expected.i32(-30).u8(200).u8(2).u8(2);
-  EXPECT_EQ(stream.Bytes(), expected.bytes);
-}
-
-TEST(TMyRuleLineRecord, AddsShowUserInfoTickStyleAndUserInfo) {
-  auto rule = RecordFixture<TMyRuleLine>();  // heads: 10 degrees, 20 pixels, both ends
-  rule->SetShowUserInfo(true);
-  rule->SetTickStyle(tsNone);
-  rule->SetUserInfo("3 m");
-  TMemoryStream stream;
-  rule->SaveToStream(stream);
-  TRecordBytes expected = test::BaseRecord("XP.j");
-  expected.i32(10).u8(20).u8(0).u8(3).u8(1).u8(1).str("3 m");
-  EXPECT_EQ(stream.Bytes(), expected.bytes);
+TEST(TMyLineRecord, IsTheBaseRecordFollowedByTheArrowFieldsAndForRulesTheirLabel) {
+  TMyLine line(nullptr);
+  AsRecordFixture(line);
+  line.SetArrowAngle(-30);
+  line.SetArrowLength(200);
+  line.SetArrowOffset(2);
+  line.SetArrowStyle(ARight);
+  TMyRuleLine rule(nullptr);  // heads: 10 degrees, 20 pixels, both ends
+  AsRecordFixture(rule);
+  rule.SetShowUserInfo(true);
+  rule.SetTickStyle(tsNone);
+  rule.SetUserInfo("3 m");
+  TMemoryStream lineStream, ruleStream;
+  line.SaveToStream(lineStream);
+  rule.SaveToStream(ruleStream);
+  EXPECT_EQ(lineStream.Bytes(), TRecordBytes(test::BaseRecord("XP.j")).i32(-30).u8(200).u8(2).u8(2).bytes);
+  EXPECT_EQ(ruleStream.Bytes(),
+            TRecordBytes(test::BaseRecord("XP.j")).i32(10).u8(20).u8(0).u8(3).u8(1).u8(1).str("3 m").bytes);
 }
 
 }  // namespace

@@ -11,23 +11,6 @@ namespace {
 
 using test::TFakeOwner;
 
-const char* const kClassNames[] = {
-    "TMyRectangle", "TMyEllipse",  "TMyPolygon",  "TMyPolyLine", "TMyPolyBezier",   "TMyBLine",
-    "TMyFreeLine",  "TMyGroup",    "TMyCombine",  "TMyLine",     "TMyRuleLine",     "TMyLinkLine",
-    "TMyLineLinkLine", "TMyElliArc", "TMyText",   "TMyImage",    "TMyLinkPoint",
-};
-
-TEST(CreateShapeByClassName, EveryClassNameGivesThatClassWithTheOwner) {
-  TFakeOwner owner;
-  for (const char* name : kClassNames) {
-    const std::unique_ptr<TMyShape> shape = CreateShapeByClassName(name, &owner);
-    ASSERT_NE(shape, nullptr) << name;
-    EXPECT_STREQ(shape->ClassName(), name);
-    EXPECT_EQ(shape->Owner(), &owner) << name;
-    EXPECT_EQ(shape->GetPointsCount(), 0) << name;
-  }
-}
-
 TEST(CreateShapeByClassName, TrimsTheClassTagAndRefusesOtherNames) {
   struct Row {
     const char* edge;
@@ -36,10 +19,8 @@ TEST(CreateShapeByClassName, TrimsTheClassTagAndRefusesOtherNames) {
   };
   for (const Row& row : {Row{"16-byte tag padded with spaces", "TMyText        ", "TMyText"},
                          Row{"leading blanks and a tab", "  \tTMyBLine", "TMyBLine"},
-                         Row{"only the base class", "TMyShape", nullptr},
-                         Row{"wrong case", "tmyline", nullptr},
-                         Row{"a prefix of a class name", "TMyLin", nullptr},
-                         Row{"empty", "", nullptr},
+                         Row{"only the base class", "TMyShape", nullptr}, Row{"wrong case", "tmyline", nullptr},
+                         Row{"a prefix of a class name", "TMyLin", nullptr}, Row{"empty", "", nullptr},
                          Row{"blanks only", "                ", nullptr}}) {
     const std::unique_ptr<TMyShape> shape = CreateShapeByClassName(row.name, nullptr);
     if (!row.made) {
@@ -57,28 +38,13 @@ TEST(CreateShapeByDrawTool, EachDrawingToolGivesItsKind) {
     const char* made;  // nullptr: the tool draws nothing
   };
   const Row rows[] = {
-      {SpLinkLine, "TMyLinkLine"},
-      {SpSelecting, nullptr},
-      {SpRotateSelecting, nullptr},
-      {SpLine, "TMyLine"},
-      {SpRuleLine, "TMyRuleLine"},
-      {SpPolyLine, "TMyPolyLine"},
-      {SpRectangle, "TMyRectangle"},
-      {SpLinkPoint, "TMyLinkPoint"},
-      {SpLineLinkLine, "TMyLineLinkLine"},
-      {SpEllipse, "TMyEllipse"},
-      {SpText, "TMyText"},
-      {SpImage, "TMyImage"},
-      {SpPolygon, "TMyPolygon"},
-      {SpPolyBezier, "TMyPolyBezier"},
-      {SpElliArc, "TMyElliArc"},
-      {SpClose, nullptr},
-      {SpPolylinePolygonPointRemoving, nullptr},
-      {SpPolylinePolygonPointAdding, nullptr},
-      {SpDragWhole, nullptr},
-      {SpBrowse, nullptr},
-      {SpFreeLine, "TMyFreeLine"},
-      {SpBLine, "TMyBLine"},
+      {SpLinkLine, "TMyLinkLine"}, {SpSelecting, nullptr}, {SpRotateSelecting, nullptr}, {SpLine, "TMyLine"},
+      {SpRuleLine, "TMyRuleLine"}, {SpPolyLine, "TMyPolyLine"}, {SpRectangle, "TMyRectangle"},
+      {SpLinkPoint, "TMyLinkPoint"}, {SpLineLinkLine, "TMyLineLinkLine"}, {SpEllipse, "TMyEllipse"},
+      {SpText, "TMyText"}, {SpImage, "TMyImage"}, {SpPolygon, "TMyPolygon"}, {SpPolyBezier, "TMyPolyBezier"},
+      {SpElliArc, "TMyElliArc"}, {SpClose, nullptr}, {SpPolylinePolygonPointRemoving, nullptr},
+      {SpPolylinePolygonPointAdding, nullptr}, {SpDragWhole, nullptr}, {SpBrowse, nullptr},
+      {SpFreeLine, "TMyFreeLine"}, {SpBLine, "TMyBLine"},
   };
   TFakeOwner owner;
   for (const Row& row : rows) {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include "persistence/stream_io.h"
 #include "platform/canvas.h"
@@ -77,12 +78,17 @@ void Customize(TMyShape& shape) {
     image->SetBrightness(-20);
     image->SetContrast(35);
     image->SetTransparent(true);
-    image->SetBorder(true);
     image->SetGrayScale(true);
     image->SetTransparentColor(0x00ABCDEF);
     image->SetTransparentMode(tmFixed);
   }
   if (auto* point = dynamic_cast<TMyLinkPoint*>(&shape)) point->SetSize(13);
+  if (auto* stroke = dynamic_cast<TMyFreeLine*>(&shape)) {
+    stroke->SetArrowAngle(-30);
+    stroke->SetArrowLength(77);
+    stroke->SetArrowOffset(2);
+    stroke->SetArrowStyle(ARight);
+  }
   if (auto* link = dynamic_cast<TMyLinkLine*>(&shape)) {
     link->SetStartSpNo(4);
     link->SetStartSpPtId(2);
@@ -112,68 +118,25 @@ TEST(ShapeKindRecord, KindsWithoutATailWriteTheShapeBaseRecord) {
 
 TEST(ShapeKindRecord, TheTailsAreWrittenByteForByte) {
   TFakeOwner owner;
-  struct Row {
-    const char* edge;
-    std::function<std::unique_ptr<TMyShape>()> make;
-    TBytes tail;
+  TMemoryStream picture;
+  const TBitmap bitmap = Picture();
+  WriteBitmapBuffer(picture, &bitmap);
+  const std::pair<const char*, TBytes> rows[] = {
+      {"TMyElliArc", TRecordBytes().u8(amCircle).u8(asPie).bytes},
+      // Flags, lines, alignments, word wrap; the character space is not stored.
+      {"TMyText", TRecordBytes().u8(1).u8(1).i32(3).str("first").str("").str("third").u8(1).u8(1).u8(0).bytes},
+      // Bitmap block, brightness, contrast, transparent, border, grey, colour, mode.
+      {"TMyImage", TRecordBytes().append(picture.Bytes()).i32(-20).i32(35).u8(1).u8(0).u8(1).i32(0xABCDEF).i32(1).bytes},
+      {"TMyFreeLine", TRecordBytes().i32(-30).u8(77).u8(2).u8(2).bytes},  // angle, length, offset, style
+      {"TMyLinkPoint", TRecordBytes().u8(13).bytes},
   };
-  const Row rows[] = {
-      {"arc: mode and style ordinals",
-       [&] {
-         auto arc = std::make_unique<TMyElliArc>(&owner);
-         arc->SetArcMode(amCircle);
-         arc->SetArcStyle(asPie);
-         return arc;
-       },
-       TRecordBytes().u8(0).u8(2).bytes},
-      {"text: flags, lines, alignments, word wrap; no character space",
-       [&] {
-         auto text = std::make_unique<TMyText>(&owner);
-         text->SetIsBorder(true);
-         text->SetLines({"ab", ""});
-         text->SetVAlignment(tlBottom);
-         text->SetHAlignment(taCenter);
-         text->SetWordWrap(false);
-         text->SetCharacterSpace(9);
-         return text;
-       },
-       TRecordBytes().u8(1).u8(0).i32(2).str("ab").str("").u8(2).u8(2).u8(0).bytes},
-      {"image without a bitmap: zero count, then the settings",
-       [&] {
-         auto image = std::make_unique<TMyImage>(&owner);
-         image->SetBrightness(-5);
-         image->SetContrast(7);
-         image->SetTransparent(true);
-         image->SetGrayScale(true);
-         image->SetTransparentColor(0x123456);
-         image->SetTransparentMode(tmFixed);
-         return image;
-       },
-       TRecordBytes().i64(0).i32(-5).i32(7).u8(1).u8(0).u8(1).i32(0x123456).i32(1).bytes},
-      {"freehand stroke: arrow angle, length, offset and style",
-       [&] {
-         auto stroke = std::make_unique<TMyFreeLine>(&owner);
-         stroke->SetArrowAngle(-30);
-         stroke->SetArrowLength(77);
-         stroke->SetArrowOffset(2);
-         stroke->SetArrowStyle(ARight);
-         return stroke;
-       },
-       TRecordBytes().i32(-30).u8(77).u8(2).u8(2).bytes},
-      {"link point: the size byte",
-       [&] {
-         auto point = std::make_unique<TMyLinkPoint>(&owner);
-         point->SetSize(200);
-         return point;
-       },
-       TRecordBytes().u8(200).bytes},
-  };
-  for (const Row& row : rows) {
-    const std::unique_ptr<TMyShape> shape = row.make();
+  for (const auto& [name, tail] : rows) {
+    const std::unique_ptr<TMyShape> shape = CreateShapeByClassName(name, &owner);
     shape->Points = {{5, 6}};
+    Customize(*shape);
     TMemoryStream base;
     shape->TMyShape::SaveToStream(base);
-    EXPECT_EQ(TailAfter(Saved(*shape), base.Bytes()), row.tail) << row.edge;
+    EXPECT_EQ(TailAfter(Saved(*shape), base.Bytes()), tail) << name;
   }
 }
 
@@ -194,104 +157,32 @@ TEST(ShapeKindRecord, ConnectorsWriteTheLineRecordThenTheirEnds) {
 }
 
 // ---------------------------------------------------------------------------
-// Records as read, by version
+// Records as read, by version (the golden drawings of every version read the
+// text and connector tails; here the image's odd fields)
 
-TEST(ShapeKindRecord, ImageTailGrowsInXP9AndXPi) {
-  struct Row {
-    const char* version;
-    TBytes tail;
-    std::int32_t brightness;
-    TColor transparentColor;
-    TTransparentMode mode;
-  };
-  const Row rows[] = {
-      {"XP.8", TRecordBytes().i64(0).bytes, 0, clWhite, tmAuto},
-      {"XP.9", TRecordBytes().i64(0).i32(-7).i32(4).u8(1).u8(1).u8(1).bytes, -7, clWhite, tmAuto},
-      {"XP.h", TRecordBytes().i64(0).i32(-7).i32(4).u8(1).u8(1).u8(1).bytes, -7, clWhite, tmAuto},
-      // Only the low byte of the mode counts.
-      {"XP.i", TRecordBytes().i64(0).i32(-7).i32(4).u8(1).u8(1).u8(1).i32(0x654321).i32(0x7F01).bytes, -7,
-       0x654321, tmFixed},
-  };
-  for (const Row& row : rows) {
-    TFakeOwner owner;
-    TMyImage image(&owner);
-    image.Bitmap() = Picture();  // a record without a bitmap empties it
-    const TBytes record = TRecordBytes(BaseRecord(row.version)).append(row.tail).bytes;
-    EXPECT_EQ(Load(image, owner, row.version, record), 0) << row.version;
-    EXPECT_TRUE(image.Bitmap().Empty()) << row.version;
-    EXPECT_EQ(image.GetBrightness(), row.brightness) << row.version;
-    EXPECT_EQ(image.GetContrast(), row.brightness ? 4 : 0) << row.version;
-    EXPECT_EQ(image.GetGrayScale(), row.brightness != 0) << row.version;
-    EXPECT_EQ(image.GetTransparentColor(), row.transparentColor) << row.version;
-    EXPECT_EQ(image.GetTransparentMode(), row.mode) << row.version;
-  }
-}
-
-TEST(ShapeKindRecord, TextTailHasNoLinesBeforeXPa) {
-  struct Row {
-    const char* version;
-    TBytes tail;
-    TStringList lines;
-    TAlignment hAlignment;
-    bool wordWrap;
-  };
-  const Row rows[] = {
-      {"XP.9", TRecordBytes().u8(1).u8(1).bytes, {"kept"}, taLeftJustify, true},
-      {"XP.a", TRecordBytes().u8(1).u8(1).i32(2).str("one").str("two").u8(1).u8(2).u8(0).bytes, {"one", "two"},
-       taCenter, false},
-  };
-  for (const Row& row : rows) {
-    TFakeOwner owner;
-    TMyText text(&owner);
-    text.SetLines({"kept"});
-    const TBytes record = TRecordBytes(BaseRecord(row.version)).append(row.tail).bytes;
-    EXPECT_EQ(Load(text, owner, row.version, record), 0) << row.version;
-    EXPECT_TRUE(text.GetIsBorder() && text.GetIsSolid()) << row.version;
-    EXPECT_EQ(text.GetLines(), row.lines) << row.version;
-    EXPECT_EQ(text.GetHAlignment(), row.hAlignment) << row.version;
-    EXPECT_EQ(text.GetWordWrap(), row.wordWrap) << row.version;
-  }
-}
-
-TEST(ShapeKindRecord, LinkLineRoutingIsStoredFromXP5On) {
-  struct Row {
-    const char* version;
-    TBytes tail;
-    TLinkLineDrawStyle style;
-  };
-  const TBytes ends = TRecordBytes().i32(2).i32(0).i32(-1).i32(-1).bytes;
-  const Row rows[] = {
-      {"XP.4", ends, lldsHV},
-      {"XP.5", TRecordBytes().append(ends).u8(lldsLine).bytes, lldsLine},
-      {"XP.j", TRecordBytes().append(ends).u8(lldsVH).bytes, lldsVH},
-  };
-  for (const Row& row : rows) {
-    TFakeOwner owner;
-    TMyLinkLine link(&owner);
-    TRecordBytes record = BaseRecord(row.version);
-    record.i32(30).u8(12).u8(0).u8(ADouble);  // the line's arrow fields
-    EXPECT_EQ(Load(link, owner, row.version, record.append(row.tail).bytes), 0) << row.version;
-    EXPECT_EQ(link.GetArrowStyle(), ADouble) << row.version;
-    EXPECT_EQ(link.GetStartSpNo(), 2) << row.version;
-    EXPECT_EQ(link.GetEndSpNo(), -1) << row.version;
-    EXPECT_EQ(link.GetLinkLineDrawStyle(), row.style) << row.version;
-  }
+TEST(ShapeKindRecord, AnImageRecordWithoutABitmapEmptiesItAndOnlyTheModesLowByteCounts) {
+  TFakeOwner owner;
+  TMyImage image(&owner);
+  image.Bitmap() = Picture();
+  const TBytes tail = TRecordBytes().i64(0).i32(-7).i32(4).u8(1).u8(1).u8(1).i32(0x654321).i32(0x7F01).bytes;
+  EXPECT_EQ(Load(image, owner, "XP.i", TRecordBytes(BaseRecord("XP.i")).append(tail).bytes), 0);
+  EXPECT_TRUE(image.Bitmap().Empty());
+  EXPECT_EQ(std::tuple(image.GetBrightness(), image.GetContrast(), image.GetTransparentColor(), image.GetTransparentMode()),
+            std::tuple(-7, 4, TColor{0x654321}, tmFixed));
 }
 
 TEST(ShapeKindRecord, ArcAndLinkPointTailsAreInTheOldestVersion) {
   TFakeOwner owner;
   TMyElliArc arc(&owner);
-  EXPECT_EQ(Load(arc, owner, "XP.2", TRecordBytes(BaseRecord("XP.2")).u8(amCircle).u8(asChord).bytes), 0);
-  EXPECT_EQ(arc.GetArcMode(), amCircle);
-  EXPECT_EQ(arc.GetArcStyle(), asChord);
   TMyLinkPoint point(&owner);
+  EXPECT_EQ(Load(arc, owner, "XP.2", TRecordBytes(BaseRecord("XP.2")).u8(amCircle).u8(asChord).bytes), 0);
   EXPECT_EQ(Load(point, owner, "XP.2", TRecordBytes(BaseRecord("XP.2")).u8(21).bytes), 0);
-  EXPECT_EQ(point.GetSize(), 21);
+  EXPECT_EQ(std::tuple(arc.GetArcMode(), arc.GetArcStyle(), point.GetSize()), std::tuple(amCircle, asChord, 21));
 }
 
 TEST(ShapeKindRecord, EveryTruncationOfATailIsAReadError) {
   TFakeOwner owner;
-  for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine"}) {
+  for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine", "TMyFreeLine"}) {
     const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
     Customize(*source);
     TMemoryStream base;
@@ -310,6 +201,7 @@ TEST(ShapeKindRecord, EveryTruncationOfATailIsAReadError) {
 
 TEST(ShapeKindAssign, CopiesTheKindsOwnFieldsAfterTheBase) {
   TFakeOwner owner;
+  // Not a freehand stroke: a line keeps its own arrow offset.
   for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine", "TMyLineLinkLine"}) {
     const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
     source->Points = {{1, 2}, {3, 4}};
@@ -353,27 +245,6 @@ TEST(ShapeKindAssign, ASourceOfAnotherKindLeavesTheKindsFieldsAlone) {
 // Position 2 of the list was deleted: later positions move down by one. A
 // negative number (no shape) would map to 99, to show it is never asked.
 std::int32_t AfterDeletingTwo(std::int32_t no) { return no < 0 ? 99 : no < 2 ? no : no == 2 ? -1 : no - 1; }
-
-TEST(RemapShapeNumbers, MapsTheParentAndDropsGoneMembersAndConnectors) {
-  struct Row {
-    const char* edge;
-    std::int32_t parent;
-    std::int32_t mappedParent;
-  };
-  for (const Row& row : {Row{"parent below the gap keeps its number", 1, 1},
-                         Row{"parent above the gap moves down", 4, 3}, Row{"gone parent: top level", 2, -1},
-                         Row{"top level stays top level", -1, -1}}) {
-    TFakeOwner owner;
-    TMyShape shape(&owner);
-    shape.ParentId = row.parent;
-    shape.ChildShapes = {0, 2, 3, 5};
-    shape.LinkLines = {2, 6, 1};
-    shape.RemapShapeNumbers(AfterDeletingTwo);
-    EXPECT_EQ(shape.ParentId, row.mappedParent) << row.edge;
-    EXPECT_EQ(shape.ChildShapes, (std::vector<std::int32_t>{0, 2, 4})) << row.edge;
-    EXPECT_EQ(shape.LinkLines, (std::vector<std::uint32_t>{5, 1})) << row.edge;
-  }
-}
 
 TEST(RemapShapeNumbers, ConnectorEndsFollowTheirShapesAndAGoneShapeFreesTheEnd) {
   struct Row {

@@ -71,16 +71,11 @@ TEST(TMyShapeRecord, SaveThenLoadGivesBackEveryField) {
   EXPECT_EQ(left, 0);
   TMemoryStream again;
   copy.SaveToStream(again);
+  // Every field above differs from a new shape's, so a field written but not
+  // read back would show in the bytes.
   EXPECT_EQ(again.Bytes(), stream.Bytes());
-  EXPECT_EQ(copy.GetName(), "Shape7");
-  EXPECT_EQ(copy.ChildShapes, source.ChildShapes);
-  EXPECT_EQ(copy.Points, source.Points);
-  EXPECT_EQ(copy.GetAngle(), source.GetAngle());
-  EXPECT_EQ(copy.GetGradientStyle(), gsDiamond);
   EXPECT_EQ(copy.UserData(), source.UserData());
-  EXPECT_EQ(copy.GetMultiInfo(), source.GetMultiInfo());
   EXPECT_TRUE(copy.GetLocked());
-  EXPECT_FALSE(copy.GetRotateEnable());
 }
 
 TEST(TMyShapeRecord, ABrushBitmapReplacesTheStoredBrushColourAndStyle) {

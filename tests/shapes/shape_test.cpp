@@ -4,6 +4,7 @@
 
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
+#include "platform/stream.h"
 #include "shapes/fake_owner.h"
 #include "shapes/shape.h"
 
@@ -22,49 +23,20 @@ void ExpectNear(const TMyPoint& actual, const TMyPoint& expected, float toleranc
 TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
 
 // ---------------------------------------------------------------------------
-// Construction
-
-// ---------------------------------------------------------------------------
 // Points and coordinate spaces
 
-TEST(TMyShape, ZoomedAccessorsScaleAndZoomedWritersDivide) {
-  TFakeOwner owner;
-  owner.zoom = 2.5;
-  TMyShape shape(&owner);
-  shape.AddPoint({4, 8});
-  ExpectNear(shape.GetPointInZoom(0), {10, 20});
-  shape.SetPointInZoom(0, {5, 5});
-  ExpectNear(shape.GetPoint(0), {2, 2});
-  shape.PointAddXY(0, 5, -5);
-  ExpectNear(shape.GetPoint(0), {4, 0});
-  shape.SetPointXInZoom(7, 1);  // out of range: nothing
-  EXPECT_EQ(shape.GetPointsCount(), 1);
+TEST(TMyShape, GetPointInZoomWithModeMirrorsByTheOwnersAxisMode) {
+  struct Case { TXYMode mode; TPoint expected; };
+  // 200 x 100; (10.25, 5) zoomed is (20.5, 10), and x rounds half to even.
+  for (const Case& c : {Case{Mode0, {20, 10}}, Case{Mode1, {20, 90}}, Case{Mode2, {180, 90}}, Case{Mode3, {180, 10}}}) {
+    TFakeOwner owner(2);
+    owner.xyMode = c.mode;
+    TMyShape shape(&owner);
+    shape.AddPoint({10.25f, 5});
+    EXPECT_EQ(shape.GetPointInZoomWithMode(0), c.expected) << "mode " << c.mode;
+    EXPECT_EQ(shape.GetPointInZoomWithMode(1), TPoint{});
+  }
 }
-
-struct TModeCase {
-  const char* name;
-  TXYMode mode;
-  TPoint expected;
-};
-
-class GetPointInZoomWithMode : public ::testing::TestWithParam<TModeCase> {};
-
-TEST_P(GetPointInZoomWithMode, MirrorsByTheOwnersAxisMode) {
-  TFakeOwner owner;  // 200 x 100
-  owner.zoom = 2;
-  owner.xyMode = GetParam().mode;
-  TMyShape shape(&owner);
-  shape.AddPoint({10.25f, 5});  // zoomed (20.5, 10): x rounds half to even
-  EXPECT_EQ(shape.GetPointInZoomWithMode(0), GetParam().expected);
-  EXPECT_EQ(shape.GetPointInZoomWithMode(1), TPoint{});
-}
-
-INSTANTIATE_TEST_SUITE_P(Modes, GetPointInZoomWithMode,
-                         ::testing::Values(TModeCase{"Mode0_as_is", Mode0, {20, 10}},
-                                           TModeCase{"Mode1_y_from_bottom", Mode1, {20, 90}},
-                                           TModeCase{"Mode2_both_flipped", Mode2, {180, 90}},
-                                           TModeCase{"Mode3_x_from_right", Mode3, {180, 10}}),
-                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(TMyShape, MyWidthAndHeightAreMeasuredInTheUnrotatedFrame) {
   TFakeOwner owner;
@@ -79,8 +51,7 @@ TEST(TMyShape, MyWidthAndHeightAreMeasuredInTheUnrotatedFrame) {
 // Moving, rotating, flipping
 
 TEST(TMyShape, DragMovesEverythingByTheDeviceDistanceOverTheZoom) {
-  TFakeOwner owner;
-  owner.zoom = 2;
+  TFakeOwner owner(2);
   TMyShape& shape = owner.Add({{0, 0}, {10, 10}});
   shape.LinkPoints = {{1, 1}};
   shape.TextoutPoint = {5, 5};
@@ -133,7 +104,7 @@ TEST(TMyShape, FlipsMirrorANonZeroAngle) {
 // ---------------------------------------------------------------------------
 // Copies
 
-TEST(TMyShape, AssignCopiesEverythingAndRecomputesTheCentre) {
+TEST(TMyShape, AssignCopiesEverythingRecomputesTheCentreAndDuplicatesTheBrushBitmap) {
   TFakeOwner owner;
   TMyShape source(&owner);
   source.SetName("Source");
@@ -154,21 +125,17 @@ TEST(TMyShape, AssignCopiesEverythingAndRecomputesTheCentre) {
   source.SpareRelationId = 12;
   TBitmap pattern(8, 8);
   source.Brush().SetBitmap(&pattern);
-
   TMyShape copy(&owner);
   copy.Assign(source);
-  EXPECT_EQ(copy.GetName(), "Source");
-  EXPECT_EQ(copy.GetTag(), 3);
-  EXPECT_EQ(copy.ShapeNo, 4);
-  EXPECT_EQ(copy.ParentId, 1);
-  EXPECT_EQ(copy.ChildShapes, source.ChildShapes);
-  EXPECT_EQ(copy.LinkLines, source.LinkLines);
   EXPECT_EQ(copy.CenterPoint, (TMyPoint{5, 10}));
   EXPECT_EQ(copy.SpareRelationId, -1);
-  EXPECT_EQ(copy.GetMultiInfo(), source.GetMultiInfo());
-  EXPECT_EQ(copy.UserData(), source.UserData());
   ASSERT_NE(copy.Brush().Bitmap(), nullptr);
   EXPECT_NE(copy.Brush().Bitmap(), source.Brush().Bitmap());  // duplicated, not shared
+  source.CenterPoint = copy.CenterPoint;
+  TMemoryStream copied, original;
+  copy.SaveToStream(copied);
+  source.SaveToStream(original);
+  EXPECT_EQ(copied.Bytes(), original.Bytes());
 }
 
 TEST(TMyShape, AssignWithoutRelationKeepsTheTargetsRelationsNameAndMultiInfo) {
@@ -196,26 +163,9 @@ TEST(TMyShape, AssignWithoutRelationKeepsTheTargetsRelationsNameAndMultiInfo) {
 }
 
 // ---------------------------------------------------------------------------
-// Group styling, locking
-
-TEST(TMyShape, PenAndBrushChangesReachTheMembersUnlessTheOwnerIsUpdating) {
-  TFakeOwner owner;
-  TMyShape& group = owner.Add();
-  TMyShape& member = owner.Add();
-  group.ChildShapes = {member.ShapeNo};
-  group.Pen().SetColor(clRed);
-  EXPECT_EQ(member.Pen().Color(), clRed);
-  group.Font().SetName("Member Font");
-  EXPECT_EQ(member.Font().Name(), "Member Font");
-  owner.updating = true;
-  group.Brush().SetColor(clYellow);
-  EXPECT_NE(member.Brush().Color(), clYellow);
-}
-
-// ---------------------------------------------------------------------------
 // Hit tests
 
-TEST(TMyShape, TextPointHotSquareIncludesLeftTopAndExcludesRightBottom) {
+TEST(TMyShape, HotSquaresIncludeTheirLeftTopEdgesAndTheLastMatchingLinkPointWins) {
   TFakeOwner owner;  // hot size 4
   TMyShape shape(&owner);
   shape.TextoutPoint = {20, 20};
@@ -224,11 +174,6 @@ TEST(TMyShape, TextPointHotSquareIncludesLeftTopAndExcludesRightBottom) {
   EXPECT_FALSE(shape.InTextPointHot(Point(24, 20)));
   EXPECT_FALSE(shape.InTextPointHot(Point(20, 24)));
   EXPECT_FALSE(shape.InTextPointHot(Point(15, 20)));
-}
-
-TEST(TMyShape, InWhichLinkHotTakesTheLastMatchingLinkPoint) {
-  TFakeOwner owner;
-  TMyShape shape(&owner);
   shape.LinkPoints = {{10, 10}, {12, 10}, {50, 50}};
   EXPECT_EQ(shape.InWhichLinkHot({11, 10}), 1);
   EXPECT_EQ(shape.InWhichLinkHot({50, 50}), 2);
@@ -238,33 +183,18 @@ TEST(TMyShape, InWhichLinkHotTakesTheLastMatchingLinkPoint) {
 // ---------------------------------------------------------------------------
 // Measured lengths
 
-struct TLengthCase {
-  const char* name;
-  TUnits unit;
-  double zoom;
-  double ratio;
-  const char* expected;
-};
-
-class GetLengthByUnit : public ::testing::TestWithParam<TLengthCase> {};
-
-TEST_P(GetLengthByUnit, FormatsOneInchOfDeviceDistance) {
-  TFakeOwner owner;
-  owner.unit = GetParam().unit;
-  owner.zoom = GetParam().zoom;
-  owner.ratio = GetParam().ratio;
-  TMyShape shape(&owner);
-  EXPECT_EQ(shape.GetLengthByUnit(Point(0, 0), Point(96, 0)), GetParam().expected);
+TEST(TMyShape, GetLengthByUnitFormatsOneInchOfDeviceDistance) {
+  struct Case { TUnits unit; double zoom; double ratio; const char* expected; };
+  for (const Case& c : {Case{pixel, 1, 1, "       96 pixel(s)"}, Case{mm, 1, 1, "    25.40 mm"},
+                        Case{inch, 1, 1, "     1.00 in"}, Case{mm, 2, 1, "    12.70 mm"},  // halved at zoom 2
+                        Case{mm, 1, 10, "   254.00 mm"}}) {
+    TFakeOwner owner;
+    owner.unit = c.unit;
+    owner.zoom = c.zoom;
+    owner.ratio = c.ratio;
+    EXPECT_EQ(TMyShape(&owner).GetLengthByUnit(Point(0, 0), Point(96, 0)), c.expected);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Units, GetLengthByUnit,
-    ::testing::Values(TLengthCase{"pixel", pixel, 1, 1, "       96 pixel(s)"},
-                      TLengthCase{"mm", mm, 1, 1, "    25.40 mm"},
-                      TLengthCase{"inch", inch, 1, 1, "     1.00 in"},
-                      TLengthCase{"mm_at_zoom_2_is_halved", mm, 2, 1, "    12.70 mm"},
-                      TLengthCase{"mm_with_ratio_10", mm, 1, 10, "   254.00 mm"}),
-    [](const auto& info) { return std::string(info.param.name); });
 
 }  // namespace
 }  // namespace lumatrex

@@ -6,6 +6,7 @@
 
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
+#include "shapes/shape.h"
 
 namespace lumatrex::test {
 
@@ -38,5 +39,12 @@ class TSheet {
  private:
   TBitmap bitmap_;
 };
+
+// A sheet of the given size with Shape drawn on it.
+inline TSheet Drawn(TMyShape& shape, std::int32_t width = 64, std::int32_t height = 64) {
+  TSheet sheet(width, height);
+  shape.Draw(sheet.canvas());
+  return sheet;
+}
 
 }  // namespace lumatrex::test
