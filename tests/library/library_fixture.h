@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -12,13 +13,14 @@
 
 namespace lumatrex::test {
 
-// A fresh folder per test, removed afterwards.
+// A fresh folder per test, removed afterwards; the process id keeps two
+// builds running the same test at once apart.
 class TScratchFolder {
  public:
   TScratchFolder() {
     const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
     path_ = std::filesystem::temp_directory_path() /
-            ("lumatrex-" + std::string(info->test_suite_name()) + "-" + info->name());
+            ("lumatrex-" + std::string(info->test_suite_name()) + "-" + info->name() + "-" + std::to_string(getpid()));
     std::filesystem::remove_all(path_);
     std::filesystem::create_directories(path_);
   }
