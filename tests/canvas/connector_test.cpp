@@ -85,11 +85,9 @@ TEST_F(Connectors, EditsOfAJoinedShapeCarryTheEndsAndOneUndoRestoresExactly) {
          t.cad.SetShapeTool(SpRotateSelecting);
          t.mouse.Click(340, 190).Drag(380, 200, 400, 260);
        }},
-      {"nudge key", [](Connectors& t, TMyShape*, TMyShape*) { t.mouse.Click(340, 190); test::Key(t.cad, Qt::Key_Down); }},
-      {"align left", [](Connectors& t, TMyShape* a, TMyShape* b) {
-         t.cad.SelectShapeByCode(a->ShapeId, true);
-         t.cad.SelectShapeByCode(b->ShapeId, false);
-         t.cad.AlignLeft();
+      {"flip", [](Connectors& t, TMyShape*, TMyShape*) {
+         t.mouse.Click(340, 190);
+         t.cad.FlipHoriz();
        }},
   };
   for (const Case& c : cases) {

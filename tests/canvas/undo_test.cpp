@@ -391,8 +391,6 @@ INSTANTIATE_TEST_SUITE_P(
         testing::Values(
             TAlignCase{"AlignLeft_moves_the_second_by_minus_40", &TMyCAD::AlignLeft, {10, 0, 30, 20},
                        {10, 40, 20, 100}},
-            TAlignCase{"AlignRight", &TMyCAD::AlignRight, {40, 0, 60, 20}, {50, 40, 60, 100}},
-            TAlignCase{"AlignTop", &TMyCAD::AlignTop, {10, 0, 30, 20}, {50, 0, 60, 60}},
             TAlignCase{"AlignBottom", &TMyCAD::AlignBottom, {10, 80, 30, 100}, {50, 40, 60, 100}},
             TAlignCase{"AlignHorizontalCenter_on_x_35", &TMyCAD::AlignHorizontalCenter, {25, 0, 45, 20},
                        {30, 40, 40, 100}},
