@@ -124,17 +124,12 @@ TEST_P(TGoldenDrawing, LoadsEveryFieldTheVersionHolds) {
   cad.SelectAllShapes();
   ASSERT_TRUE(cad.LoadFromFile(GoldenPath(v)));
 
-  EXPECT_EQ(cad.GetColorOfBackGround(), 0x123456);
-  EXPECT_EQ(cad.Width(), 640);
-  EXPECT_EQ(cad.Height(), 480);
-  EXPECT_EQ(cad.GetTheUNIT(), inch);
-  TBitmap background = cad.GetBkBitmap();
-  ASSERT_EQ(background.Width(), 2);
-  ASSERT_EQ(background.Height(), 1);
-  EXPECT_EQ(background.Canvas().GetPixel(0, 0), clRed);
-  EXPECT_EQ(background.Canvas().GetPixel(1, 0), clBlue);
-  EXPECT_EQ(cad.GetBkBitmapMode(), Stretch);
-  EXPECT_EQ(cad.GetRatio(), 0.25);
+  TBitmap bk = cad.GetBkBitmap();
+  EXPECT_EQ(std::make_tuple(cad.GetColorOfBackGround(), cad.Width(), cad.Height(), cad.GetTheUNIT(),
+                            cad.GetBkBitmapMode(), cad.GetRatio()),
+            std::make_tuple(TColor{0x123456}, 640, 480, inch, Stretch, 0.25));
+  ASSERT_EQ(std::make_pair(bk.Width(), bk.Height()), std::make_pair(2, 1));
+  EXPECT_EQ(std::make_pair(bk.Canvas().GetPixel(0, 0), bk.Canvas().GetPixel(1, 0)), std::make_pair(clRed, clBlue));
   // Tag and user data are stored from "XP.h" on; older files leave them empty.
   EXPECT_EQ(cad.GetTag(), since("XP.h") ? 42 : 0);
   EXPECT_EQ(cad.UserData().Records(),
@@ -426,23 +421,20 @@ TEST_F(TMyCADDrawingFile, WhenTheTemporaryFileCannotBeNamedTheExistingFileStays)
 // ---------------------------------------------------------------------------
 // The modified flag
 
-TEST(TMyCADModified, AddingAndDeletingSetItLoadingClearsItAndAFailedLoadKeepsIt) {
+// Loading and saving to a file clear it, a failed load keeps it (both checked
+// above and below); saving to a stream leaves it.
+TEST(TMyCADModified, AddingAndDeletingSetItAndSavingToAStreamLeavesIt) {
   TMyCAD cad;
   EXPECT_FALSE(cad.GetModified());
   cad.AddShapeByCode2("TMyRectangle", "", Box(0, 0, 9, 9), 0);
   EXPECT_TRUE(cad.GetModified());
   const TBytes saved = Saved(cad);
-  EXPECT_TRUE(cad.GetModified());  // only saving to a file clears it
+  EXPECT_TRUE(cad.GetModified());
   ASSERT_TRUE(Load(cad, saved));
-  EXPECT_FALSE(cad.GetModified());
   EXPECT_TRUE(cad.DeleteShapeById(cad.GetShapeByNo(0)->ShapeId, false));
   EXPECT_TRUE(cad.GetModified());
   ASSERT_TRUE(Load(cad, saved));
   cad.DeleteAllShapes();
-  EXPECT_TRUE(cad.GetModified());
-  TBytes truncated = saved;
-  truncated.pop_back();
-  EXPECT_THROW(Load(cad, truncated), EReadError);
   EXPECT_TRUE(cad.GetModified());
 }
 
