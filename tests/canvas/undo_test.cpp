@@ -179,22 +179,17 @@ TEST(TMyCADUndo, UndoAnswersTheNewStepNumberEmptiesTheSelectionAndRepaintsOnlyWh
   EXPECT_EQ(StepCount(cad), 1);
 }
 
-TEST(TMyCADUndo, AChangeUndoneAfterAReorderLeavesTheShapeInItsCurrentPlace) {
-  TMyCAD cad;
-  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
-  AddBox(cad, 20, 0, 30, 10);
-  RecordedDrag(cad, {a}, 5, 0);
-  cad.BringToFront(a, false);
-  cad.PopFromUndoRedoShapeList();
-  EXPECT_EQ(a->ShapeNo, 1);
-  EXPECT_EQ(cad.GetShapeByNo(1), a);
-  EXPECT_EQ(a->Points, Box(0, 0, 10, 10));
-}
-
-TEST(TMyCADUndo, AStepWhoseShapeIsGoneIsDroppedWithoutEffect) {
+// A change undone after a reorder leaves the shape in its current place; a
+// step whose shape is gone is dropped without effect.
+TEST(TMyCADUndo, AChangeUndoneKeepsTheShapesCurrentPlaceAndAStepOfADeletedShapeIsDropped) {
   TMyCAD cad;
   TMyShape* a = AddBox(cad, 0, 0, 10, 10);
   TMyShape* b = AddBox(cad, 20, 0, 30, 10);
+  RecordedDrag(cad, {a}, 5, 0);
+  cad.BringToFront(a, false);
+  cad.PopFromUndoRedoShapeList();
+  EXPECT_EQ(cad.GetShapeByNo(1), a);
+  EXPECT_EQ(a->Points, Box(0, 0, 10, 10));
   RecordedDrag(cad, {a}, 5, 0);
   cad.DeleteShapeById(a->ShapeId, false);
   const auto before = DocumentState(cad);
