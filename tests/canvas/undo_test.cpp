@@ -109,25 +109,8 @@ INSTANTIATE_TEST_SUITE_P(
         TRecordCase{"no_shapes_no_step", ACT_CHANGE, {}, {}}),
     [](const testing::TestParamInfo<TRecordCase>& info) { return std::string(info.param.edge); });
 
-TEST(TMyCADUndo, WithSizeOneEachStepReplacesTheLastAndOneUndoRevertsOnlyTheLast) {
-  TMyCAD cad;
-  cad.SetUndoRedoSize(1);
-  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
-  TMyShape* b = AddBox(cad, 20, 0, 30, 10);
-  RecordedDrag(cad, {a}, 5, 0);
-  const auto afterFirst = DocumentState(cad);
-  RecordedDrag(cad, {b}, 0, 5);
-  ASSERT_EQ(cad.GetUndoRedoShapeList().size(), 1u);
-  EXPECT_EQ(cad.GetUndoRedoShapeList()[0].UndoStep, 0);
-  EXPECT_EQ(cad.GetUndoRedoShapeList()[0].SavedShape->ShapeId, b->ShapeId);
-  EXPECT_EQ(cad.PopFromUndoRedoShapeList(), -1);  // step 0 reverted, none left
-  EXPECT_EQ(DocumentState(cad), afterFirst);
-  EXPECT_EQ(cad.PopFromUndoRedoShapeList(), -1);
-  EXPECT_EQ(DocumentState(cad), afterFirst);
-}
-
 // The size bounds the history only when a step is added to an exactly full
-// one; size 0 empties and stops it.
+// one; size 1 keeps the last step alone; size 0 empties and stops it.
 TEST(TMyCADUndo, TheSizeDropsTheOldestStepOfAFullHistoryAndZeroStopsIt) {
   TMyCAD cad;
   std::vector<TMyShape*> shapes;
@@ -146,6 +129,14 @@ TEST(TMyCADUndo, TheSizeDropsTheOldestStepOfAFullHistoryAndZeroStopsIt) {
   RecordedDrag(cad, {shapes[0]}, 1, 0);
   RecordedDrag(cad, {shapes[0]}, 1, 0);
   EXPECT_EQ(StepCount(cad), 5);
+  cad.SetUndoRedoSize(1);  // each step replaces the last; one undo reverts only it
+  cad.ClearAllUndoStuff();
+  RecordedDrag(cad, {shapes[0]}, 1, 0);
+  const auto afterFirst = DocumentState(cad);
+  RecordedDrag(cad, {shapes[1]}, 0, 5);
+  EXPECT_EQ(cad.PopFromUndoRedoShapeList(), -1);
+  EXPECT_EQ(DocumentState(cad), afterFirst);
+  EXPECT_EQ(cad.PopFromUndoRedoShapeList(), -1);
   cad.SetUndoRedoSize(0);
   EXPECT_TRUE(cad.GetUndoRedoShapeList().empty());
   RecordedDrag(cad, {shapes[0]}, 1, 0);
@@ -188,22 +179,17 @@ TEST(TMyCADUndo, UndoAnswersTheNewStepNumberEmptiesTheSelectionAndRepaintsOnlyWh
   EXPECT_EQ(StepCount(cad), 1);
 }
 
-TEST(TMyCADUndo, AChangeUndoneAfterAReorderLeavesTheShapeInItsCurrentPlace) {
-  TMyCAD cad;
-  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
-  AddBox(cad, 20, 0, 30, 10);
-  RecordedDrag(cad, {a}, 5, 0);
-  cad.BringToFront(a, false);
-  cad.PopFromUndoRedoShapeList();
-  EXPECT_EQ(a->ShapeNo, 1);
-  EXPECT_EQ(cad.GetShapeByNo(1), a);
-  EXPECT_EQ(a->Points, Box(0, 0, 10, 10));
-}
-
-TEST(TMyCADUndo, AStepWhoseShapeIsGoneIsDroppedWithoutEffect) {
+// A change undone after a reorder leaves the shape in its current place; a
+// step whose shape is gone is dropped without effect.
+TEST(TMyCADUndo, AChangeUndoneKeepsTheShapesCurrentPlaceAndAStepOfADeletedShapeIsDropped) {
   TMyCAD cad;
   TMyShape* a = AddBox(cad, 0, 0, 10, 10);
   TMyShape* b = AddBox(cad, 20, 0, 30, 10);
+  RecordedDrag(cad, {a}, 5, 0);
+  cad.BringToFront(a, false);
+  cad.PopFromUndoRedoShapeList();
+  EXPECT_EQ(cad.GetShapeByNo(1), a);
+  EXPECT_EQ(a->Points, Box(0, 0, 10, 10));
   RecordedDrag(cad, {a}, 5, 0);
   cad.DeleteShapeById(a->ShapeId, false);
   const auto before = DocumentState(cad);
@@ -400,8 +386,6 @@ INSTANTIATE_TEST_SUITE_P(
         testing::Values(
             TAlignCase{"AlignLeft_moves_the_second_by_minus_40", &TMyCAD::AlignLeft, {10, 0, 30, 20},
                        {10, 40, 20, 100}},
-            TAlignCase{"AlignRight", &TMyCAD::AlignRight, {40, 0, 60, 20}, {50, 40, 60, 100}},
-            TAlignCase{"AlignTop", &TMyCAD::AlignTop, {10, 0, 30, 20}, {50, 0, 60, 60}},
             TAlignCase{"AlignBottom", &TMyCAD::AlignBottom, {10, 80, 30, 100}, {50, 40, 60, 100}},
             TAlignCase{"AlignHorizontalCenter_on_x_35", &TMyCAD::AlignHorizontalCenter, {25, 0, 45, 20},
                        {30, 40, 40, 100}},

@@ -20,15 +20,13 @@
 #include <QTreeView>
 #include <QTreeWidget>
 
-#include "canvas/tmycad.h"
+#include "canvas/document_state.h"
 #include "inspector/component_inspector.h"
 #include "inspector/inspector_grid.h"
 #include "inspector/menu_editor.h"
 #include "inspector/property_dialogs.h"
 #include "inspector/property_model.h"
-#include "platform/hooks.h"
 #include "platform/qt_interop.h"
-#include "platform/stream.h"
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"
 #include "shapes/shape_factory.h"
@@ -41,12 +39,7 @@ using K = TPropertyKind;
 
 // A 10 x 10 shape of the class at Left.
 TMyShape* AddShape(TMyCAD& cad, const char* className, float left = 0) {
-  return cad.AddShapeByCode2(className, "", {{left, 0}, {left + 10, 0}, {left + 10, 10}, {left, 10}}, 0);
-}
-
-std::int32_t UndoSteps(const TMyCAD& cad) {
-  const auto& list = cad.GetUndoRedoShapeList();
-  return list.empty() ? 0 : list.back().UndoStep + 1;
+  return cad.AddShapeByCode2(className, "", test::Box(left, 0, left + 10, 10), 0);
 }
 
 TPropertyKind KindAt(const TPropertyModel& model, const QString& path) {
@@ -71,16 +64,13 @@ TEST(TPropertyModel, ListsAShapesPropertiesWithTheirKindsAndValueNames) {
       {"Caption", K::String, nullptr},
       {"Visible", K::Boolean, "True"},
       {"GradientStyle", K::Enum, "gsLinearH"},
-      {"MultiInfoAlignment", K::Enum, nullptr},
       {"ColorBegin", K::Color, "clWhite"},
       {"Pen", K::Group, "(TPen)"},
       {"Pen.Style", K::Enum, "psSolid"},
-      {"Brush.Color", K::Color, nullptr},
       {"Font", K::Font, nullptr},
       {"Font.Style", K::Flags, "[fsBold,fsItalic]"},
       {"MultiInfo", K::StringList, "(0 lines)"},
       {"UserData", K::UserData, "(0 records)"},
-      {"ShowSideHot", K::Boolean, "True"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.path);
@@ -195,7 +185,7 @@ TEST(TPropertyModel, EveryEditOfAShapeIsOneUndoStepThatRestoresTheWholeShape) {
       const QModelIndex row = model.FindProperty(path);
       ASSERT_TRUE(model.setData(row, OtherValue(row, row.data(Qt::EditRole))));
       EXPECT_NE(StateOf(*shape, model, paths), before);
-      EXPECT_EQ(UndoSteps(cad), 1);
+      EXPECT_EQ(test::StepCount(cad), 1);
       cad.PopFromUndoRedoShapeList();
       EXPECT_EQ(StateOf(*shape, model, paths), before);
     }
@@ -215,36 +205,30 @@ TEST(TPropertyModel, SeveralObjectsShareCommonPropertiesShowBlankWhereTheyDiffer
   EXPECT_EQ(TextAt(model, "Caption"), "");
   EXPECT_EQ(TextAt(model, "Visible"), "True");
   EXPECT_TRUE(model.setData(model.FindProperty("Visible"), true));
-  EXPECT_EQ(UndoSteps(cad), 0);  // an edit that changes nothing records no step
+  EXPECT_EQ(test::StepCount(cad), 0);  // an edit that changes nothing records no step
   ASSERT_TRUE(model.setData(model.FindProperty("Caption"), QString("both")));
   EXPECT_EQ(line->GetCaption(), "both");
   EXPECT_EQ(box->GetCaption(), "both");
   EXPECT_EQ(TextAt(model, "Caption"), "both");
-  EXPECT_EQ(UndoSteps(cad), 1);
+  EXPECT_EQ(test::StepCount(cad), 1);
   cad.PopFromUndoRedoShapeList();
   EXPECT_EQ(line->GetCaption(), "one");
   EXPECT_EQ(box->GetCaption(), "two");
 }
 
-TEST(TPropertyModel, ResetsToTheDefaultOfANewObjectOfTheClass) {
-  TMyCAD cad;
-  cad.SetZoom(3);
-  TMyShape* shape = AddShape(cad, "TMyRectangle");
+TEST(TPropertyModel, ResetsToANewObjectsDefaultReachesSubObjectsAndForgetsDestroyedObjects) {
+  auto cad = std::make_unique<TMyCAD>();
+  cad->SetZoom(3);
+  TMyShape* shape = AddShape(*cad, "TMyRectangle");
   shape->Pen().SetWidth(9);
   TPropertyModel model;
   model.SetObjects({shape});
   EXPECT_TRUE(model.ResetToDefault(model.FindProperty("Pen.Width")));
   EXPECT_EQ(shape->Pen().Width(), 1);
-  model.SetObject(&cad);
-  EXPECT_TRUE(model.ResetToDefault(model.FindProperty("Zoom")));
-  EXPECT_EQ(cad.GetZoom(), 1.0);
-  EXPECT_FALSE(model.ResetToDefault(model.FindProperty("VersionInfo")));
-}
-
-TEST(TPropertyModel, ReachesSubObjectsAndForgetsDestroyedObjects) {
-  auto cad = std::make_unique<TMyCAD>();
-  TPropertyModel model;
   model.SetObject(cad.get());
+  EXPECT_TRUE(model.ResetToDefault(model.FindProperty("Zoom")));
+  EXPECT_EQ(cad->GetZoom(), 1.0);
+  EXPECT_FALSE(model.ResetToDefault(model.FindProperty("VersionInfo")));
   ASSERT_TRUE(model.setData(model.FindProperty("GridOperation.GridWidth"), 25.0));
   EXPECT_EQ(cad->GridOperation()->GetGridWidth(), 25.0);
   EXPECT_EQ(TextAt(model, "TheUNIT"), "mm");
@@ -302,7 +286,7 @@ TEST(TInspectorGrid, EditorsCommitFromKeyEventsAsOneUndoStepEach) {
     ASSERT_NE(editor, nullptr);
     c.keys(editor);
     EXPECT_TRUE(c.changed(*shape));
-    EXPECT_EQ(UndoSteps(cad), 1);
+    EXPECT_EQ(test::StepCount(cad), 1);
   }
   // A spin box takes the property's range.
   TMyCAD cad;
@@ -340,7 +324,7 @@ struct TTreeScene {
   QTreeWidgetItem* Layer() { return inspector.Tree().topLevelItem(0)->child(0); }
 };
 
-TEST(TComponentInspector, ShowsTheCanvasLayersAndShapesWithGroupsNested) {
+TEST(TComponentInspector, ShowsTheDocumentTreeAndSelectsWithTheCanvasBothWays) {
   TTreeScene s;
   ASSERT_EQ(s.inspector.Tree().topLevelItemCount(), 1);
   EXPECT_EQ(s.inspector.Tree().topLevelItem(0)->text(0), "Canvas: TMyCAD");
@@ -348,10 +332,7 @@ TEST(TComponentInspector, ShowsTheCanvasLayersAndShapesWithGroupsNested) {
   EXPECT_EQ(s.Layer()->child(2)->childCount(), 2);
   EXPECT_EQ(s.inspector.Components().count(), 6);  // the canvas and five shapes
   EXPECT_EQ(s.grid.Model().Objects(), std::vector<QObject*>{&s.cad});
-}
 
-TEST(TComponentInspector, SelectingInTheTreeSelectsOnTheCanvasAndBack) {
-  TTreeScene s;
   s.inspector.Tree().setCurrentItem(s.Layer()->child(1));
   EXPECT_EQ(s.cad.GetSelectedShapes(), std::vector<TMyShape*>{s.b});
   EXPECT_EQ(s.grid.Model().Objects(), std::vector<QObject*>{s.b});
@@ -363,18 +344,15 @@ TEST(TComponentInspector, SelectingInTheTreeSelectsOnTheCanvasAndBack) {
   ASSERT_EQ(s.inspector.Tree().selectedItems().size(), 2);
   EXPECT_EQ(s.grid.Model().Objects(), (std::vector<QObject*>{s.a, s.g}));
 
-  s.inspector.Components().setCurrentIndex(2);  // the ellipse, by the combo box
-  emit s.inspector.Components().activated(2);
-  EXPECT_EQ(s.cad.GetSelectedShapes(), std::vector<TMyShape*>{s.b});
-}
-
-TEST(TComponentInspector, FollowsAClickOnTheCanvas) {
-  TTreeScene s;
   s.cad.resize(200, 200);
   s.cad.show();
-  QTest::mouseClick(&s.cad, Qt::LeftButton, {}, QPoint(25, 5));
+  QTest::mouseClick(&s.cad, Qt::LeftButton, {}, QPoint(25, 5));  // a click on the ellipse
   QCoreApplication::processEvents();
   EXPECT_EQ(s.grid.Model().Objects(), std::vector<QObject*>{s.b});
+
+  s.inspector.Components().setCurrentIndex(1);  // the first box, by the combo box
+  emit s.inspector.Components().activated(1);
+  EXPECT_EQ(s.cad.GetSelectedShapes(), std::vector<TMyShape*>{s.a});
 }
 
 TEST(TComponentInspector, CtrlUpAndDownMoveTheCurrentLayerInTheCanvasList) {
@@ -425,20 +403,17 @@ void AnswerRecord(const char* key, const char* value) {
 std::vector<TUserDataRecord> Records(const TUserKeyFrm& form) { return form.Result().Records(); }
 
 TEST(TUserKeyFrm, CommandsWithoutASelectedRowShowTheMessageAndChangeNothing) {
-  std::vector<std::string> messages;
-  auto saved = PlatformHooks().ShowMessage;
-  PlatformHooks().ShowMessage = [&](const std::string& text) { messages.push_back(text); };
+  test::THookRecorder hooks;
   TUserData data;
   data.AddKeyandValue("a", "1");
   TUserKeyFrm form(data);
   for (const char* button : {"btnInsert", "btnEdit", "btnDelete", "btnUp", "btnDown"}) {
     SCOPED_TRACE(button);
-    messages.clear();
+    hooks.messages.clear();
     Click(form, button);
-    EXPECT_EQ(messages, std::vector<std::string>{"Please select the Key/Value first."});
+    EXPECT_EQ(hooks.messages, std::vector<std::string>{"Please select the Key/Value first."});
     EXPECT_EQ(Records(form), data.Records());
   }
-  PlatformHooks().ShowMessage = saved;
 }
 
 TEST(TUserKeyFrm, AddInsertEditMoveAndDeleteRowsThenKeepTheFirstOfEachKey) {
