@@ -99,19 +99,6 @@ TEST(TMyShapeRecord, ABrushBitmapReplacesTheStoredBrushColourAndStyle) {
   EXPECT_EQ(shape.Brush().Style(), bsSolid);
 }
 
-TEST(TMyShapeRecord, EveryTruncationOfARecordIsAReadError) {
-  TFakeOwner owner;
-  TMyShape& source = owner.Add({{1, 2}});
-  source.UserData().AddKeyandValue("key", "value");
-  TMemoryStream whole;
-  source.SaveToStream(whole);
-  for (std::int64_t n = 0; n < whole.Size(); ++n) {
-    TMemoryStream cut(whole.View().first(static_cast<std::size_t>(n)));
-    TMyShape target(&owner);
-    EXPECT_THROW(target.LoadFromStream(cut), EReadError) << "cut at " << n;
-  }
-}
-
 TEST(TMyShapeRecord, AHugePointCountIsRefusedBeforeAllocating) {
   TRecordBytes r;
   r.str("S").i32(0).i32(0).i32(0).i32(-1).i32(0).i32(0).i32(0x7FFFFFFF);
