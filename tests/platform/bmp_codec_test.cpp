@@ -147,14 +147,11 @@ TEST(BmpDecode, DirectColourVariantsGiveTheirArgbPixels) {
   TFile v5 = Bitfields(32, {0x3FF00000, 0x000FFC00, 0x000003FF, 0xC0000000}, {});
   v5.headerSize = 124;
   Put32(v5.pixels, 0x7FF00000u | 512u << 10);  // alpha 1 of 3, red 1023, green 512, blue 0
-  TFile alphaBitfields = Bitfields(32, {0x0000FF00, 0x00FF0000, 0xFF000000, 0x000000FF}, Hex("11 22 33 44"));
-  alphaBitfields.compression = 6;
   const Case cases[] = {
       {"24_bits_rows_bottom_up", rgb24, false, {0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFFFF}},
       {"last_row_may_lack_its_padding", unpaddedLastRow, false, {0xFF060504, 0xFF030201}},
       {"16_bits_without_masks_are_555_rounded", rgb16, false, {0xFFFFFFFF, 0xFF000000, 0xFFFF0000, 0xFF000019}},
       {"v5_masks_of_any_width_scale_to_8_bits", v5, true, {0x55FF8000}},
-      {"alpha_bitfields_after_an_info_header", alphaBitfields, true, {0x11223344}},
       {"zero_colour_mask_reads_0_missing_alpha_opaque", Bitfields(16, {0xFF00, 0x00FF, 0}, Hex("34 12")), false,
        {0xFF123400}},
   };
@@ -190,18 +187,6 @@ TEST(BmpDecode, Os2CoreHeaderHasThreeBytePaletteEntries) {
   const bmp::TDecodedBmp bmp = Decode(f.Build());
   EXPECT_EQ(bmp.palette, (std::vector<TColor>{RGB(3, 2, 1), RGB(6, 5, 4)}));
   EXPECT_EQ(bmp.indices, (Bytes{1, 0}));
-}
-
-TEST(BmpDecode, PaletteIsCutToTheBitCountAndToThePixelData) {
-  TFile longer = Palette8(1, 1, Hex("01 00 00 00"));
-  longer.bpp = 1;
-  longer.clrUsed = 3;
-  longer.palette = Hex("00 00 00 00 | FF FF FF 00 | 01 01 01 00");
-  EXPECT_EQ(Decode(longer.Build()).palette.size(), 2u);
-
-  TFile overlapping = Palette8(1, 1, Hex("01 00 00 00"));
-  overlapping.clrUsed = 200;  // only two entries before the pixels
-  EXPECT_EQ(Decode(overlapping.Build()).palette, (std::vector<TColor>{clBlack, clWhite}));
 }
 
 TEST(BmpDecode, IndicesPastThePaletteAreBlack) {
