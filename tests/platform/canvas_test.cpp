@@ -131,6 +131,17 @@ TEST(CanvasFigures, ClearPenAndClearBrushDrawNothing) {
   EXPECT_EQ(Colours(bitmap), before);
 }
 
+TEST(CanvasFigures, ArcRunsCounterClockwiseFromStartRayToEndRay) {
+  TBitmap bitmap(21, 21, pf32bit);
+  // From the ray toward the right to the ray toward the left: the upper half.
+  bitmap.Canvas().Arc(0, 0, 21, 21, 21, 10, 0, 10);
+  const TRect ink = InkBounds(bitmap);
+  EXPECT_EQ(ink.Top, 0);
+  EXPECT_LE(ink.Bottom, 11);
+  EXPECT_EQ(ink.Left, 0);
+  EXPECT_EQ(ink.Right, 21);
+}
+
 TEST(CanvasFigures, BrushNeverReachesPastTheOutline) {
   const std::vector<std::pair<const char*, std::function<void(TCanvas&)>>> figures = {
       {"ellipse", [](TCanvas& c) { c.Ellipse(3, 5, 36, 27); }},

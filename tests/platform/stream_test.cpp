@@ -153,6 +153,16 @@ TEST_F(FileStream, MissingFileThrowsEFOpenErrorNamingIt) {
   EXPECT_THROW(TFileStream(Path("no/such/folder.bin"), fmCreate), EFOpenError);
 }
 
+TEST_F(FileStream, MemoryStreamSavesToAndLoadsFromFiles) {
+  const TMemoryStream saved(Bytes{4, 5, 6});
+  saved.SaveToFile(Path("m.bin"));
+  TMemoryStream loaded(Bytes{1});
+  loaded.SetPosition(1);
+  loaded.LoadFromFile(Path("m.bin"));
+  EXPECT_EQ(loaded.Bytes(), (Bytes{4, 5, 6}));
+  EXPECT_EQ(loaded.Position(), 0);
+}
+
 // The file stream buffers its reads and writes: any mix of them, small and
 // larger than its buffer, at any position, must leave it (and the file) as a
 // memory stream given the same calls.
