@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -11,6 +13,7 @@
 #include "dxf/dxf.h"
 #include "shapes/arc.h"
 #include "shapes/text.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -23,71 +26,47 @@ std::vector<std::string> Lines(const std::string& text) {
 }
 
 using L = std::vector<std::string>;
-const L kHead = {"0", "SECTION", "2", "ENTITIES"};
-const L kTail = {"0", "ENDSEC", "0", "EOF"};
-
-L Join(std::initializer_list<L> parts) {
-  L all;
-  for (const L& p : parts) all.insert(all.end(), p.begin(), p.end());
-  return all;
-}
-
-L LineEntity(int handle, const char* x1, const char* y1, const char* x2, const char* y2) {
-  return {"0", "LINE", "5", std::to_string(handle), "8", "0", "10", x1, "20", y1, "30", "0.0",
-          "11", x2, "21", y2, "31", "0.0"};
-}
-
-L Vertex(int handle, const char* x, const char* y) {
-  return {"0", "VERTEX", "5", std::to_string(handle), "8", "0", "10", x, "20", y, "30", "0.0"};
-}
 
 TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
 
-struct ExactCase {
-  const char* name;
-  void (*build)(TMyCAD&);
-  L expected;
-};
+// The lines of tests/data/dxf/Name.
+L Expected(const std::string& name) {
+  std::ifstream in(test::DataPath("dxf/" + name));
+  return Lines(std::string(std::istreambuf_iterator<char>(in), {}));
+}
 
 TEST(SaveToDxf1, WritesEachClassLineByLine) {
+  struct ExactCase {
+    const char* name;
+    void (*build)(TMyCAD&);
+    const char* expected;  // file under tests/data/dxf
+  };
   const ExactCase cases[] = {
-      {"empty drawing", [](TMyCAD&) {}, Join({kHead, kTail})},
+      {"empty drawing", [](TMyCAD&) {}, "empty.dxf"},
       {"378-pixel line on a 378-pixel control",
-       [](TMyCAD& c) { c.AddShapeByCode2("TMyLine", "", {{0, 0}, {378, 0}}, 0); },
-       Join({kHead, LineEntity(20, "0", "100.0125", "100.0125", "100.0125"), kTail})},
+       [](TMyCAD& c) { c.AddShapeByCode2("TMyLine", "", {{0, 0}, {378, 0}}, 0); }, "line.dxf"},
       {"poly-line of 4 points takes 3 lines",
        [](TMyCAD& c) { c.AddShapeByCode2("TMyPolyLine", "", {{0, 378}, {96, 378}, {0, 282}, {0, 378}}, 0); },
-       Join({kHead, LineEntity(20, "0", "0", "25.4", "0"), LineEntity(21, "25.4", "0", "0", "25.4"),
-             LineEntity(22, "0", "25.4", "0", "0"), kTail})},
+       "polyline.dxf"},
       {"circle from the ellipse tool",
-       [](TMyCAD& c) { c.AddShapeByCode2("TMyEllipse", "", Box(0, 0, 192, 192), 0); },
-       Join({kHead,
-             {"0", "CIRCLE", "5", "20", "8", "0", "10", "25.4", "20", "74.6125", "30", "0.0", "40", "25.4"},
-             kTail})},
+       [](TMyCAD& c) { c.AddShapeByCode2("TMyEllipse", "", Box(0, 0, 192, 192), 0); }, "circle.dxf"},
       {"rectangle is a closed POLYLINE of its four corners",
-       [](TMyCAD& c) { c.AddShapeByCode2("TMyRectangle", "", Box(0, 282, 96, 378), 0); },
-       Join({kHead,
-             {"0", "POLYLINE", "5", "20", "8", "0", "66", "1", "10", "0.0", "20", "0.0", "30", "0.0", "70", "1"},
-             Vertex(21, "0", "25.4"), Vertex(22, "25.4", "25.4"), Vertex(23, "25.4", "0"), Vertex(24, "0", "0"),
-             {"0", "SEQEND", "5", "25", "8", "0"}, kTail})},
+       [](TMyCAD& c) { c.AddShapeByCode2("TMyRectangle", "", Box(0, 282, 96, 378), 0); }, "rectangle.dxf"},
       {"connector of the line kind is two circles of its half and quarter width",
-       [](TMyCAD& c) { c.AddShapeByCode2("TMyLineLinkLine", "", Box(0, 186, 192, 378), 0); },
-       Join({kHead,
-             {"0", "CIRCLE", "5", "20", "8", "0", "10", "25.4", "20", "25.4", "30", "0.0", "40", "25.4"},
-             {"0", "CIRCLE", "5", "21", "8", "0", "10", "25.4", "20", "25.4", "30", "0.0", "40", "12.7"}, kTail})},
+       [](TMyCAD& c) { c.AddShapeByCode2("TMyLineLinkLine", "", Box(0, 186, 192, 378), 0); }, "line-connector.dxf"},
       {"images, groups and measuring lines are left out",
        [](TMyCAD& c) {
          c.AddShapeByCode2("TMyImage", "", Box(0, 0, 10, 10), 0);
          c.AddShapeByCode2("TMyRuleLine", "", {{0, 0}, {9, 9}}, 0);
        },
-       Join({kHead, kTail})},
+       "empty.dxf"},
   };
   for (const ExactCase& c : cases) {
     SCOPED_TRACE(c.name);
     TMyCAD cad;
     cad.resize(400, 378);
     c.build(cad);
-    EXPECT_EQ(Lines(DxfText1(cad)), c.expected);
+    EXPECT_EQ(Lines(DxfText1(cad)), Expected(c.expected));
   }
 }
 

@@ -68,34 +68,12 @@ TEST(LibraryTags, MapToTheRecordVersionTheyHold) {
   for (const auto& [tag, version] : rows) EXPECT_EQ(LibTagToFileVersion(tag), version) << tag;
 }
 
-TEST(LibraryFields, TagIsTenBytesAndAShortStreamHasNone) {
-  TMemoryStream stream;
-  EXPECT_EQ(WriteLibTag(stream, "ZOLTLIBX.j"), 10);
-  EXPECT_EQ(stream.Bytes(), test::TagBytes("ZOLTLIBX.j"));
-  TMemoryStream shortStream(test::TagBytes("ZOLTLIBX."));
-  EXPECT_EQ(ReadLibTag(shortStream), "");
-  EXPECT_EQ(shortStream.Position(), 0);
-}
-
 TEST(LibraryFields, NamesAreCutAt255Bytes) {
   TMemoryStream stream;
   EXPECT_EQ(WriteCmbShapeName(stream, std::string(300, 'n')), 256);
   EXPECT_EQ(stream.Bytes()[0], 255);
   stream.SetPosition(0);
   EXPECT_EQ(ReadCmbShapeName(stream), std::string(255, 'n'));
-}
-
-TEST(LibraryFields, AnEntrySizePastTheEndIsMalformedAtItsOffset) {
-  test::TRecordBytes bytes;
-  bytes.u8(0).i32(5).i32(0);  // says 5 bytes follow, 4 do
-  TMemoryStream stream(bytes.bytes);
-  stream.SetPosition(1);
-  try {
-    ReadCmbShapeSize(stream);
-    FAIL() << "no error";
-  } catch (const EStreamFormatError& e) {
-    EXPECT_EQ(e.Offset(), 1);
-  }
 }
 
 }  // namespace

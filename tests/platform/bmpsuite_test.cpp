@@ -12,6 +12,7 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,81 +22,29 @@
 namespace lumatrex {
 namespace {
 
-enum TOutcome : std::uint8_t {
-  kDecodes,
-  kRefused,
-};
-
 struct TSuiteCase {
-  const char* file;       // folder/name.bmp
-  TOutcome outcome;
-  const char* reference;  // reference/NAME.png, or nullptr
+  std::string file;       // folder/name.bmp
+  bool decodes = false;   // or is refused
+  std::string reference;  // reference/NAME.png, or empty
   int tolerance = 0;      // per channel, alpha included
 };
 
 void PrintTo(const TSuiteCase& c, std::ostream* out) { *out << c.file; }
 
-// An 8-bit original stored in wider samples by the suite's own rounding, which
-// scaling back may resolve to the neighbouring value.
-constexpr int kWiderSamples = 1;
-
-const std::vector<TSuiteCase>& SuiteCases() {
-  static const std::vector<TSuiteCase> cases = {
-      {"g/pal1.bmp", kDecodes, "pal1"}, {"g/pal1bg.bmp", kDecodes, "pal1bg"}, {"g/pal1wb.bmp", kDecodes, "pal1"},
-      {"g/pal4.bmp", kDecodes, "pal4"}, {"g/pal4gs.bmp", kDecodes, "pal4gs"}, {"g/pal4rle.bmp", kDecodes, "pal4"},
-      {"g/pal8-0.bmp", kDecodes, "pal8"}, {"g/pal8.bmp", kDecodes, "pal8"}, {"g/pal8gs.bmp", kDecodes, "pal8gs"},
-      {"g/pal8nonsquare.bmp", kDecodes, "pal8nonsquare-e"},  // pixels as stored, not stretched
-      {"g/pal8os2.bmp", kDecodes, "pal8"}, {"g/pal8rle.bmp", kDecodes, "pal8"},
-      {"g/pal8topdown.bmp", kDecodes, "pal8"}, {"g/pal8v4.bmp", kDecodes, "pal8"}, {"g/pal8v5.bmp", kDecodes, "pal8"},
-      {"g/pal8w124.bmp", kDecodes, "pal8w124"}, {"g/pal8w125.bmp", kDecodes, "pal8w125"},
-      {"g/pal8w126.bmp", kDecodes, "pal8w126"}, {"g/rgb16-565.bmp", kDecodes, "rgb16-565"},
-      {"g/rgb16-565pal.bmp", kDecodes, "rgb16-565"}, {"g/rgb16.bmp", kDecodes, "rgb16"},
-      {"g/rgb16bfdef.bmp", kDecodes, "rgb16"}, {"g/rgb24.bmp", kDecodes, "rgb24"},
-      {"g/rgb24pal.bmp", kDecodes, "rgb24"}, {"g/rgb32.bmp", kDecodes, "rgb24"}, {"g/rgb32bf.bmp", kDecodes, "rgb24"},
-      {"g/rgb32bfdef.bmp", kDecodes, "rgb24"},
-
-      {"q/pal1huffmsb.bmp", kRefused, nullptr},  // OS/2 Huffman
-      {"q/pal1p1.bmp", kDecodes, "pal1p1"}, {"q/pal2.bmp", kDecodes, "pal2"},
-      {"q/pal2color.bmp", kDecodes, "pal2color"},
-      {"q/pal4rlecut.bmp", kDecodes, "pal4rlecut-0"},  // unwritten pixels are index 0
-      {"q/pal4rletrns.bmp", kDecodes, "pal4rletrns-0"}, {"q/pal8offs.bmp", kDecodes, "pal8"},
-      {"q/pal8os2-hs.bmp", kDecodes, "pal8"}, {"q/pal8os2-sz.bmp", kDecodes, "pal8"},
-      {"q/pal8os2sp.bmp", kDecodes, "pal8"}, {"q/pal8os2v2-16.bmp", kDecodes, "pal8"},
-      {"q/pal8os2v2-40sz.bmp", kDecodes, "pal8"}, {"q/pal8os2v2-sz.bmp", kDecodes, "pal8"},
-      {"q/pal8os2v2.bmp", kDecodes, "pal8"}, {"q/pal8oversizepal.bmp", kDecodes, "pal8"},
-      {"q/pal8rlecut.bmp", kDecodes, "pal8rlecut-0"}, {"q/pal8rletrns.bmp", kDecodes, "pal8rletrns-0"},
-      {"q/rgb16-231.bmp", kDecodes, "rgb16-231"}, {"q/rgb16-3103.bmp", kDecodes, "rgb16-3103"},
-      {"q/rgb16faketrns.bmp", kDecodes, "rgb16"},  // the top bit is no alpha
-      {"q/rgb24jpeg.bmp", kRefused, nullptr}, {"q/rgb24largepal.bmp", kDecodes, "rgb24"},
-      {"q/rgb24lprof.bmp", kDecodes, "rgb24"}, {"q/rgb24png.bmp", kRefused, nullptr},
-      {"q/rgb24prof.bmp", kDecodes, "rgb24"},
-      {"q/rgb24prof2.bmp", kDecodes, nullptr},  // colours meant for its own profile
-      {"q/rgb24rle24.bmp", kRefused, nullptr},  // OS/2 RLE24
-      {"q/rgb32-111110.bmp", kDecodes, "rgb24", kWiderSamples}, {"q/rgb32-7187.bmp", kDecodes, "rgb32-7187"},
-      {"q/rgb32-xbgr.bmp", kDecodes, "rgb24"},
-      {"q/rgb32fakealpha.bmp", kDecodes, "rgb24"},  // the fourth byte is no alpha
-      {"q/rgb32h52.bmp", kDecodes, "rgb24"}, {"q/rgba16-1924.bmp", kDecodes, "rgba16-1924"},
-      {"q/rgba16-4444.bmp", kDecodes, "rgba16-4444"}, {"q/rgba16-5551.bmp", kDecodes, "rgba16-5551"},
-      {"q/rgba32-1.bmp", kDecodes, "rgba32"}, {"q/rgba32-1010102.bmp", kDecodes, "rgba32-1010102"},
-      {"q/rgba32-2.bmp", kDecodes, "rgba32"}, {"q/rgba32-61754.bmp", kDecodes, "rgba32-61754"},
-      {"q/rgba32-81284.bmp", kDecodes, "rgba32-81284"}, {"q/rgba32abf.bmp", kDecodes, "rgba32"},
-      {"q/rgba32h56.bmp", kDecodes, "rgba32"}, {"q/rgba64.bmp", kRefused, nullptr},
-
-      {"b/badbitcount.bmp", kRefused, nullptr},
-      {"b/badbitssize.bmp", kDecodes, "pal1"},  // biSizeImage is not used
-      {"b/baddens1.bmp", kDecodes, "pal1"}, {"b/baddens2.bmp", kDecodes, "pal1"},
-      {"b/badfilesize.bmp", kDecodes, "pal1"},  // bfSize is not used
-      {"b/badheadersize.bmp", kRefused, nullptr},
-      {"b/badpalettesize.bmp", kDecodes, "pal8"},  // palette cut at the pixel data
-      {"b/badplanes.bmp", kRefused, nullptr}, {"b/badrle.bmp", kRefused, nullptr},
-      {"b/badrle4.bmp", kRefused, nullptr}, {"b/badrle4bis.bmp", kRefused, nullptr},
-      {"b/badrle4ter.bmp", kRefused, nullptr}, {"b/badrlebis.bmp", kRefused, nullptr},
-      {"b/badrleter.bmp", kRefused, nullptr}, {"b/badwidth.bmp", kRefused, nullptr},
-      {"b/pal8badindex.bmp", kDecodes, nullptr},  // checked by OutOfRangeIndicesAreBlack
-      {"b/reallybig.bmp", kRefused, nullptr},
-      {"b/rgb16-880.bmp", kDecodes, "rgb16-880"},  // zero blue mask reads as 0
-      {"b/rletopdown.bmp", kRefused, nullptr}, {"b/shortfile.bmp", kRefused, nullptr},
-  };
+// The expected outcomes, listed in tests/data/bmpsuite/outcomes.txt.
+std::vector<TSuiteCase> SuiteCases() {
+  std::ifstream in(test::DataPath("bmpsuite/outcomes.txt"));
+  std::vector<TSuiteCase> cases;
+  for (std::string line; std::getline(in, line);) {
+    std::istringstream fields(line.substr(0, line.find('#')));
+    TSuiteCase c;
+    std::string outcome;
+    if (!(fields >> c.file >> outcome >> c.reference)) continue;
+    fields >> c.tolerance;
+    c.decodes = outcome == "decodes";
+    if (c.reference == "-") c.reference.clear();
+    cases.push_back(c);
+  }
   return cases;
 }
 
@@ -135,7 +84,7 @@ bool Matches(std::uint32_t got, std::uint32_t want, int tolerance) {
 }
 
 void ExpectMatchesReference(const bmp::TDecodedBmp& bmp, const TSuiteCase& c) {
-  QImage reference(QString::fromStdString(SuitePath(std::string("reference/") + c.reference + ".png")));
+  QImage reference(QString::fromStdString(SuitePath("reference/" + c.reference + ".png")));
   ASSERT_FALSE(reference.isNull()) << "reference " << c.reference << " missing";
   reference = reference.convertToFormat(QImage::Format_ARGB32);
   ASSERT_EQ(bmp.width, reference.width());
@@ -161,12 +110,12 @@ TEST_P(BmpSuite, DecodesAsListed) {
   const TSuiteCase& c = GetParam();
   const std::string path = SuitePath(c.file);
   if (path.empty()) GTEST_SKIP() << "BMP suite not present";
-  if (c.outcome == kRefused) {
+  if (!c.decodes) {
     EXPECT_THROW(DecodeFile(path), EInvalidGraphic);
     return;
   }
   const bmp::TDecodedBmp bmp = DecodeFile(path);
-  if (c.reference != nullptr) ExpectMatchesReference(bmp, c);
+  if (!c.reference.empty()) ExpectMatchesReference(bmp, c);
 }
 
 std::string CaseName(const testing::TestParamInfo<TSuiteCase>& info) {

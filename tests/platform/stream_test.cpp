@@ -63,7 +63,7 @@ TEST(MemoryStream, ReadsWhatIsLeftWritesPastTheEndOverZerosAndClampsItsPosition)
 // Exact-size reads and copies
 // ---------------------------------------------------------------------------
 
-TEST(ReadBuffer, ShortReadThrowsWithTheOffsetWhereTheReadBegan) {
+TEST(ReadBuffer, ShortReadThrowsWithTheOffsetWhereTheReadBeganZeroBytesNeverAndNegativeCountsAlways) {
   TMemoryStream stream(Bytes(10));
   stream.SetPosition(6);
   Bytes buffer(8);
@@ -75,10 +75,6 @@ TEST(ReadBuffer, ShortReadThrowsWithTheOffsetWhereTheReadBegan) {
     EXPECT_NE(std::string(e.what()).find("shape count"), std::string::npos) << e.what();
     EXPECT_NE(std::string(e.what()).find("byte 6"), std::string::npos) << e.what();
   }
-}
-
-TEST(ReadBuffer, ZeroBytesAlwaysSucceedAndNegativeCountsThrow) {
-  TMemoryStream stream;
   EXPECT_NO_THROW(stream.ReadBuffer(nullptr, 0));
   EXPECT_THROW(stream.ReadBuffer(nullptr, -1), EReadError);
 }
@@ -166,7 +162,6 @@ TEST_F(FileStream, MemoryStreamSavesToAndLoadsFromFiles) {
   EXPECT_EQ(loaded.Bytes(), (Bytes{4, 5, 6}));
   EXPECT_EQ(loaded.Position(), 0);
 }
-
 
 // The file stream buffers its reads and writes: any mix of them, small and
 // larger than its buffer, at any position, must leave it (and the file) as a

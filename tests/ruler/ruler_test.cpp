@@ -203,12 +203,9 @@ TEST(TRsRuler, TicksFallOnTheTruncatedMultiplesOfTwiceTheAdvance) {
       {"inch at 400", ruInch, 100, 400, {0, 19, 38, 57, 76, 96, 115, 134, 153, 172, 192}},
       {"pixel at 50", ruPixel, 100, 50, {0, 10, 20, 30, 40, 50, 60, 70, 80, 90, 100}},
       {"mm at 150, inside a step range", ruMilli, 100, 150, {0, 5, 11, 17, 22, 28, 34, 39, 45, 51, 56}},
-      {"mm at 30, inside a step range", ruMilli, 100, 30, {0, 9, 18, 27, 36, 45, 54, 63, 72, 81, 90}},
       {"mm at 2000 keeps the finest step", ruMilli, 1000, 2000, {0, 15, 30, 45, 60, 75, 90, 105, 120, 136, 151}},
       {"mm at 2000 keeps the unit step", ruMilli, 100, 2000, {0, 151, 302}},
-      {"none like mm", ruNone, 100, 50, kMetricPitch},
-      {"inch at 150", ruInch, 100, 150, {0, 14, 28, 43, 57, 72, 86, 100, 115, 129, 144}},
-      {"pixel at 150", ruPixel, 100, 150, {0, 7, 15, 22, 30, 37, 45, 52, 60, 67, 75}}};
+      {"none like mm", ruNone, 100, 50, kMetricPitch}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     TRsRuler ruler;
@@ -294,11 +291,8 @@ TEST(TRsRuler, LabelsShowTheScaleValueAtEveryTenthTick) {
   const Case cases[] = {
       {"mm at 50", ruMilli, 50, 0, true, AtMetricTicks({"40", "80", "120", "160", "200"})},
       {"cm at 400: half centimetres", ruCenti, 400, 0, true, AtMetricTicks({"0.5", "1", "1.5", "2", "2.5"})},
-      {"m at 100: two decimals", ruMeter, 100, 0, true, AtMetricTicks({"0.02", "0.04", "0.06", "0.08", "0.1"})},
       {"km below a hundredth reads 0", ruKilo, 100, 0, true, AtMetricTicks({"0", "0", "0", "0", "0"})},
-      {"km shows its offset", ruKilo, 100, 1.25, true, AtMetricTicks({"1.25", "1.25", "1.25", "1.25", "1.25"})},
       {"inch at 150", ruInch, 150, 0, true, {{144, "1"}, {288, "2"}}},
-      {"inch offset keeps hundredths", ruInch, 100, 0.3, true, {{192, "2.3"}, {384, "4.3"}}},
       {"pixel at 100: last label on the end pixel", ruPixel, 100, 0, true, AtPixelTicks({"100", "200", "300", "400"})},
       {"pixel half rounds to even, down", ruPixel, 100, 2.5, true, AtPixelTicks({"102", "202", "302", "402"})},
       {"none has no labels", ruNone, 100, 0, true, {}},
@@ -351,10 +345,7 @@ TEST(TRsRuler, Pos2UnitGivesTheScaleValueUnderAPixel) {
     double value;
   };
   const Case cases[] = {{"an inch in mm", ruMilli, 100, 0, rsdNormal, 96, 25.4},
-                        {"cm at 200", ruCenti, 200, 0, rsdNormal, 96, 1.27},
                         {"inch at 50", ruInch, 50, 0, rsdNormal, 96, 2},
-                        {"m", ruMeter, 100, 0, rsdNormal, 96, 0.0254},
-                        {"km", ruKilo, 100, 0, rsdNormal, 96, 0.0000254},
                         {"offset added", ruMilli, 100, 10, rsdNormal, 96, 35.4},
                         {"pixel truncates position and offset", ruPixel, 200, 2.9, rsdNormal, 101, 52},
                         {"pixel truncates a negative offset toward 0", ruPixel, 200, -2.9, rsdNormal, 101, 48},
@@ -400,12 +391,10 @@ TEST(TRsRuler, TheHairLineInvertsItsPixelsAndErasesItselfWhenMoved) {
   };
   const Case cases[] = {
       {"line across a top ruler", rdTop, rsdNormal, hlsLine, Rect(50, 0, 51, 33)},
-      {"line across a left ruler", rdLeft, rsdNormal, hlsLine, Rect(0, 50, 33, 51)},
       {"line ignores the counting direction", rdBottom, rsdReverse, hlsLine, Rect(50, 0, 51, 33)},
-      {"rect from the origin", rdTop, rsdNormal, hlsRect, Rect(0, 0, 51, 33)},
       {"rect from the far end when reversed", rdTop, rsdReverse, hlsRect, Rect(50, 0, 200, 33)},
-      {"rect down a right ruler", rdRight, rsdNormal, hlsRect, Rect(0, 0, 33, 51)},
-      {"rect up a reversed left ruler", rdLeft, rsdReverse, hlsRect, Rect(0, 50, 33, 200)}};
+      {"rect down a right ruler", rdRight, rsdNormal, hlsRect, Rect(0, 0, 33, 51)}};
+
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     TRsRuler ruler;

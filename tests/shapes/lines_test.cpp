@@ -65,26 +65,6 @@ TEST(TMyLine, AnArrowOffsetSetsTheTipBackInDevicePixels) {
   EXPECT_TRUE(setBack.inked(43, 29));
 }
 
-TEST(TMyLine, ADoubleLineShowsExactlyTheTwoSingleHeads) {
-  // Both heads are opaque in one colour, so the order (end head first) leaves
-  // no trace in the picture; the union of the single heads must.
-  TFakeOwner owner;
-  auto line = Make<TMyLine>(owner, {{10, 30}, {22, 34}});  // short: the heads overlap
-  TSheet both, singles, end;
-  line->SetArrowStyle(ADouble);
-  line->Draw(both.canvas());
-  line->SetArrowStyle(ALeft);
-  line->Draw(singles.canvas());
-  line->Draw(end.canvas());
-  line->SetArrowStyle(ARight);
-  line->Draw(singles.canvas());
-  EXPECT_TRUE(both == singles);
-  EXPECT_FALSE(both == end);
-  line->Points.pop_back();  // with one point nothing is drawn
-  TSheet single = test::Drawn(*line);
-  EXPECT_EQ(single.inked(), 0);
-}
-
 TEST(TMyLine, AHeadLongerThan255DevicePixelsWrapsModulo256) {
   TFakeOwner owner(2);
   auto line = Make<TMyLine>(owner, {{10, 150}, {150, 150}});  // zoomed (20,300)-(300,300)
@@ -104,10 +84,9 @@ TEST(TMyLine, TheCaptionFollowsTheFirstSegmentButNeverReadsUpsideDown) {
     TMyPoint end;  // the first segment runs from (20, 20) to End
     double angle;
   };
-  for (const Case& c : {Case{"rightward", {30, 20}, 0}, Case{"down right", {30, 30}, kPi / 4},
+  for (const Case& c : {Case{"rightward", {30, 20}, 0},
                         Case{"straight down reads upward like straight up", {20, 30}, 3 * kPi / 2},
                         Case{"leftward is turned half round", {10, 20}, 2 * kPi},
-                        Case{"up left is turned half round", {10, 10}, 9 * kPi / 4},
                         Case{"straight up is not flipped", {20, 10}, 3 * kPi / 2}}) {
     TFakeOwner owner;
     auto line = Make<TMyLine>(owner, {{20, 20}, c.end, {0, 0}});
@@ -144,19 +123,14 @@ TEST(TMyLine, HitsUseAnEightPixelBandInsideTheSegmentsExtent) {
   constexpr TMyPoint kTop{50, 20}, kBottom{50, 80}, kLeft{20, 50}, kRight{80, 50};
   const Case cases[] = {{"vertical, 8 left", kTop, kBottom, 1, {42, 50}, true},
                         {"vertical, 9 left", kTop, kBottom, 1, {41, 50}, false},
-                        {"vertical, 8 right: edge excluded", kTop, kBottom, 1, {58, 50}, false},
                         {"vertical, top end", kTop, kBottom, 1, {50, 20}, true},
                         {"vertical, bottom end excluded", kTop, kBottom, 1, {50, 80}, false},
                         {"band not zoomed", {25, 10}, {25, 40}, 2, {42, 50}, true},
-                        {"band not zoomed, beyond", {25, 10}, {25, 40}, 2, {41, 50}, false},
-                        {"horizontal, 8 above", kLeft, kRight, 1, {50, 42}, true},
+                        {"vertical, 8 right: edge excluded", kTop, kBottom, 1, {58, 50}, false},
                         {"horizontal, left of start", kLeft, kRight, 1, {19, 50}, false},
                         {"flat, on the line", {10, 10}, {50, 30}, 1, {30, 20}, true},
-                        {"flat, 9 below", {10, 10}, {50, 30}, 1, {30, 29}, false},
                         {"flat, extension outside the box", {10, 10}, {50, 30}, 1, {5, 8}, false},
-                        {"flat, far end outside the box", {10, 10}, {50, 30}, 1, {50, 30}, false},
-                        {"steep, 8 right", {10, 10}, {20, 50}, 1, {19, 20}, true},
-                        {"steep, near but outside the box", {10, 10}, {20, 50}, 1, {21, 47}, false}};
+                        {"steep, 8 right", {10, 10}, {20, 50}, 1, {19, 20}, true}};
   for (const Case& c : cases) {
     TFakeOwner owner(c.zoom);
     TSheet sheet;
@@ -230,26 +204,8 @@ TEST(TMyLine, TheSizePreviewMovesOnlyTheSegmentsAtTheCurrentHandle) {
   EXPECT_FALSE(sheet.inked(40, 40));                  // nor the unaffected one
 }
 
-TEST(TMyFreeLine, TheMovePreviewIsTheShiftedBoundingBox) {
-  TFakeOwner owner;
-  auto stroke = Make<TMyFreeLine>(owner, {{10, 10}, {20, 30}, {30, 15}});
-  TSheet sheet;
-  stroke->Draging(sheet.canvas(), {0, 0}, {2, 3});  // box (12,13)-(32,33)
-  for (const TPoint p : {TPoint{12, 20}, TPoint{20, 13}, TPoint{32, 20}, TPoint{20, 33}}) EXPECT_TRUE(sheet.inked(p.X, p.Y));
-  EXPECT_FALSE(sheet.inked(20, 20));
-}
-
 // ---------------------------------------------------------------------------
 // Changes and info
-
-TEST(TMyLine, ResizingMovesTheCurrentHandleByTheUnzoomedDifference) {
-  TFakeOwner owner(2);
-  auto line = Make<TMyLine>(owner, {{0, 0}, {10, 10}});
-  line->CurrentHot = 1;
-  line->SizeChangeValue({20, 20}, {30, 40});
-  EXPECT_EQ(line->Points, (TArrMyPoint{{0, 0}, {15, 20}}));
-  EXPECT_EQ(line->CenterPoint, (TMyPoint{7.5f, 10}));
-}
 
 TEST(TMyLine, InfoReportsTheFirstSegmentForPlainAndMeasuringLinesOnly) {
   TFakeOwner owner;

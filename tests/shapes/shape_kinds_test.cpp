@@ -171,31 +171,6 @@ TEST(ShapeKindRecord, AnImageRecordWithoutABitmapEmptiesItAndOnlyTheModesLowByte
             std::tuple(-7, 4, TColor{0x654321}, tmFixed));
 }
 
-TEST(ShapeKindRecord, ArcAndLinkPointTailsAreInTheOldestVersion) {
-  TFakeOwner owner;
-  TMyElliArc arc(&owner);
-  TMyLinkPoint point(&owner);
-  EXPECT_EQ(Load(arc, owner, "XP.2", TRecordBytes(BaseRecord("XP.2")).u8(amCircle).u8(asChord).bytes), 0);
-  EXPECT_EQ(Load(point, owner, "XP.2", TRecordBytes(BaseRecord("XP.2")).u8(21).bytes), 0);
-  EXPECT_EQ(std::tuple(arc.GetArcMode(), arc.GetArcStyle(), point.GetSize()), std::tuple(amCircle, asChord, 21));
-}
-
-TEST(ShapeKindRecord, EveryTruncationOfATailIsAReadError) {
-  TFakeOwner owner;
-  for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine", "TMyFreeLine"}) {
-    const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
-    Customize(*source);
-    TMemoryStream base;
-    source->TMyShape::SaveToStream(base);
-    const TBytes whole = Saved(*source);
-    for (std::size_t n = static_cast<std::size_t>(base.Size()); n < whole.size(); ++n) {
-      TMemoryStream cut(TBytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)));
-      const std::unique_ptr<TMyShape> target = CreateShapeByClassName(name, &owner);
-      EXPECT_THROW(target->LoadFromStream(cut), EReadError) << name << " cut at " << n;
-    }
-  }
-}
-
 // ---------------------------------------------------------------------------
 // Copies
 
