@@ -31,6 +31,9 @@ bool PutEnd(TMyLinkLine& link, TLinkLineEnd end, const TMyPoint& at) {
   TMyPoint& p = link.Points[static_cast<std::size_t>(link.EndIndex(end))];
   if (p == at) return false;
   p = at;
+  // A route that needs no change is not redrawn, so the index learns of the
+  // moved end here.
+  link.Changed();
   return true;
 }
 

@@ -127,7 +127,7 @@ std::string RandomEdit(TMyCAD& cad, TRandom& r, float extent) {
     for (int k = 0; k < 4; ++k)
       if (TMyShape* t = RandomTopLevel(cad, r)) cad.AddWorkingShapes(t);
   };
-  switch (r.Int(0, 18)) {
+  switch (r.Int(0, 19)) {
     case 0:
       AddRandomShape(cad, r, extent, true);
       return "add";
@@ -206,9 +206,19 @@ std::string RandomEdit(TMyCAD& cad, TRandom& r, float extent) {
       if (cad.IsVisibleLayerByID(0) && r.Chance(30)) cad.InVisibleLayerByID(0);
       else cad.VisibleAllLayer();
       return "layer shown or hidden";
+    case 18:
+      if (s && other && s != other && !s->Points.empty() && !other->Points.empty()) {
+        if (s->LinkPoints.empty()) s->AddLinkPoint(s->Points[0]);
+        if (other->LinkPoints.empty()) other->AddLinkPoint(other->Points[0]);
+        cad.CreateLink(s, 0, other, 0, r.Chance(50) ? lldsLine : lldsHV, true);
+      }
+      return "connect";
     default:
       selectSome();
-      cad.AlignLeft();
+      if (r.Chance(50))
+        cad.AlignLeft();
+      else
+        cad.AlignBottom();
       return "align";
   }
 }
