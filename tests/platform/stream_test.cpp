@@ -4,10 +4,10 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <random>
-#include <algorithm>
 #include <string>
 #include <vector>
 
