@@ -204,7 +204,7 @@ void TMyCAD::ForgetShape(const TMyShape* shape) {
 // One pass over the list, however many shapes go: they leave the selection,
 // the gesture and the index, the rest close up, and every stored position is
 // renumbered once.
-void TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
+std::vector<std::unique_ptr<TMyShape>> TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
   std::vector<char> gone(shapes_.size(), 0);
   auto isGone = [&](const TMyShape* s) {
     return s && GetShapeByNo(s->ShapeNo) == s && gone[static_cast<std::size_t>(s->ShapeNo)] != 0;
@@ -215,7 +215,7 @@ void TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
       gone[static_cast<std::size_t>(s->ShapeNo)] = 1;
       any = true;
     }
-  if (!any) return;
+  if (!any) return {};
   DropRedoUnlessReplaying();
   if (std::any_of(working_.begin(), working_.end(), isGone)) {
     std::vector<TMyShape*> leaving, staying;
@@ -252,15 +252,18 @@ void TMyCAD::RemoveShapes(const std::vector<TMyShape*>& doomed) {
   });
   // Shapes an undo removes are kept for its redo, which puts the same
   // objects back.
-  if (undoneShapes_) std::move(removed.begin(), removed.end(), std::back_inserter(*undoneShapes_));
+  if (undoneShapes_) {
+    std::move(removed.begin(), removed.end(), std::back_inserter(*undoneShapes_));
+    removed.clear();
+  }
+  return removed;
 }
 
 bool TMyCAD::DeleteShapeById(std::int32_t id, bool record) {
   TMyShape* shape = GetShapeByID(id);
   if (!shape || shape->GetLocked()) return false;
   if (OnShapeDeleted) OnShapeDeleted(this, shape);
-  if (record) PushtoUndoRedoShapeList({shape}, ACT_DELETE);
-  RemoveShapes(SubtreeOf(shape));
+  RemoveRecordingDeletion({shape}, SubtreeOf(shape), record);
   modified_ = true;
   return true;
 }
@@ -287,8 +290,6 @@ void TMyCAD::DeleteSelectedShapes(bool record) {
       doomed.push_back(shape);
       ids.push_back(shape->ShapeId);
     }
-  // One step for the whole selection, so that one undo brings it all back.
-  if (record) PushtoUndoRedoShapeList(doomed, ACT_DELETE);
   // Each shape by id, as DeleteShapeById would take them one after the
   // other (a shape already gone with an earlier group is refused, a locked
   // one kept), but removed together in one pass.
@@ -315,9 +316,9 @@ void TMyCAD::DeleteSelectedShapes(bool record) {
     }
     for (TMyShape* s : SubtreeOf(shape)) take(s);
   }
-  if (removed.empty()) return;
-  RemoveShapes(removed);
-  modified_ = true;
+  // One step for the whole selection, so that one undo brings it all back.
+  RemoveRecordingDeletion(doomed, removed, record);
+  if (!removed.empty()) modified_ = true;
 }
 
 // ---------------------------------------------------------------------------

@@ -1014,7 +1014,13 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map);
   // Asks the processor for the shape at list position No ahead of a pass.
   void PrefetchShape(std::size_t no) const;
-  void RemoveShapes(const std::vector<TMyShape*>& doomed);
+  // Takes Doomed out of the list and answers them (none while an undo keeps
+  // them for its redo).
+  std::vector<std::unique_ptr<TMyShape>> RemoveShapes(const std::vector<TMyShape*>& doomed);
+  // RemoveShapes(Doomed), recorded, when Record is set, as one "ACT_DELETE"
+  // step of Roots whose records hold the removed objects themselves.
+  void RemoveRecordingDeletion(const std::vector<TMyShape*>& roots, const std::vector<TMyShape*>& doomed,
+                               bool record);
   void ForgetShape(const TMyShape* shape);
   TMyShape* AddShapeFromCode(const std::string& className, const std::string& name, const TArrMyPoint& points,
                              float angle);
@@ -1294,6 +1300,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void RestoreInPlace(TRedoStep& step);
   void RestoreList(TRedoStep& step);
   void TrimHistoryMemory();
+  // Appends Records as the newest step, dropping the oldest when full.
+  void PushStep(std::vector<TSavedShape> records);
   // Adds and removals outside undo and redo leave the kept documents behind.
   void DropRedoUnlessReplaying() {
     if (replayingHistory_ == 0) redoList_.clear();

@@ -13,6 +13,18 @@ namespace {
 
 constexpr std::size_t kMaxShapeNameBytes = 255;
 
+// A record holding Saved, the state Live had when recorded (a copy, or the
+// very object once it has left the list).
+TSavedShape MakeRecord(const TMyShape& live, std::unique_ptr<TMyShape> saved, const std::string& action,
+                       const TStateKeeper& keep) {
+  TSavedShape record{0, live.GetName().substr(0, kMaxShapeNameBytes), nullptr, action,
+                     keep ? keep(live) : TKeptState{}, 0};
+  saved->LinkLines.clear();
+  record.Bytes = ApproxShapeBytes(*saved);
+  record.SavedShape = std::move(saved);
+  return record;
+}
+
 // Appends Shape unless it is already there and, with Members, then its group
 // members depth first in child-list order. A shape met twice (a broken child
 // list) is taken once, which also ends the walk on a cycle.
@@ -223,11 +235,12 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const
     std::unique_ptr<TMyShape> copy = CreateShapeByName(shape->ClassName());
     if (!copy) continue;
     copy->Assign(*shape);
-    copy->LinkLines.clear();
-    const std::int64_t bytes = ApproxShapeBytes(*copy);
-    records.push_back({0, shape->GetName().substr(0, kMaxShapeNameBytes), std::move(copy), action,
-                       keep ? keep(*shape) : TKeptState{}, bytes});
+    records.push_back(MakeRecord(*shape, std::move(copy), action, keep));
   }
+  PushStep(std::move(records));
+}
+
+void TMyCAD::PushStep(std::vector<TSavedShape> records) {
   // An empty step would only push the oldest one out.
   if (records.empty()) return;
   // An equality on purpose: a history that grew past a lowered size is not
@@ -239,6 +252,43 @@ void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const
     undoList_.push_back(std::move(record));
   }
   TrimHistoryMemory();
+}
+
+// Deleting a large selection would otherwise copy every shape for the record
+// and then free the original: the records take the removed objects instead,
+// which are the state the copies would hold.
+void TMyCAD::RemoveRecordingDeletion(const std::vector<TMyShape*>& roots, const std::vector<TMyShape*>& doomed,
+                                     bool record) {
+  if (!record) {
+    RemoveShapes(doomed);
+    return;
+  }
+  redoList_.clear();
+  if (undoRedoSize_ == 0) {
+    RemoveShapes(doomed);
+    return;
+  }
+  const std::vector<TMyShape*> recorded = ShapesToRecord(*this, roots, ACT_DELETE);
+  std::vector<std::unique_ptr<TMyShape>> removed = RemoveShapes(doomed);
+  // Found by address; the addresses stay sorted while the objects move out.
+  std::sort(removed.begin(), removed.end(), [](const auto& a, const auto& b) { return a.get() < b.get(); });
+  std::vector<const TMyShape*> addresses(removed.size());
+  std::transform(removed.begin(), removed.end(), addresses.begin(), [](const auto& s) { return s.get(); });
+  std::vector<TSavedShape> records;
+  records.reserve(recorded.size());
+  for (TMyShape* shape : recorded) {
+    const auto it = std::lower_bound(addresses.begin(), addresses.end(), shape);
+    std::unique_ptr<TMyShape>* taken = nullptr;
+    if (it != addresses.end() && *it == shape) taken = &removed[static_cast<std::size_t>(it - addresses.begin())];
+    if (taken && *taken) {
+      records.push_back(MakeRecord(*shape, std::move(*taken), ACT_DELETE, {}));
+    } else if (std::unique_ptr<TMyShape> copy = CreateShapeByName(shape->ClassName())) {
+      // Still in the list (a locked shape is not deleted): recorded as it is.
+      copy->Assign(*shape);
+      records.push_back(MakeRecord(*shape, std::move(copy), ACT_DELETE, {}));
+    }
+  }
+  PushStep(std::move(records));
 }
 
 std::int32_t TMyCAD::PopFromUndoRedoShapeList() {
