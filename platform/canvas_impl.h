@@ -149,6 +149,9 @@ struct TCanvas::Impl {
   // Clips the masks and combines them with the surface, brush first.
   void Render(TPenMasks* pen, raster::TMask* brush);
   void PaintMask(const raster::TMask& mask, const raster::TPaintSource& source, TPenMode mode);
+  // Fills Polygons with the brush, copying, within Area. Without a clip
+  // polygon the spans are painted as they are found, no mask in between.
+  void FillWithBrush(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area);
 
   // ---- ellipses and arcs on device boxes (canvas_ellipse.cpp) --------------
   void DrawEllipseBox(const QRect& box);

@@ -39,7 +39,7 @@ QPainterPath PainterRect(const TCanvas::Impl& impl, const TRect& r) {
   return path;
 }
 
-void FillWithBrush(TCanvas::Impl& impl, TMask& mask) {
+void FillMaskWithBrush(TCanvas::Impl& impl, TMask& mask) {
   if (impl.clipPolygon) mask.Intersect(*impl.clipPolygon);
   impl.PaintMask(mask, impl.BrushSource(), pmCopy);
 }
@@ -57,8 +57,7 @@ void TCanvas::FillRect(const TRect& rect) {
     return;
   }
   const QPolygonF area = DeviceRect(*impl_, r);
-  TMask mask = raster::PolygonMask({area}, false, impl_->AreaFor(area.boundingRect()));
-  FillWithBrush(*impl_, mask);
+  impl_->FillWithBrush({area}, false, impl_->AreaFor(area.boundingRect()));
 }
 
 void TCanvas::FrameRect(const TRect& rect) {
@@ -78,7 +77,7 @@ void TCanvas::FrameRect(const TRect& rect) {
   if (r.Right - r.Left > 2 && r.Bottom - r.Top > 2)
     mask.Subtract(raster::PolygonMask({DeviceRect(*impl_, TRect{r.Left + 1, r.Top + 1, r.Right - 1, r.Bottom - 1})},
                                       false, area));
-  FillWithBrush(*impl_, mask);
+  FillMaskWithBrush(*impl_, mask);
 }
 
 void TCanvas::FloodFill(std::int32_t x, std::int32_t y, TColor color, TFillStyle style) {

@@ -179,14 +179,9 @@ void TCanvas::Impl::DrawFigure(const TFigure& figure, bool stroke, bool fill) {
 }
 
 void TCanvas::Impl::DrawFigureDirectly(const TFigure& figure, const QRect& area, bool drawPen, bool drawBrush) {
-  const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
-  const TPaintSource source = BrushSource();
-  if (drawBrush && !(source.kind == TPaintSource::Kind::Tile && source.tile->isNull())) {
-    raster::FillPolygons(
-        figure.area, figure.winding, area,
-        [&](int y, int x0, int x1) { raster::PaintSpan(rows.Row(y), y, x0, x1, source, pmCopy); }, scan);
-  }
+  if (drawBrush) FillWithBrush(figure.area, figure.winding, area);
   if (drawPen) {
+    const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
     const std::uint32_t color = raster::ToRgb(pen.Color()) & 0x00FFFFFFu;
     ForEachOutlinePixel(figure, area, [&](int x, int y, std::int64_t) {
       if (!area.contains(x, y)) return;
@@ -255,6 +250,22 @@ void TCanvas::Impl::Render(TPenMasks* penMasks, TMask* brushMask) {
     penSource.color = raster::ToRgb(pen.Color());
     PaintMask(penMasks->on, penSource, mode);
   }
+}
+
+void TCanvas::Impl::FillWithBrush(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area) {
+  if (area.isEmpty()) return;
+  const TPaintSource source = BrushSource();
+  if (clipPolygon) {
+    TMask mask = raster::PolygonMask(polygons, winding, area, scan);
+    mask.Intersect(*clipPolygon);
+    PaintMask(mask, source, pmCopy);
+    return;
+  }
+  if (source.kind == TPaintSource::Kind::Tile && (!source.tile || source.tile->isNull())) return;
+  const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
+  raster::FillPolygons(
+      polygons, winding, area, [&](int y, int x0, int x1) { raster::PaintSpan(rows.Row(y), y, x0, x1, source, pmCopy); },
+      scan);
 }
 
 void TCanvas::Impl::PaintMask(const TMask& mask, const TPaintSource& source, TPenMode mode) {
