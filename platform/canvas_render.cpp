@@ -207,8 +207,15 @@ void TCanvas::Impl::DrawThinOutline(const TFigure& figure, const QRect& area) {
     const bool on = dash.On(step);
     if (area.contains(x, y) && (on || paintGaps)) visits.push_back(TVisit{y, x, on});
   });
-  std::stable_sort(visits.begin(), visits.end(),
-                   [](const TVisit& a, const TVisit& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
+  // A straight piece visits its pixels in or against place order, each once:
+  // only a curve or a crossing outline needs the (allocating) sort.
+  const auto before = [](const TVisit& a, const TVisit& b) { return a.y != b.y ? a.y < b.y : a.x < b.x; };
+  const auto after = [&before](const TVisit& a, const TVisit& b) { return before(b, a); };
+  if (std::adjacent_find(visits.begin(), visits.end(), [&](const TVisit& a, const TVisit& b) { return !after(a, b); }) ==
+      visits.end())
+    std::reverse(visits.begin(), visits.end());
+  else if (!std::is_sorted(visits.begin(), visits.end(), before))
+    std::stable_sort(visits.begin(), visits.end(), before);
   TPaintSource penSource, gapSource;
   penSource.color = raster::ToRgb(pen.Color());
   gapSource.color = Background();
