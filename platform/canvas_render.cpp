@@ -184,7 +184,7 @@ void TCanvas::Impl::DrawFigureDirectly(const TFigure& figure, const QRect& area,
     const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
     const std::uint32_t color = raster::ToRgb(pen.Color()) & 0x00FFFFFFu;
     ForEachOutlinePixel(figure, area, [&](int x, int y, std::int64_t) {
-      if (!area.contains(x, y)) return;
+      if (!raster::InArea(area, x, y)) return;
       std::uint32_t& pixel = rows.Row(y)[x];
       pixel = color | (pixel & 0xFF000000u);
     });
@@ -205,7 +205,7 @@ void TCanvas::Impl::DrawThinOutline(const TFigure& figure, const QRect& area) {
   const bool paintGaps = bkMode == bkOpaque && !dash.Solid();
   ForEachOutlinePixel(figure, area, [&](int x, int y, std::int64_t step) {
     const bool on = dash.On(step);
-    if (area.contains(x, y) && (on || paintGaps)) visits.push_back(TVisit{y, x, on});
+    if (raster::InArea(area, x, y) && (on || paintGaps)) visits.push_back(TVisit{y, x, on});
   });
   // A straight piece visits its pixels in or against place order, each once:
   // only a curve or a crossing outline needs the (allocating) sort.

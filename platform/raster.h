@@ -200,6 +200,12 @@ inline void PaintSpan(std::uint32_t* row, int y, int x0, int x1, const TPaintSou
     if (source.At(x, y, p)) row[x] = Rop2(mode, p, row[x]);
 }
 
+// Whether (X, Y) lies in the proper rectangle Area: QRect::contains, which
+// also takes reversed rectangles, is a library call per outline pixel.
+inline bool InArea(const QRect& area, int x, int y) {
+  return x >= area.left() && x <= area.right() && y >= area.top() && y <= area.bottom();
+}
+
 // The rows of a 32-bit surface, found once per figure rather than per pixel.
 class TSurfaceRows {
  public:
