@@ -240,11 +240,16 @@ void TBitmap::Impl::Replace(TPixelFormat stored, std::int32_t w, std::int32_t h,
 // ---------------------------------------------------------------------------
 // TBitmap
 
-TBitmap::TBitmap() : impl_(std::make_unique<Impl>()) {}
+TBitmap::TBitmap() = default;
+
+TBitmap::Impl& TBitmap::impl() const {
+  if (!impl_) impl_ = std::make_unique<Impl>();
+  return *impl_;
+}
 
 TBitmap::TBitmap(std::int32_t width, std::int32_t height, TPixelFormat format) : TBitmap() {
   const TPixelFormat stored = StoredFormat(format);
-  impl_->Replace(stored, width, height, WhiteImage(stored, width, height, DefaultPalette(stored)));
+  impl().Replace(stored, width, height, WhiteImage(stored, width, height, DefaultPalette(stored)));
 }
 
 TBitmap::~TBitmap() = default;
@@ -252,15 +257,18 @@ TBitmap::~TBitmap() = default;
 TBitmap::TBitmap(const TBitmap& other) : TBitmap() { *this = other; }
 
 TBitmap& TBitmap::operator=(const TBitmap& other) {
-  if (this != &other) {
-    const Impl& from = *other.impl_;
-    impl_->Replace(from.format, from.width, from.height, other.impl_->Pixels().copy());
+  if (this == &other || (!impl_ && !other.impl_)) return *this;
+  if (!other.impl_) {
+    impl().Replace(Impl::kNewFormat, 0, 0, QImage());  // as a new bitmap is
+    return *this;
   }
+  const Impl& from = *other.impl_;
+  impl().Replace(from.format, from.width, from.height, other.impl().Pixels().copy());
   return *this;
 }
 
-std::int32_t TBitmap::Width() const { return impl_->width; }
-std::int32_t TBitmap::Height() const { return impl_->height; }
+std::int32_t TBitmap::Width() const { return impl_ ? impl_->width : 0; }
+std::int32_t TBitmap::Height() const { return impl_ ? impl_->height : 0; }
 
 void TBitmap::SetWidth(std::int32_t value) { SetSize(value, Height()); }
 void TBitmap::SetHeight(std::int32_t value) { SetSize(Width(), value); }
@@ -269,77 +277,77 @@ void TBitmap::SetSize(std::int32_t width, std::int32_t height) {
   width = std::max(width, 0);
   height = std::max(height, 0);
   if (width == Width() && height == Height()) return;
-  const QImage& old = impl_->Pixels();
-  const QList<QRgb> palette = old.isNull() ? DefaultPalette(impl_->format) : old.colorTable();
-  QImage resized = WhiteImage(impl_->format, width, height, palette);
+  const QImage& old = impl().Pixels();
+  const QList<QRgb> palette = old.isNull() ? DefaultPalette(impl().format) : old.colorTable();
+  QImage resized = WhiteImage(impl().format, width, height, palette);
   if (!old.isNull() && !resized.isNull()) CopyOverlap(old, resized);
-  impl_->Replace(impl_->format, width, height, std::move(resized));
+  impl().Replace(impl().format, width, height, std::move(resized));
 }
 
-TPixelFormat TBitmap::PixelFormat() const { return impl_->format; }
+TPixelFormat TBitmap::PixelFormat() const { return impl_ ? impl_->format : Impl::kNewFormat; }
 
 void TBitmap::SetPixelFormat(TPixelFormat value) {
   const TPixelFormat stored = StoredFormat(value);
-  if (stored == impl_->format) return;
-  const QImage& old = impl_->Pixels();
+  if (stored == impl().format) return;
+  const QImage& old = impl().Pixels();
   QImage converted;
   if (!old.isNull()) {
     converted = stored == pf1bit || stored == pf8bit
                     ? old.convertToFormat(QImage::Format_RGB32).convertToFormat(QtFormat(stored), DefaultPalette(stored))
                     : old.convertToFormat(QtFormat(stored));
   }
-  impl_->Replace(stored, Width(), Height(), std::move(converted));
+  impl().Replace(stored, Width(), Height(), std::move(converted));
 }
 
 std::uint8_t* TBitmap::ScanLine(std::int32_t row) {
   if (row < 0 || row >= Height() || Empty()) return nullptr;
-  QImage& pixels = impl_->Pixels();
-  impl_->PixelsWritten();
+  QImage& pixels = impl().Pixels();
+  impl().PixelsWritten();
   return pixels.scanLine(row);
 }
 
 const std::uint8_t* TBitmap::ScanLine(std::int32_t row) const {
   if (row < 0 || row >= Height() || Empty()) return nullptr;
-  return impl_->Pixels().constScanLine(row);
+  return impl().Pixels().constScanLine(row);
 }
 
 std::int32_t TBitmap::BytesPerLine() const {
-  return (Width() * BitsPerPixel(impl_->format) + 31) / 32 * 4;
+  return (Width() * BitsPerPixel(impl().format) + 31) / 32 * 4;
 }
 
 std::vector<TColor> TBitmap::Palette() const {
   std::vector<TColor> colors;
-  for (QRgb c : impl_->Pixels().colorTable())
+  for (QRgb c : impl().Pixels().colorTable())
     colors.push_back(RGB(static_cast<std::uint8_t>(qRed(c)), static_cast<std::uint8_t>(qGreen(c)),
                          static_cast<std::uint8_t>(qBlue(c))));
   return colors;
 }
 
 void TBitmap::SetPalette(const std::vector<TColor>& colors) {
-  const TPixelFormat format = impl_->format;
+  const TPixelFormat format = impl().format;
   if ((format != pf1bit && format != pf8bit) || colors.empty() || Empty()) return;
   QList<QRgb> palette = ToQtPalette(colors);
   palette.resize(format == pf1bit ? 2 : std::min<qsizetype>(palette.size(), 256), qRgb(0, 0, 0));
-  impl_->Pixels().setColorTable(palette);
-  impl_->PixelsWritten();
+  impl().Pixels().setColorTable(palette);
+  impl().PixelsWritten();
 }
 
 TCanvas& TBitmap::Canvas() {
-  if (!impl_->canvas) impl_->canvas = std::make_unique<TCanvas>(*this);
-  return *impl_->canvas;
+  if (!impl().canvas) impl().canvas = std::make_unique<TCanvas>(*this);
+  return *impl().canvas;
 }
 
 void TBitmap::SaveToStream(TStream& stream) const {
-  QImage pixels = impl_->Pixels();
-  if (impl_->format == pf16bit) {  // the plain BMP 16-bit layout is 5-5-5
+  QImage pixels = impl().Pixels();
+  if (impl().format == pf16bit) {  // the plain BMP 16-bit layout is 5-5-5
     pixels = pixels.convertToFormat(QImage::Format_RGB555);
   }
-  const bool alpha = impl_->format == pf32bit && HasTranslucentPixels(pixels);
+  const bool alpha = impl().format == pf32bit && HasTranslucentPixels(pixels);
   if (alpha) pixels = pixels.convertToFormat(QImage::Format_ARGB32);  // B, G, R, A in memory
   bmp::TEncodeSource source;
   source.width = Width();
   source.height = Height();
-  source.bitsPerPixel = BitsPerPixel(impl_->format);
+  source.bitsPerPixel = BitsPerPixel(impl().format);
   source.stride = BytesPerLine();
   source.pixels = pixels.isNull() ? nullptr : pixels.constBits();
   source.palette = Palette();
@@ -354,7 +362,7 @@ void TBitmap::LoadFromStream(TStream& stream) {
   const bmp::TDecodedBmp decoded = bmp::Decode(data.data(), data.size());
   TPixelFormat format = pf24bit;
   QImage image = ImageFromDecoded(decoded, format);
-  impl_->Replace(format, decoded.width, decoded.height, std::move(image));
+  impl().Replace(format, decoded.width, decoded.height, std::move(image));
 }
 
 void TBitmap::SaveToFile(const std::string& fileName) const {

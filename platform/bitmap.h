@@ -101,11 +101,13 @@ class TBitmap {
   void LoadFromFile(const std::string& fileName);
 
   // Implementation detail shared with the canvas and the Qt interop helpers.
+  // Made on first use: most bitmaps a drawing holds (every shape's gradient)
+  // stay empty, and a large drawing should not pay one allocation each.
   struct Impl;
-  Impl& impl() const { return *impl_; }
+  Impl& impl() const;
 
  private:
-  std::unique_ptr<Impl> impl_;
+  mutable std::unique_ptr<Impl> impl_;
 };
 
 }  // namespace lumatrex

@@ -44,7 +44,8 @@ struct TBitmap::Impl {
   // Replaces the whole picture; Image must be empty or in QtFormat(Format).
   void Replace(TPixelFormat format, std::int32_t width, std::int32_t height, QImage image);
 
-  TPixelFormat format = pf24bit;
+  static constexpr TPixelFormat kNewFormat = pf24bit;  // of a bitmap never given one
+  TPixelFormat format = kNewFormat;
   std::int32_t width = 0;
   std::int32_t height = 0;
   std::unique_ptr<TCanvas> canvas;
