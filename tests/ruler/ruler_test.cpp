@@ -8,8 +8,10 @@
 
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
+#include "platform/qt_interop.h"
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"
+#include "support/golden.h"
 
 namespace lumatrex {
 
@@ -90,47 +92,9 @@ std::vector<TTick> Head(std::vector<TTick> ticks, std::size_t count) {
   return ticks;
 }
 
-using TLabels = std::vector<std::pair<int, std::string>>;  // tick pixel, text
-
-// Compares the ruler's label band (everything but the 7 pixels of tick edge)
-// with Labels drawn onto a bare scale in the ruler's font: upright and hanging
-// 8 pixels above the bottom edge (rdTop) or below the top (rdBottom), or
-// reading upwards 8 pixels from the right (rdLeft) or left (rdRight) edge,
-// centred on their ticks.
-::testing::AssertionResult ShowsLabels(TRsRuler& ruler, const TLabels& labels) {
-  TBitmap shot = Rendered(ruler);
-  const int width = shot.Width(), height = shot.Height();
-  TBitmap expected(width, height, pf32bit);
-  TCanvas& canvas = expected.Canvas();
-  canvas.Brush().SetColor(ruler.GetScaleColor());
-  canvas.FillRect(Rect(0, 0, width, height));
-  const TRulerDir dir = ruler.GetDirection();
-  canvas.Font().Assign(ruler.Font());
-  canvas.Font().SetOrientation(IsHorizontal(dir) ? 0 : 900);
-  canvas.Font().SetColor(ruler.GetTickColor());
-  canvas.SetBkMode(bkTransparent);
-  for (const auto& [at, text] : labels) {
-    const TSize size = canvas.TextExtent(text);
-    switch (dir) {
-      case rdTop: canvas.TextOut(at - size.cx / 2, height - size.cy - 8, text); break;
-      case rdBottom: canvas.TextOut(at - size.cx / 2, 8, text); break;
-      case rdLeft: canvas.TextOut(width - size.cy - 8, at + size.cx / 2, text); break;
-      case rdRight: canvas.TextOut(8, at + size.cx / 2, text); break;
-    }
-  }
-  TRect band = Rect(0, 0, width, height);
-  if (dir == rdTop) band.Bottom -= 7;
-  if (dir == rdBottom) band.Top += 7;
-  if (dir == rdLeft) band.Right -= 7;
-  if (dir == rdRight) band.Left += 7;
-  for (int y = band.Top; y < band.Bottom; ++y) {
-    for (int x = band.Left; x < band.Right; ++x) {
-      if (shot.Canvas().GetPixel(x, y) != expected.Canvas().GetPixel(x, y)) {
-        return ::testing::AssertionFailure() << "label band differs first at (" << x << "," << y << ")";
-      }
-    }
-  }
-  return ::testing::AssertionSuccess();
+// The rendered ruler against its picture in tests/data/ruler.
+::testing::AssertionResult LooksLike(TCustomControl& control, const std::string& name) {
+  return test::MatchesGoldenPicture(ToQImage(Rendered(control)), "ruler/" + name + ".png");
 }
 
 // The pixels of A and B that differ, as the rectangle around them.
@@ -233,7 +197,7 @@ TEST(TRsRuler, LongAndShortTicksFollowTheirPeriods) {
   ruler.setMyLongTick(4);
   ruler.setMyShortTick(2);
   EXPECT_EQ(Head(Ticks(ruler), 5), (std::vector<TTick>{{0, 7}, {15, 5}, {30, 7}, {45, 5}, {60, 7}}));
-  EXPECT_TRUE(ShowsLabels(ruler, {{60, "16"}, {120, "32"}, {181, "48"}}));
+  EXPECT_TRUE(LooksLike(ruler, "long_every_4_short_every_2"));
   ruler.setMyLongTick(1);
   EXPECT_EQ(Head(Ticks(ruler), 3), (std::vector<TTick>{{0, 7}, {7, 7}, {15, 7}}));
 }
@@ -242,23 +206,15 @@ TEST(TRsRuler, LongAndShortTicksFollowTheirPeriods) {
 // TRsRuler: the four edges, both counting directions
 // ---------------------------------------------------------------------------
 
+// Ticks on the edge, labels beside them, counted from the far end when reversed.
 TEST(TRsRuler, EveryEdgePutsTicksOnItAndLabelsBesideThemCountingEitherWay) {
-  for (const TRulerDir dir : {rdTop, rdBottom, rdLeft, rdRight})
+  const std::pair<TRulerDir, const char*> edges[] = {{rdTop, "top"}, {rdBottom, "bottom"}, {rdLeft, "left"}, {rdRight, "right"}};
+  for (const auto& [dir, edge] : edges)
     for (const TRulerScaleDir scaleDir : {rsdNormal, rsdReverse}) {
-      SCOPED_TRACE(static_cast<int>(dir) * 10 + static_cast<int>(scaleDir));
       TRsRuler ruler;
       Place(ruler, dir, 200);
       ruler.SetScaleDir(scaleDir);
-      std::vector<TTick> ticks = Ticks(ruler);
-      if (scaleDir == rsdReverse) {
-        // Counted from the far end; the origin tick itself, at pixel 200, lies outside.
-        std::reverse(ticks.begin(), ticks.end());
-        EXPECT_EQ(Head(ticks, 6), (std::vector<TTick>{{192, 5}, {184, 5}, {177, 5}, {169, 5}, {162, 7}, {154, 5}}));
-        EXPECT_TRUE(ShowsLabels(ruler, {{124, "20"}, {48, "40"}}));
-      } else {
-        EXPECT_EQ(Head(ticks, 6), WithClassicLengths({0, 7, 15, 22, 30, 37}));
-        EXPECT_TRUE(ShowsLabels(ruler, {{75, "20"}, {151, "40"}}));
-      }
+      EXPECT_TRUE(LooksLike(ruler, std::string("edge_") + edge + (scaleDir == rsdReverse ? "_reverse" : "")));
     }
 }
 
@@ -266,42 +222,28 @@ TEST(TRsRuler, EveryEdgePutsTicksOnItAndLabelsBesideThemCountingEitherWay) {
 // TRsRuler: label texts
 // ---------------------------------------------------------------------------
 
-TLabels AtMetricTicks(std::vector<std::string> texts) {
-  const int at[] = {75, 151, 226, 302, 377};
-  TLabels labels;
-  for (std::size_t i = 0; i < texts.size(); ++i) labels.push_back({at[i], texts[i]});
-  return labels;
-}
-
-TLabels AtPixelTicks(std::vector<std::string> texts) {
-  TLabels labels;
-  for (std::size_t i = 0; i < texts.size(); ++i) labels.push_back({100 * static_cast<int>(i + 1), texts[i]});
-  return labels;
-}
-
+// A label every tenth tick, centred on it; the texts each picture shows follow the colon.
 TEST(TRsRuler, LabelsShowTheScaleValueAtEveryTenthTick) {
   struct Case {
-    const char* name;
+    const char* picture;
     TRulerUnit unit;
     int scale;
     double offset;
     bool showMinus;
-    TLabels labels;
   };
   const Case cases[] = {
-      {"mm at 50", ruMilli, 50, 0, true, AtMetricTicks({"40", "80", "120", "160", "200"})},
-      {"cm at 400: half centimetres", ruCenti, 400, 0, true, AtMetricTicks({"0.5", "1", "1.5", "2", "2.5"})},
-      {"km below a hundredth reads 0", ruKilo, 100, 0, true, AtMetricTicks({"0", "0", "0", "0", "0"})},
-      {"inch at 150", ruInch, 150, 0, true, {{144, "1"}, {288, "2"}}},
-      {"pixel at 100: last label on the end pixel", ruPixel, 100, 0, true, AtPixelTicks({"100", "200", "300", "400"})},
-      {"pixel half rounds to even, down", ruPixel, 100, 2.5, true, AtPixelTicks({"102", "202", "302", "402"})},
-      {"none has no labels", ruNone, 100, 0, true, {}},
-      {"offset shifts values, not ticks", ruMilli, 100, 5, true, AtMetricTicks({"25", "45", "65", "85", "105"})},
-      {"fractional offset: two decimals", ruMilli, 100, 0.333, true,
-       AtMetricTicks({"20.33", "40.33", "60.33", "80.33", "100.33"})},
-      {"negative offset keeps signs", ruMilli, 100, -50, true, AtMetricTicks({"-30", "-10", "10", "30", "50"})},
-      {"without ShowMinus: absolute values", ruMilli, 100, -50, false, AtMetricTicks({"30", "10", "10", "30", "50"})},
-      {"rounding to zero has no sign", ruMeter, 100, -0.021, true, AtMetricTicks({"0", "0.02", "0.04", "0.06", "0.08"})}};
+      {"labels_mm_at_50: 40 80 120 160 200", ruMilli, 50, 0, true},
+      {"labels_cm_at_400: 0.5 1 1.5 2 2.5", ruCenti, 400, 0, true},
+      {"labels_km_below_a_hundredth: 0 0 0 0 0", ruKilo, 100, 0, true},
+      {"labels_inch_at_150: 1 2", ruInch, 150, 0, true},
+      {"labels_pixel_last_on_the_end_pixel: 100 200 300 400", ruPixel, 100, 0, true},
+      {"labels_pixel_half_rounds_to_even: 102 202 302 402", ruPixel, 100, 2.5, true},
+      {"labels_none: no labels", ruNone, 100, 0, true},
+      {"labels_offset_shifts_values_not_ticks: 25 45 65 85 105", ruMilli, 100, 5, true},
+      {"labels_fractional_offset: 20.33 40.33 60.33 80.33 100.33", ruMilli, 100, 0.333, true},
+      {"labels_negative_offset: -30 -10 10 30 50", ruMilli, 100, -50, true},
+      {"labels_without_show_minus: 30 10 10 30 50", ruMilli, 100, -50, false},
+      {"labels_rounding_to_zero_has_no_sign: 0 0.02 0.04 0.06 0.08", ruMeter, 100, -0.021, true}};
   for (const Case& c : cases) {
     TRsRuler ruler;
     Place(ruler, rdTop, 400);
@@ -309,7 +251,8 @@ TEST(TRsRuler, LabelsShowTheScaleValueAtEveryTenthTick) {
     ruler.SetScale(c.scale);
     ruler.SetOffset(c.offset);
     ruler.SetShowMinus(c.showMinus);
-    EXPECT_TRUE(ShowsLabels(ruler, c.labels)) << c.name;
+    const std::string picture = c.picture;
+    EXPECT_TRUE(LooksLike(ruler, picture.substr(0, picture.find(':'))));
   }
 }
 
@@ -318,16 +261,9 @@ TEST(TRsRuler, PaintsInItsColoursWithARaisedEdgeUnlessFlat) {
   Place(ruler, rdTop, 200);
   ruler.SetScaleColor(clYellow);
   ruler.SetTickColor(clBlue);
-  EXPECT_EQ(Head(Ticks(ruler), 2), WithClassicLengths({0, 7}));
-  EXPECT_TRUE(ShowsLabels(ruler, {{75, "20"}, {151, "40"}}));
-
+  EXPECT_TRUE(LooksLike(ruler, "blue_on_yellow_flat"));
   ruler.SetFlat(false);
-  TBitmap raised = Rendered(ruler);
-  EXPECT_EQ(raised.Canvas().GetPixel(100, 0), ColorToRGB(clBtnHighlight));
-  EXPECT_EQ(raised.Canvas().GetPixel(0, 10), ColorToRGB(clBtnHighlight));
-  EXPECT_EQ(raised.Canvas().GetPixel(199, 10), ColorToRGB(clBtnShadow));
-  EXPECT_EQ(raised.Canvas().GetPixel(101, 32), ColorToRGB(clBtnShadow));
-  EXPECT_EQ(raised.Canvas().GetPixel(100, 5), clYellow);
+  EXPECT_TRUE(LooksLike(ruler, "blue_on_yellow_raised"));
 }
 
 // ---------------------------------------------------------------------------
@@ -444,20 +380,11 @@ TEST(TRsRulerCorner, DrawsTheUnitOnTheLabelRowOfItsRuler) {
   corner.SetUnit(ruCenti);
   corner.show();
   EXPECT_EQ(SizeOf(corner), std::pair(33, 33));
-  for (const TCornerPos position : {cpLeftTop, cpRightTop, cpLeftBottom, cpRightBottom}) {
+  const std::pair<TCornerPos, const char*> positions[] = {
+      {cpLeftTop, "top"}, {cpRightTop, "top"}, {cpLeftBottom, "bottom"}, {cpRightBottom, "bottom"}};
+  for (const auto& [position, row] : positions) {
     corner.SetPosition(position);
-    TBitmap shot = Rendered(corner);
-    TBitmap expected(33, 33, pf32bit);
-    TCanvas& canvas = expected.Canvas();
-    canvas.Brush().SetColor(corner.GetScaleColor());
-    canvas.FillRect(Rect(0, 0, 33, 33));
-    canvas.Font().Assign(corner.Font());
-    canvas.Font().SetColor(corner.GetTickColor());
-    canvas.SetBkMode(bkTransparent);
-    const TSize size = canvas.TextExtent("cm");
-    const bool top = position == cpLeftTop || position == cpRightTop;
-    canvas.TextOut((33 - size.cx) / 2, top ? 33 - size.cy - 8 : 8, "cm");
-    EXPECT_TRUE(SamePicture(shot, expected)) << static_cast<int>(position);
+    EXPECT_TRUE(LooksLike(corner, std::string("corner_cm_") + row));
   }
 }
 
