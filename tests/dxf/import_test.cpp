@@ -64,15 +64,11 @@ std::string Dump(const TMyCAD& cad) {
   return out.str();
 }
 
-// The shapes of tests/data/dxf/import.txt ('#' lines are notes), or its first Count.
+// The first Count shapes of tests/data/dxf/import.txt.
 std::string ExpectedImport(std::size_t count) {
-  std::ifstream in(test::DataPath("dxf/import.txt"));
+  const std::vector<std::string> lines = test::DataLines("dxf/import.txt");
   std::string expected;
-  for (std::string line; count > 0 && std::getline(in, line);) {
-    if (line.starts_with('#')) continue;
-    expected += line + '\n';
-    --count;
-  }
+  for (std::size_t i = 0; i < count && i < lines.size(); ++i) expected += lines[i] + '\n';
   return expected;
 }
 

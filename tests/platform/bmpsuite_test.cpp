@@ -33,10 +33,9 @@ void PrintTo(const TSuiteCase& c, std::ostream* out) { *out << c.file; }
 
 // The expected outcomes, listed in tests/data/bmpsuite/outcomes.txt.
 std::vector<TSuiteCase> SuiteCases() {
-  std::ifstream in(test::DataPath("bmpsuite/outcomes.txt"));
   std::vector<TSuiteCase> cases;
-  for (std::string line; std::getline(in, line);) {
-    std::istringstream fields(line.substr(0, line.find('#')));
+  for (const std::string& line : test::DataLines("bmpsuite/outcomes.txt")) {
+    std::istringstream fields(line);
     TSuiteCase c;
     std::string outcome;
     if (!(fields >> c.file >> outcome >> c.reference)) continue;

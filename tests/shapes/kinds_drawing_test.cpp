@@ -49,17 +49,13 @@ std::unique_ptr<TMyElliArc> MakeArc(TFakeOwner& owner, TPoint a, TPoint b, TArcS
 // ---- elliptical arc ----------------------------------------------------------------------
 
 TEST(ElliArc, QuarterArcInksItsEndsAndOnlyItsQuadrant) {
-  for (const double zoom : {1.0, 2.0}) {
-    SCOPED_TRACE(zoom);
-    TFakeOwner owner(zoom);
-    auto arc = MakeArc(owner, Point(4 * zoom, 4 * zoom), Point(44 * zoom, 34 * zoom));
-    TSheet sheet = test::Drawn(*arc, 100, 80);
-    const auto z = [&](double v) { return static_cast<std::int32_t>(v * zoom); };
-    EXPECT_TRUE(sheet.inked(z(24), z(4))) << "start: top of the outline";
-    EXPECT_TRUE(InkNear(sheet, Point(z(44), z(19)))) << "end: right of the outline";
-    EXPECT_EQ(sheet.inked(Rect(0, z(20), z(24), z(36))), 0) << "lower-left quadrant";
-    EXPECT_EQ(sheet.inked(Rect(0, 0, z(23), z(19))), 0) << "upper-left quadrant";
-  }
+  TFakeOwner owner;
+  auto arc = MakeArc(owner, Point(4, 4), Point(44, 34));
+  TSheet sheet = test::Drawn(*arc, 100, 80);
+  EXPECT_TRUE(sheet.inked(24, 4)) << "start: top of the outline";
+  EXPECT_TRUE(InkNear(sheet, Point(44, 19))) << "end: right of the outline";
+  EXPECT_EQ(sheet.inked(Rect(0, 20, 24, 36)), 0) << "lower-left quadrant";
+  EXPECT_EQ(sheet.inked(Rect(0, 0, 23, 19)), 0) << "upper-left quadrant";
 }
 
 TEST(ElliArc, ChordAndSectorFillWhereTheirOutlinesCloseAndReportTheirArea) {
@@ -137,19 +133,15 @@ std::unique_ptr<TMyPolyBezier> MakeChain(TFakeOwner& owner) {
 }
 
 TEST(PolyBezier, CurvePassesThroughItsAnchorsNotItsControls) {
-  for (const double zoom : {1.0, 2.0}) {
-    SCOPED_TRACE(zoom);
-    TFakeOwner owner(zoom);
-    auto chain = MakeChain(owner);
-    TSheet sheet = test::Drawn(*chain, 160, 160);
-    const auto z = [&](double v) { return static_cast<std::int32_t>(v * zoom); };
-    EXPECT_TRUE(sheet.inked(z(10), z(40)));
-    EXPECT_TRUE(sheet.inked(z(40), z(40)));
-    EXPECT_TRUE(InkNear(sheet, Point(z(70), z(40))));
-    EXPECT_FALSE(sheet.inked(z(10), z(10))) << "a control point is off the curve";
-    // The first piece's middle is 3/4 of the way to its controls.
-    EXPECT_TRUE(InkNear(sheet, Point(z(25), z(17.5))));
-  }
+  TFakeOwner owner;
+  auto chain = MakeChain(owner);
+  TSheet sheet = test::Drawn(*chain, 80, 80);
+  EXPECT_TRUE(sheet.inked(10, 40));
+  EXPECT_TRUE(sheet.inked(40, 40));
+  EXPECT_TRUE(InkNear(sheet, Point(70, 40)));
+  EXPECT_FALSE(sheet.inked(10, 10)) << "a control point is off the curve";
+  // The first piece's middle is 3/4 of the way to its controls.
+  EXPECT_TRUE(InkNear(sheet, Point(25, 17)));
 }
 
 TEST(PolyBezier, HitsTheFlattenedCurveOnly) {
@@ -183,33 +175,30 @@ TEST(PolyBezier, AddingAPieceKeepsTheCurveRemovingOneJoinsItsNeighbours) {
 
 // ---- text ---------------------------------------------------------------------------------------
 
-TEST(Text, InkIsAnchoredByTheAlignmentsAtEveryZoom) {
+TEST(Text, InkIsAnchoredByTheAlignments) {
   struct Case { const char* name; TAlignment h; TTextLayout v; };
   const Case cases[] = {{"top left", taLeftJustify, tlTop}, {"centre", taCenter, tlCenter},
                         {"bottom right", taRightJustify, tlBottom}};
-  for (const double zoom : {1.0, 2.0})
-    for (const Case& c : cases) {
-      SCOPED_TRACE(c.name + std::string(" zoom ") + std::to_string(zoom));
-      TFakeOwner owner(zoom);
-      TMyText text(&owner);
-      text.Points = Frame(10, 10, 110, 60);
-      text.SetLines({"HHH"});
-      text.SetHAlignment(c.h);
-      text.SetVAlignment(c.v);
-      text.Font().SetColor(clBlack);
-      text.Font().SetSize(10);
-      TSheet sheet = test::Drawn(text, 240, 140);
-      const TRect ink = InkBox(sheet, 240, 140);
-      ASSERT_GE(ink.Right, 0);
-      const double left = 10 * zoom, right = 110 * zoom, top = 10 * zoom, bottom = 60 * zoom;
-      const double slack = 3 * zoom;
-      if (c.h == taLeftJustify) { EXPECT_NEAR(ink.Left, left, slack); }
-      if (c.h == taRightJustify) { EXPECT_NEAR(ink.Right + 1, right, slack); }
-      if (c.h == taCenter) { EXPECT_NEAR((ink.Left + ink.Right + 1) / 2.0, (left + right) / 2, 2); }
-      if (c.v == tlTop) { EXPECT_NEAR(ink.Top, top, 4 * zoom); }
-      if (c.v == tlBottom) { EXPECT_NEAR(ink.Bottom + 1, bottom, 5 * zoom); }
-      if (c.v == tlCenter) { EXPECT_NEAR((ink.Top + ink.Bottom + 1) / 2.0, (top + bottom) / 2, 3 * zoom); }
-    }
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TFakeOwner owner;
+    TMyText text(&owner);
+    text.Points = Frame(10, 10, 110, 60);
+    text.SetLines({"HHH"});
+    text.SetHAlignment(c.h);
+    text.SetVAlignment(c.v);
+    text.Font().SetColor(clBlack);
+    text.Font().SetSize(10);
+    TSheet sheet = test::Drawn(text, 120, 70);
+    const TRect ink = InkBox(sheet, 120, 70);
+    ASSERT_GE(ink.Right, 0);
+    if (c.h == taLeftJustify) { EXPECT_NEAR(ink.Left, 10, 3); }
+    if (c.h == taRightJustify) { EXPECT_NEAR(ink.Right + 1, 110, 3); }
+    if (c.h == taCenter) { EXPECT_NEAR((ink.Left + ink.Right + 1) / 2.0, 60, 2); }
+    if (c.v == tlTop) { EXPECT_NEAR(ink.Top, 10, 4); }
+    if (c.v == tlBottom) { EXPECT_NEAR(ink.Bottom + 1, 60, 5); }
+    if (c.v == tlCenter) { EXPECT_NEAR((ink.Top + ink.Bottom + 1) / 2.0, 35, 3); }
+  }
 }
 
 TEST(Text, IsClippedToItsFrameAndTurnsWithIt) {
