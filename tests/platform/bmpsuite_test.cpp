@@ -8,10 +8,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -124,31 +122,6 @@ std::string CaseName(const testing::TestParamInfo<TSuiteCase>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, BmpSuite, testing::ValuesIn(SuiteCases()), CaseName);
-
-// A file added to the suite must get an expected outcome here, so that none
-// goes untested.
-TEST(BmpSuiteListing, EveryFileHasAnExpectedOutcome) {
-  if (SuitePath("g").empty()) GTEST_SKIP() << "BMP suite not present";
-  std::set<std::string> listed;
-  for (const TSuiteCase& c : SuiteCases()) listed.insert(c.file);
-  for (const char* folder : {"g", "q", "b"}) {
-    for (const auto& entry : std::filesystem::directory_iterator(SuitePath(folder))) {
-      const std::string file = std::string(folder) + "/" + entry.path().filename().string();
-      EXPECT_TRUE(listed.count(file)) << file << " has no expected outcome";
-    }
-  }
-}
-
-// Indices past the 101-entry palette of this file show as black.
-TEST(BmpSuiteListing, OutOfRangeIndicesAreBlack) {
-  const std::string path = SuitePath("b/pal8badindex.bmp");
-  if (path.empty()) GTEST_SKIP() << "BMP suite not present";
-  const bmp::TDecodedBmp bmp = DecodeFile(path);
-  const std::uint8_t top = *std::max_element(bmp.indices.begin(), bmp.indices.end());
-  ASSERT_GE(top, 101);
-  ASSERT_EQ(bmp.palette.size(), std::size_t{top} + 1);
-  for (std::size_t i = 101; i < bmp.palette.size(); ++i) EXPECT_EQ(bmp.palette[i], clBlack) << i;
-}
 
 }  // namespace
 }  // namespace lumatrex

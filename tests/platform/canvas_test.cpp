@@ -1,12 +1,13 @@
 // The drawing surface: the raster conventions every shape relies on, pixel
 // for pixel (half-open figures, lines without their last pixel, raster
 // operations, dashes and hatches), plus clipping, regions, paths, the world
-// transform and text.
+// transform and text (turned text: the ruler's pictures).
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -15,13 +16,14 @@
 #include "platform/canvas.h"
 #include "platform/qt_interop.h"
 #include "platform/raster.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
 
 using Art = std::vector<std::string>;
 
-// The picture as one character a pixel: '.' white, '#' black, 'r' red,
+// The picture as one character a pixel: '.' white, 'x' black, 'r' red,
 // 'y' yellow, '?' anything else.
 Art Picture(TBitmap& bitmap) {
   Art rows;
@@ -29,7 +31,7 @@ Art Picture(TBitmap& bitmap) {
     std::string row;
     for (int x = 0; x < bitmap.Width(); ++x) {
       const TColor c = bitmap.Canvas().GetPixel(x, y);
-      row += c == clWhite ? '.' : c == clBlack ? '#' : c == clRed ? 'r' : c == clYellow ? 'y' : '?';
+      row += c == clWhite ? '.' : c == clBlack ? 'x' : c == clRed ? 'r' : c == clYellow ? 'y' : '?';
     }
     rows.push_back(row);
   }
@@ -72,46 +74,91 @@ std::vector<TPoint> Pentagram() { return {{20, 2}, {31, 36}, {2, 14}, {38, 14}, 
 // Figures: half-open boxes
 // ---------------------------------------------------------------------------
 
-TEST(CanvasFigures, BoxFiguresCoverTheHalfOpenBox) {
-  const Art rectangle = {"........", ".#####..", ".#rrr#..", ".#rrr#..", ".#####..", "........"};
-  struct Case {
-    const char* name;
-    int width, height;
-    std::function<void(TCanvas&)> draw;
-    Art expected;
-  };
+TBitmap Quad() {  // 2x2: red, yellow / black, white
+  TBitmap quad(2, 2, pf24bit);
+  quad.Canvas().SetPixel(0, 0, clRed);
+  quad.Canvas().SetPixel(1, 0, clYellow);
+  quad.Canvas().SetPixel(0, 1, clBlack);
+  return quad;
+}
+
+// A black ring with an island at (3, 3), flood filled red from inside.
+void FloodFillRing(TCanvas& canvas, TFillStyle style) {
+  canvas.Brush().SetStyle(bsClear);
+  canvas.Rectangle(1, 1, 7, 7);
+  canvas.SetPixel(3, 3, clBlack);
+  canvas.Brush().SetStyle(bsSolid);
+  canvas.FloodFill(4, 4, style == fsSurface ? clWhite : clBlack, style);
+}
+
+// The pictures of tests/data/platform/canvas_pictures.txt by name: a name at
+// the start of a line, then its rows indented.
+std::map<std::string, Art> Pictures() {
+  std::map<std::string, Art> pictures;
+  std::string name;
+  for (const std::string& line : test::DataLines("platform/canvas_pictures.txt")) {
+    if (line[0] != ' ') name = line;
+    else pictures[name].push_back(line.substr(line.find_first_not_of(' ')));
+  }
+  return pictures;
+}
+
+// Each case draws on white with a black pen and a red brush and must give
+// its picture of the data file, pixel for pixel.
+TEST(CanvasPictures, FiguresFillsAndCopiesLightExactlyTheirPixels) {
+  struct Case { const char* picture; int width, height; std::function<void(TCanvas&)> draw; };
   const Case cases[] = {
-      {"rectangle", 8, 6, [](TCanvas& c) { c.Rectangle(1, 1, 6, 5); }, rectangle},
-      {"rectangle with swapped corners", 8, 6, [](TCanvas& c) { c.Rectangle(6, 5, 1, 1); }, rectangle},
-      {"ellipse inscribed", 8, 8, [](TCanvas& c) { c.Ellipse(0, 0, 7, 7); },
-       {"..###...", ".#rrr#..", "#rrrrr#.", "#rrrrr#.", "#rrrrr#.", ".#rrr#..", "..###...", "........"}},
-      {"fill rect ignores the pen mode", 6, 4,
-       [](TCanvas& c) {
+      {"rectangle", 8, 6, [](TCanvas& c) { c.Rectangle(1, 1, 6, 5); }},
+      {"rectangle_with_swapped_corners", 8, 6, [](TCanvas& c) { c.Rectangle(6, 5, 1, 1); }},
+      {"ellipse_inscribed", 8, 8, [](TCanvas& c) { c.Ellipse(0, 0, 7, 7); }},
+      {"fill_rect_ignores_the_pen_mode", 6, 4, [](TCanvas& c) { c.Pen().SetMode(pmXor); c.FillRect(Rect(4, 3, 1, 1)); }},
+      {"polygon_fill_without_outline", 6, 6,
+       [](TCanvas& c) { c.Pen().SetStyle(psClear); c.Polygon({{1, 1}, {4, 1}, {4, 4}, {1, 4}}); }},
+      {"polygon_with_outline", 6, 6, [](TCanvas& c) { c.Polygon({{1, 1}, {4, 1}, {4, 4}, {1, 4}}); }},
+      {"xor_polyline", 7, 7, [](TCanvas& c) {
+         c.Pen().SetColor(clWhite);
          c.Pen().SetMode(pmXor);
-         c.FillRect(Rect(4, 3, 1, 1));
-       },
-       {"......", ".rrr..", ".rrr..", "......"}},
+         c.Polyline({{1, 1}, {5, 1}, {5, 5}, {1, 5}, {1, 1}});
+       }},
+      {"dotted_polyline", 6, 6, [](TCanvas& c) {
+         c.Pen().SetStyle(psDot);
+         c.Brush().SetStyle(bsClear);
+         c.Polyline({{0, 1}, {4, 1}, {4, 5}});
+       }},
+      {"hatch_over_red", 8, 8, [](TCanvas& c) {
+         c.FillRect(Rect(0, 0, 8, 8));
+         c.Brush().SetColor(clBlack);
+         c.Brush().SetStyle(bsFDiagonal);
+         EXPECT_EQ(c.BkMode(), bkTransparent);
+         c.FillRect(Rect(0, 0, 8, 8));
+       }},
+      {"bitmap_brush", 6, 2, [](TCanvas& c) {
+         TBitmap pattern(2, 1, pf24bit);
+         pattern.Canvas().SetPixel(0, 0, clRed);
+         c.Brush().SetBitmap(&pattern);
+         c.FillRect(Rect(1, 0, 6, 2));
+       }},
+      {"flood_fill_surface", 8, 8, [](TCanvas& c) { FloodFillRing(c, fsSurface); }},
+      {"flood_fill_border", 8, 8, [](TCanvas& c) { FloodFillRing(c, fsBorder); }},
+      {"draw", 4, 4, [](TCanvas& c) { c.Draw(1, 2, Quad()); c.Draw(-1, -1, Quad()); }},
+      {"stretch_double", 5, 5, [](TCanvas& c) { c.StretchDraw(Rect(0, 0, 4, 4), Quad()); }},
+      {"stretch_half", 2, 1, [](TCanvas& c) {
+         TBitmap row(4, 1, pf32bit);
+         row.Canvas().SetPixel(1, 0, clRed);
+         row.Canvas().SetPixel(3, 0, clBlack);
+         c.StretchDraw(Rect(0, 0, 2, 1), row);
+       }},
+      {"stretch_mirrored", 2, 2, [](TCanvas& c) { c.StretchDraw(Rect(2, 2, 0, 0), Quad()); }},
   };
+  const std::map<std::string, Art> pictures = Pictures();
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+    SCOPED_TRACE(c.picture);
     TBitmap bitmap(c.width, c.height, pf32bit);
     bitmap.Canvas().Brush().SetColor(clRed);
     c.draw(bitmap.Canvas());
-    EXPECT_EQ(Picture(bitmap), c.expected);
+    ASSERT_TRUE(pictures.contains(c.picture));
+    EXPECT_EQ(Picture(bitmap), pictures.at(c.picture));
   }
-}
-
-TEST(CanvasFigures, PolygonFillLeavesOutRightAndBottomButItsOutlineCoversThem) {
-  TBitmap bitmap(6, 6, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Pen().SetStyle(psClear);
-  canvas.Brush().SetColor(clRed);
-  canvas.Polygon({{1, 1}, {4, 1}, {4, 4}, {1, 4}});
-  EXPECT_EQ(Picture(bitmap)[3], ".rrr..");
-  EXPECT_EQ(Picture(bitmap)[4], "......");
-  canvas.Pen().SetStyle(psSolid);
-  canvas.Polygon({{1, 1}, {4, 1}, {4, 4}, {1, 4}});
-  EXPECT_EQ(Picture(bitmap), (Art{"......", ".####.", ".#rr#.", ".#rr#.", ".####.", "......"}));
 }
 
 TEST(CanvasFigures, ClearPenAndClearBrushDrawNothing) {
@@ -220,7 +267,7 @@ TEST(CanvasLines, DrawExactlyTheNearestPixelsWithoutTheLastOne) {
     bitmap.Canvas().MoveTo(c.from.X, c.from.Y);
     bitmap.Canvas().LineTo(c.to.X, c.to.Y);
     Art expected(8, std::string(8, '.'));
-    for (const TPoint& p : c.pixels) expected[p.Y][p.X] = '#';
+    for (const TPoint& p : c.pixels) expected[p.Y][p.X] = 'x';
     EXPECT_EQ(Picture(bitmap), expected);
     EXPECT_EQ(bitmap.Canvas().PenPos(), c.to);
   }
@@ -244,15 +291,6 @@ TEST(CanvasLines, SteppedPixelsAreTheNearestOnesAlsoWhenClipped) {
     });
     EXPECT_EQ(wrong, 0) << "line " << k;
   }
-}
-
-TEST(CanvasPolyline, DrawsEachJointOnceSoXorLeavesNoHoles) {
-  TBitmap bitmap(7, 7, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Pen().SetColor(clWhite);
-  canvas.Pen().SetMode(pmXor);
-  canvas.Polyline({{1, 1}, {5, 1}, {5, 5}, {1, 5}, {1, 1}});
-  EXPECT_EQ(Picture(bitmap), (Art{".......", ".#####.", ".#...#.", ".#...#.", ".#...#.", ".#####.", "......."}));
 }
 
 // ---------------------------------------------------------------------------
@@ -337,12 +375,12 @@ TEST(CanvasPenStyles, DashPatternsAndTheirGapsUnderClearAndOpaqueBackgrounds) {
     std::string row;
   };
   const Case cases[] = {
-      {"dot_gaps_left_alone", psDot, bsClear, "###...###...###...###...###..."},
-      {"dot_gaps_in_the_brush_colour", psDot, bsSolid, "###yyy###yyy###yyy###yyy###yyy"},
-      {"alternate", psAlternate, bsClear, "#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#.#."},
-      {"dash", psDash, bsClear, "##################......##################"},
-      {"dash_dot", psDashDot, bsClear, "#########......###......#########......###"},
-      {"dash_dot_dot", psDashDotDot, bsClear, "#########...###...###...#########...###..."},
+      {"dot_gaps_left_alone", psDot, bsClear, "xxx...xxx...xxx...xxx...xxx..."},
+      {"dot_gaps_in_the_brush_colour", psDot, bsSolid, "xxxyyyxxxyyyxxxyyyxxxyyyxxxyyy"},
+      {"alternate", psAlternate, bsClear, "x.x.x.x.x.x.x.x.x.x.x.x.x.x.x.x.x.x.x.x."},
+      {"dash", psDash, bsClear, "xxxxxxxxxxxxxxxxxx......xxxxxxxxxxxxxxxxxx"},
+      {"dash_dot", psDashDot, bsClear, "xxxxxxxxx......xxx......xxxxxxxxx......xxx"},
+      {"dash_dot_dot", psDashDotDot, bsClear, "xxxxxxxxx...xxx...xxx...xxxxxxxxx...xxx..."},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -355,15 +393,6 @@ TEST(CanvasPenStyles, DashPatternsAndTheirGapsUnderClearAndOpaqueBackgrounds) {
     canvas.LineTo(static_cast<int>(c.row.size()) + 1, 0);
     EXPECT_EQ(Picture(bitmap)[0], c.row);
   }
-}
-
-TEST(CanvasPenStyles, DashPatternRunsOnAcrossPolylineJoints) {
-  TBitmap bitmap(6, 6, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Pen().SetStyle(psDot);
-  canvas.Brush().SetStyle(bsClear);
-  canvas.Polyline({{0, 1}, {4, 1}, {4, 5}});
-  EXPECT_EQ(Picture(bitmap), (Art{"......", "###...", "......", "....#.", "....#.", "......"}));
 }
 
 TEST(CanvasPenStyles, InsideFrameKeepsAWidePenWithinTheBox) {
@@ -395,47 +424,9 @@ TEST(CanvasBrushes, HatchIsAnchoredAtTheDeviceOriginOverAnOpaqueBackground) {
     }
 }
 
-TEST(CanvasBrushes, HatchOverATransparentBackgroundLeavesTheGaps) {
-  TBitmap bitmap(8, 8, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Brush().SetColor(clRed);
-  canvas.FillRect(Rect(0, 0, 8, 8));
-  canvas.Brush().SetColor(clBlack);
-  canvas.Brush().SetStyle(bsFDiagonal);  // a hatch brush makes the background transparent
-  EXPECT_EQ(canvas.BkMode(), bkTransparent);
-  canvas.FillRect(Rect(0, 0, 8, 8));
-  EXPECT_EQ(Picture(bitmap)[0], "#rrrrrrr");
-  EXPECT_EQ(Picture(bitmap)[2], "rr#rrrrr");
-}
-
-TEST(CanvasBrushes, BitmapBrushIsTiledFromTheDeviceOrigin) {
-  TBitmap pattern(2, 1, pf24bit);
-  pattern.Canvas().SetPixel(0, 0, clRed);
-  TBitmap bitmap(6, 2, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Brush().SetBitmap(&pattern);
-  canvas.FillRect(Rect(1, 0, 6, 2));
-  EXPECT_EQ(Picture(bitmap)[1], "..r.r.");
-}
-
 // ---------------------------------------------------------------------------
 // Pixels, flood fill and bitmap copies
 // ---------------------------------------------------------------------------
-
-TEST(CanvasFloodFill, FillsTheAreaInsideTheBorderOnlyInBothStyles) {
-  for (const TFillStyle style : {fsSurface, fsBorder}) {
-    TBitmap bitmap(8, 8, pf32bit);
-    TCanvas& canvas = bitmap.Canvas();
-    canvas.Brush().SetStyle(bsClear);
-    canvas.Rectangle(1, 1, 7, 7);
-    canvas.SetPixel(3, 3, clBlack);  // an island the fill flows around
-    canvas.Brush().SetColor(clRed);
-    canvas.FloodFill(4, 4, style == fsSurface ? clWhite : clBlack, style);
-    EXPECT_EQ(Picture(bitmap), (Art{"........", ".######.", ".#rrrr#.", ".#r#rr#.", ".#rrrr#.", ".#rrrr#.", ".######.",
-                                    "........"}))
-        << (style == fsSurface ? "surface" : "border");
-  }
-}
 
 TEST(CanvasFloodFill, LargeAreaNeedsNoRecursion) {
   TBitmap bitmap(300, 300, pf32bit);
@@ -450,39 +441,12 @@ TEST(CanvasFloodFill, LargeAreaNeedsNoRecursion) {
   EXPECT_EQ(canvas.GetPixel(299, 299), clRed);
 }
 
-TBitmap Quad() {  // 2x2: red, yellow / black, white
-  TBitmap quad(2, 2, pf24bit);
-  quad.Canvas().SetPixel(0, 0, clRed);
-  quad.Canvas().SetPixel(1, 0, clYellow);
-  quad.Canvas().SetPixel(0, 1, clBlack);
-  return quad;
-}
-
-TEST(CanvasCopies, DrawCopiesPixelsAtThePointClipsAtTheEdgesAndMayReadItsTarget) {
-  TBitmap bitmap(4, 4, pf32bit);
-  bitmap.Canvas().Draw(1, 2, Quad());
-  bitmap.Canvas().Draw(-1, -1, Quad());
-  EXPECT_EQ(Picture(bitmap), (Art{"....", "....", ".ry.", ".#.."}));
-  TBitmap row(4, 1, pf32bit);  // drawn onto itself it reads the original
+TEST(CanvasCopies, DrawOntoItsOwnBitmapReadsTheOriginal) {
+  TBitmap row(4, 1, pf32bit);
   row.Canvas().SetPixel(0, 0, clRed);
   row.Canvas().SetPixel(1, 0, clBlack);
   row.Canvas().Draw(1, 0, row);
-  EXPECT_EQ(Picture(row)[0], "rr#.");
-}
-
-TEST(CanvasCopies, StretchDrawRepeatsOrSkipsPixelsByTheirCentresAndMirrors) {
-  TBitmap bitmap(5, 5, pf32bit);
-  bitmap.Canvas().StretchDraw(Rect(0, 0, 4, 4), Quad());
-  EXPECT_EQ(Picture(bitmap), (Art{"rryy.", "rryy.", "##...", "##...", "....."}));
-  TBitmap row(4, 1, pf32bit);
-  row.Canvas().SetPixel(1, 0, clRed);
-  row.Canvas().SetPixel(3, 0, clBlack);
-  TBitmap shrunk(2, 1, pf32bit);
-  shrunk.Canvas().StretchDraw(Rect(0, 0, 2, 1), row);
-  EXPECT_EQ(Picture(shrunk)[0], "r#");
-  TBitmap mirrored(2, 2, pf32bit);  // a reversed destination mirrors
-  mirrored.Canvas().StretchDraw(Rect(2, 2, 0, 0), Quad());
-  EXPECT_EQ(Picture(mirrored), (Art{".#", "yr"}));
+  EXPECT_EQ(Picture(row)[0], "rrx.");
 }
 
 // ---------------------------------------------------------------------------
@@ -623,22 +587,6 @@ TEST(CanvasText, OpaqueBackgroundFillsTheCellWithTheBrushColour) {
   EXPECT_EQ(canvas.GetPixel(5 + extent.cx - 1, 4 + extent.cy - 1), clYellow);
   EXPECT_EQ(canvas.GetPixel(5 + extent.cx, 4), clWhite);
   EXPECT_EQ(canvas.GetPixel(4, 4), clWhite);
-}
-
-TEST(CanvasText, OrientationNinetyTurnsTextUpwardAboutItsReferencePoint) {
-  TBitmap bitmap(60, 120, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.SetBkMode(bkTransparent);
-  canvas.Font().SetHeight(-20);
-  canvas.Font().SetOrientation(900);
-  const TSize extent = canvas.TextExtent("Hello");
-  canvas.TextOut(10, 100, "Hello");
-  const TRect ink = InkBounds(bitmap);
-  EXPECT_GT(ink.Height(), ink.Width());
-  EXPECT_LE(ink.Bottom, 101);
-  EXPECT_GE(ink.Top, 100 - extent.cx - 1);
-  EXPECT_GE(ink.Left, 10);
-  EXPECT_LE(ink.Right, 10 + extent.cy + 1);
 }
 
 }  // namespace
