@@ -2,7 +2,6 @@
 
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
-#include "platform/hooks.h"
 #include "shapes/drawing_modes.h"
 #include "shapes/fake_owner.h"
 #include "shapes/sheet.h"
@@ -65,24 +64,6 @@ TEST(DrawDiamond, NeedsInfoTextAndUsesTheFullHotSize) {
   EXPECT_EQ(sheet.at(16, 20), clRed);
   EXPECT_EQ(sheet.at(20, 16), clRed);
   EXPECT_EQ(sheet.at(17, 17), clWhite);
-}
-
-TEST(SetDrawShapeMode, OnAMonochromePrinterColoursBecomeGreyLevels) {
-  TFakeOwner owner;
-  TMyShape shape(&owner);
-  shape.Pen().SetColor(RGB(30, 60, 91));
-  shape.Brush().SetColor(RGB(255, 0, 0));
-  shape.Brush().SetStyle(bsClear);
-  TSheet sheet;
-  PlatformHooks().IsPrinterCanvas = [&](const TCanvas& c) { return &c == &sheet.canvas(); };
-  PlatformHooks().PrinterNumColors = [] { return 2; };
-  SetDrawShapeMode(shape, sheet.canvas());
-  PlatformHooks().IsPrinterCanvas = nullptr;
-  PlatformHooks().PrinterNumColors = nullptr;
-  EXPECT_EQ(sheet.canvas().Pen().Color(), RGB(60, 60, 60));
-  EXPECT_EQ(sheet.canvas().Brush().Color(), RGB(85, 85, 85));
-  EXPECT_EQ(sheet.canvas().Brush().Style(), bsClear);
-  EXPECT_EQ(sheet.canvas().Pen().Mode(), pmCopy);
 }
 
 TEST(DrawInfo, InfoWinsOverMultiInfoAndCaptionShowOffDrawsNothing) {

@@ -25,15 +25,6 @@ TBitmap Pattern(TGradientStyle style) {
   return bitmap;
 }
 
-TEST(GradientRamp, EndsAreTheTwoColoursTheMiddleTruncatesAndSystemColoursResolve) {
-  const TGradientRamp ramp = MakeGradientRamp(clWhite, clBlack);
-  EXPECT_EQ(ramp[0], clWhite);
-  EXPECT_EQ(ramp[255], clBlack);
-  EXPECT_EQ(ramp[128], 0x7F7F7F);  // 255 - 255*128/255 truncated
-  EXPECT_EQ(MakeGradientRamp(RGB(0, 100, 200), RGB(255, 100, 0))[51], RGB(51, 100, 160));  // channels apart
-  EXPECT_EQ(MakeGradientRamp(clBtnFace, clBtnFace)[7], ColorToRGB(clBtnFace));
-}
-
 // Each style's fixed size and the ramp index of sample pixels, listed in
 // tests/data/shapes/gradient_patterns.txt.
 TEST(GradientPattern, HasTheSizeAndTheRampIndicesOfItsStylesFormula) {

@@ -11,27 +11,6 @@ namespace {
 
 using test::TFakeOwner;
 
-TEST(CreateShapeByClassName, TrimsTheClassTagAndRefusesOtherNames) {
-  struct Row {
-    const char* edge;
-    std::string name;
-    const char* made;  // nullptr: no shape
-  };
-  for (const Row& row : {Row{"16-byte tag padded with spaces", "TMyText        ", "TMyText"},
-                         Row{"leading blanks and a tab", "  \tTMyBLine", "TMyBLine"},
-                         Row{"only the base class", "TMyShape", nullptr}, Row{"wrong case", "tmyline", nullptr},
-                         Row{"a prefix of a class name", "TMyLin", nullptr}, Row{"empty", "", nullptr},
-                         Row{"blanks only", "                ", nullptr}}) {
-    const std::unique_ptr<TMyShape> shape = CreateShapeByClassName(row.name, nullptr);
-    if (!row.made) {
-      EXPECT_EQ(shape, nullptr) << row.edge;
-      continue;
-    }
-    ASSERT_NE(shape, nullptr) << row.edge;
-    EXPECT_STREQ(shape->ClassName(), row.made) << row.edge;
-  }
-}
-
 // The gesture tests draw every kind a drawing tool makes but the connectors
 // and link points; those, and the tools that draw nothing, are checked here.
 TEST(CreateShapeByDrawTool, ConnectorToolsGiveTheirKindsOtherToolsNoShape) {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <memory>
 #include <string>
 #include <tuple>
@@ -169,82 +168,6 @@ TEST(ShapeKindRecord, AnImageRecordWithoutABitmapEmptiesItAndOnlyTheModesLowByte
   EXPECT_TRUE(image.Bitmap().Empty());
   EXPECT_EQ(std::tuple(image.GetBrightness(), image.GetContrast(), image.GetTransparentColor(), image.GetTransparentMode()),
             std::tuple(-7, 4, TColor{0x654321}, tmFixed));
-}
-
-// ---------------------------------------------------------------------------
-// Copies
-
-TEST(ShapeKindAssign, CopiesTheKindsOwnFieldsAfterTheBase) {
-  TFakeOwner owner;
-  // Not a freehand stroke: a line keeps its own arrow offset.
-  for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine", "TMyLineLinkLine"}) {
-    const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
-    source->Points = {{1, 2}, {3, 4}};
-    source->CenterPoint = source->ComputeCenterPoint(4);  // Assign recomputes it
-    Customize(*source);
-    const std::unique_ptr<TMyShape> target = CreateShapeByClassName(name, &owner);
-    target->Assign(*source);
-    EXPECT_EQ(Saved(*target), Saved(*source)) << name;
-  }
-}
-
-TEST(ShapeKindAssign, TextCopiesTheUnstoredCharacterSpaceAndImageADeepBitmap) {
-  TFakeOwner owner;
-  TMyText text(&owner), textCopy(&owner);
-  Customize(text);
-  textCopy.Assign(text);
-  EXPECT_EQ(textCopy.GetCharacterSpace(), 3);
-
-  TMyImage image(&owner), imageCopy(&owner);
-  Customize(image);
-  imageCopy.Assign(image);
-  image.Bitmap().Canvas().SetPixel(2, 1, clRed);
-  EXPECT_EQ(imageCopy.Bitmap().Canvas().GetPixel(2, 1), clWhite);
-}
-
-TEST(ShapeKindAssign, ASourceOfAnotherKindLeavesTheKindsFieldsAlone) {
-  TFakeOwner owner;
-  TMyText text(&owner);
-  Customize(text);
-  TMyRectangle frame(&owner);
-  frame.Points = {{0, 0}, {9, 0}, {9, 9}, {0, 9}};
-  text.Assign(frame);
-  EXPECT_EQ(text.Points, frame.Points);
-  EXPECT_EQ(text.GetLines(), (TStringList{"first", "", "third"}));
-  EXPECT_TRUE(text.GetIsBorder());
-}
-
-// ---------------------------------------------------------------------------
-// Renumbering after the owner removes or reorders shapes
-
-// Position 2 of the list was deleted: later positions move down by one. A
-// negative number (no shape) would map to 99, to show it is never asked.
-std::int32_t AfterDeletingTwo(std::int32_t no) { return no < 0 ? 99 : no < 2 ? no : no == 2 ? -1 : no - 1; }
-
-TEST(RemapShapeNumbers, ConnectorEndsFollowTheirShapesAndAGoneShapeFreesTheEnd) {
-  struct Row {
-    const char* edge;
-    std::int32_t shapeNo;
-    std::int32_t pointId;
-    std::int32_t mappedNo;
-    std::int32_t mappedPointId;
-  };
-  for (const Row& row : {Row{"end below the gap", 0, 3, 0, 3}, Row{"end above the gap", 5, 1, 4, 1},
-                         Row{"end on the deleted shape", 2, 1, -1, -1}, Row{"free end stays free", -1, -1, -1, -1}}) {
-    TFakeOwner owner;
-    TMyLineLinkLine link(&owner);
-    link.SetStartSpNo(row.shapeNo);
-    link.SetStartSpPtId(row.pointId);
-    link.SetEndSpNo(row.shapeNo);
-    link.SetEndSpPtId(row.pointId);
-    link.ParentId = 3;
-    link.RemapShapeNumbers(AfterDeletingTwo);
-    EXPECT_EQ(link.GetStartSpNo(), row.mappedNo) << row.edge;
-    EXPECT_EQ(link.GetStartSpPtId(), row.mappedPointId) << row.edge;
-    EXPECT_EQ(link.GetEndSpNo(), row.mappedNo) << row.edge;
-    EXPECT_EQ(link.GetEndSpPtId(), row.mappedPointId) << row.edge;
-    EXPECT_EQ(link.ParentId, 2) << row.edge;  // the base renumbering runs too
-  }
 }
 
 }  // namespace

@@ -57,14 +57,5 @@ TEST(TMyShapeRecord, ABrushBitmapReplacesTheStoredBrushColourAndStyle) {
   EXPECT_EQ(shape.Brush().Style(), bsSolid);
 }
 
-TEST(TMyShapeRecord, AHugePointCountIsRefusedBeforeAllocating) {
-  TRecordBytes r;
-  r.str("S").i32(0).i32(0).i32(0).i32(-1).i32(0).i32(0).i32(0x7FFFFFFF);
-  TFakeOwner owner;
-  TMyShape shape(&owner);
-  TMemoryStream stream(r.bytes);
-  EXPECT_THROW(shape.LoadFromStream(stream), EStreamFormatError);
-}
-
 }  // namespace
 }  // namespace lumatrex
