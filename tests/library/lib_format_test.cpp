@@ -68,13 +68,5 @@ TEST(LibraryTags, MapToTheRecordVersionTheyHold) {
   for (const auto& [tag, version] : rows) EXPECT_EQ(LibTagToFileVersion(tag), version) << tag;
 }
 
-TEST(LibraryFields, NamesAreCutAt255Bytes) {
-  TMemoryStream stream;
-  EXPECT_EQ(WriteCmbShapeName(stream, std::string(300, 'n')), 256);
-  EXPECT_EQ(stream.Bytes()[0], 255);
-  stream.SetPosition(0);
-  EXPECT_EQ(ReadCmbShapeName(stream), std::string(255, 'n'));
-}
-
 }  // namespace
 }  // namespace lumatrex

@@ -242,18 +242,6 @@ TEST_F(TLibManagerEdit, RefusedEditsChangeNothing) {
 // ---------------------------------------------------------------------------
 // The tag and the file
 
-TEST(TLibManagerFile, ReplacingTheTagKeepsTheRest) {
-  const std::vector<std::tuple<const char*, TBytes, TBytes>> rows = {
-      {"empty stream: just the tag", {}, kTag}, {"shorter than a tag: replaced whole", TagBytes("ZOLT"), kTag},
-      {"older tag: entries stay", Concat({TagBytes("ZOLTLIBX.9"), {1, 2, 3}}), Concat({kTag, {1, 2, 3}})},
-  };
-  for (const auto& [edge, bytes, expected] : rows) {
-    TLibManager lib = Library(bytes);
-    lib.ReplaceoldTagwithNewTag();
-    EXPECT_EQ(lib.Bytes(), expected) << edge;
-  }
-}
-
 TEST(TLibManagerFile, SavingAnOlderLibraryRewritesOnlyTheTag) {
   TScratchFolder folder;
   const TBytes entry = test::EntryBytes("Old", 1, 1, nullptr,
