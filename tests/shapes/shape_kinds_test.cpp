@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <memory>
 #include <string>
-#include <tuple>
 
 #include "persistence/stream_io.h"
 #include "platform/canvas.h"
@@ -23,7 +22,6 @@
 namespace lumatrex {
 namespace {
 
-using test::BaseRecord;
 using test::TBytes;
 using test::TFakeOwner;
 using test::TRecordBytes;
@@ -40,14 +38,6 @@ TBytes TailAfter(const TBytes& whole, const TBytes& parent) {
   EXPECT_GE(whole.size(), parent.size());
   EXPECT_TRUE(std::equal(parent.begin(), parent.end(), whole.begin())) << "the parent record comes first";
   return TBytes(whole.begin() + static_cast<std::ptrdiff_t>(std::min(parent.size(), whole.size())), whole.end());
-}
-
-// Loads Bytes into Shape as a record of Version; the bytes left over.
-std::int64_t Load(TMyShape& shape, TFakeOwner& owner, const std::string& version, const TBytes& bytes) {
-  owner.version = version;
-  TMemoryStream stream(bytes);
-  shape.LoadFromStream(stream);
-  return stream.Remaining();
 }
 
 TBitmap Picture() {
@@ -153,21 +143,6 @@ TEST(ShapeKindRecord, ConnectorsWriteTheLineRecordThenTheirEnds) {
     EXPECT_EQ(TailAfter(Saved(*link), line.Bytes()), TRecordBytes().i32(3).i32(1).i32(-1).i32(-1).u8(2).bytes)
         << link->ClassName();
   }
-}
-
-// ---------------------------------------------------------------------------
-// Records as read, by version (the golden drawings of every version read the
-// text and connector tails; here the image's odd fields)
-
-TEST(ShapeKindRecord, AnImageRecordWithoutABitmapEmptiesItAndOnlyTheModesLowByteCounts) {
-  TFakeOwner owner;
-  TMyImage image(&owner);
-  image.Bitmap() = Picture();
-  const TBytes tail = TRecordBytes().i64(0).i32(-7).i32(4).u8(1).u8(1).u8(1).i32(0x654321).i32(0x7F01).bytes;
-  EXPECT_EQ(Load(image, owner, "XP.i", TRecordBytes(BaseRecord("XP.i")).append(tail).bytes), 0);
-  EXPECT_TRUE(image.Bitmap().Empty());
-  EXPECT_EQ(std::tuple(image.GetBrightness(), image.GetContrast(), image.GetTransparentColor(), image.GetTransparentMode()),
-            std::tuple(-7, 4, TColor{0x654321}, tmFixed));
 }
 
 }  // namespace
