@@ -54,20 +54,6 @@ void PaintGradient(TBitmap& bitmap) {
                                          static_cast<std::uint8_t>((x + y) * 3)));
 }
 
-// Pixels whose colour is not white, as a bounding box (empty when none).
-TRect InkBounds(TBitmap& bitmap) {
-  TRect r{bitmap.Width(), bitmap.Height(), 0, 0};
-  for (int y = 0; y < bitmap.Height(); ++y)
-    for (int x = 0; x < bitmap.Width(); ++x)
-      if (bitmap.Canvas().GetPixel(x, y) != clWhite) {
-        r.Left = std::min(r.Left, x);
-        r.Top = std::min(r.Top, y);
-        r.Right = std::max(r.Right, x + 1);
-        r.Bottom = std::max(r.Bottom, y + 1);
-      }
-  return r;
-}
-
 std::vector<TPoint> Pentagram() { return {{20, 2}, {31, 36}, {2, 14}, {38, 14}, {9, 36}}; }
 
 // ---------------------------------------------------------------------------
@@ -149,6 +135,30 @@ TEST(CanvasPictures, FiguresFillsAndCopiesLightExactlyTheirPixels) {
          c.StretchDraw(Rect(0, 0, 2, 1), row);
        }},
       {"stretch_mirrored", 2, 2, [](TCanvas& c) { c.StretchDraw(Rect(2, 2, 0, 0), Quad()); }},
+      {"arc_upper_half_counter_clockwise_from_the_right_ray", 21, 21,
+       [](TCanvas& c) { c.Arc(0, 0, 21, 21, 21, 10, 0, 10); }},
+      {"inside_frame_keeps_a_wide_pen_within_the_box", 20, 20, [](TCanvas& c) {
+         c.Pen().SetWidth(4);
+         c.Pen().SetStyle(psInsideFrame);
+         c.Rectangle(4, 4, 16, 16);
+       }},
+      {"hatch_anchored_at_the_device_origin_over_an_opaque_background", 20, 20, [](TCanvas& c) {
+         c.FillRect(Rect(0, 0, 20, 20));
+         c.Brush().SetColor(clBlack);
+         c.Brush().SetStyle(bsCross);
+         c.SetBkMode(bkOpaque);
+         c.FillRect(Rect(3, 5, 19, 19));
+       }},
+      {"clip_rectangle_limits_every_drawing", 8, 8, [](TCanvas& c) {
+         c.SetClipRect(Rect(2, 3, 5, 6));
+         c.FillRect(Rect(0, 0, 8, 8));
+         c.MoveTo(0, 6);
+         c.LineTo(8, 6);
+         c.SetPixel(6, 6, clBlack);
+         c.Draw(0, 0, Quad());
+         c.ClearClipRect();
+         EXPECT_EQ(c.ClipRect(), Rect(0, 0, 8, 8));
+       }},
   };
   const std::map<std::string, Art> pictures = Pictures();
   for (const Case& c : cases) {
@@ -176,17 +186,6 @@ TEST(CanvasFigures, ClearPenAndClearBrushDrawNothing) {
   canvas.LineTo(39, 39);
   canvas.FillRect(Rect(0, 0, 40, 40));
   EXPECT_EQ(Colours(bitmap), before);
-}
-
-TEST(CanvasFigures, ArcRunsCounterClockwiseFromStartRayToEndRay) {
-  TBitmap bitmap(21, 21, pf32bit);
-  // From the ray toward the right to the ray toward the left: the upper half.
-  bitmap.Canvas().Arc(0, 0, 21, 21, 21, 10, 0, 10);
-  const TRect ink = InkBounds(bitmap);
-  EXPECT_EQ(ink.Top, 0);
-  EXPECT_LE(ink.Bottom, 11);
-  EXPECT_EQ(ink.Left, 0);
-  EXPECT_EQ(ink.Right, 21);
 }
 
 TEST(CanvasFigures, BrushNeverReachesPastTheOutline) {
@@ -395,35 +394,6 @@ TEST(CanvasPenStyles, DashPatternsAndTheirGapsUnderClearAndOpaqueBackgrounds) {
   }
 }
 
-TEST(CanvasPenStyles, InsideFrameKeepsAWidePenWithinTheBox) {
-  TBitmap bitmap(20, 20, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Pen().SetWidth(4);
-  canvas.Pen().SetStyle(psInsideFrame);
-  canvas.Brush().SetColor(clRed);
-  canvas.Rectangle(4, 4, 16, 16);
-  EXPECT_EQ(InkBounds(bitmap), Rect(4, 4, 16, 16));
-  EXPECT_EQ(canvas.GetPixel(7, 10), clBlack);
-  EXPECT_EQ(canvas.GetPixel(8, 10), clRed);
-}
-
-TEST(CanvasBrushes, HatchIsAnchoredAtTheDeviceOriginOverAnOpaqueBackground) {
-  TBitmap bitmap(20, 20, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.Brush().SetColor(clRed);
-  canvas.FillRect(Rect(0, 0, 20, 20));
-  canvas.Brush().SetColor(clBlack);
-  canvas.Brush().SetStyle(bsCross);
-  canvas.SetBkMode(bkOpaque);
-  canvas.FillRect(Rect(3, 5, 19, 19));
-  for (int y = 0; y < 20; ++y)
-    for (int x = 0; x < 20; ++x) {
-      const bool inside = x >= 3 && x < 19 && y >= 5 && y < 19;
-      const TColor expected = !inside ? clRed : (x % 8 == 4 || y % 8 == 3) ? clBlack : clWhite;
-      ASSERT_EQ(canvas.GetPixel(x, y), expected) << x << "," << y;
-    }
-}
-
 // ---------------------------------------------------------------------------
 // Pixels, flood fill and bitmap copies
 // ---------------------------------------------------------------------------
@@ -452,21 +422,6 @@ TEST(CanvasCopies, DrawOntoItsOwnBitmapReadsTheOriginal) {
 // ---------------------------------------------------------------------------
 // Clipping and regions
 // ---------------------------------------------------------------------------
-
-TEST(CanvasClip, ClipRectangleLimitsEveryDrawing) {
-  TBitmap bitmap(8, 8, pf32bit);
-  TCanvas& canvas = bitmap.Canvas();
-  canvas.SetClipRect(Rect(2, 3, 5, 6));
-  canvas.Brush().SetColor(clRed);
-  canvas.FillRect(Rect(0, 0, 8, 8));
-  canvas.MoveTo(0, 6);
-  canvas.LineTo(8, 6);
-  canvas.SetPixel(6, 6, clBlack);
-  canvas.Draw(0, 0, Quad());
-  EXPECT_EQ(InkBounds(bitmap), Rect(2, 3, 5, 6));
-  canvas.ClearClipRect();
-  EXPECT_EQ(canvas.ClipRect(), Rect(0, 0, 8, 8));
-}
 
 TEST(CanvasClip, ClipPolygonPassesExactlyThePixelsOfItsRegion) {
   const std::vector<TPoint> triangle = {{1, 1}, {18, 4}, {6, 17}};
@@ -507,7 +462,7 @@ TEST(CanvasPaths, RecordedFiguresRunThroughTheirEdgePixels) {
   canvas.BeginPath();
   canvas.Rectangle(10, 20, 30, 40);
   canvas.EndPath();
-  EXPECT_EQ(InkBounds(bitmap), Rect(40, 50, 0, 0));  // recorded, not drawn
+  EXPECT_EQ(Picture(bitmap), Art(50, std::string(40, '.')));  // recorded, not drawn
   canvas.GetPath(points, types);
   EXPECT_EQ(points, (std::vector<TPoint>{{29, 20}, {10, 20}, {10, 39}, {29, 39}}));
   EXPECT_EQ(types, (std::vector<std::uint8_t>{ptMoveTo, ptLineTo, ptLineTo, ptLineTo | ptCloseFigure}));
