@@ -51,27 +51,6 @@ void Place(TRsRuler& ruler, TRulerDir dir, int length) {
   return test::MatchesGoldenPicture(ToQImage(Rendered(control)), "ruler/" + name + ".png");
 }
 
-// The pixels of A and B that differ, as the rectangle around them.
-TRect Differing(TBitmap& a, TBitmap& b, bool& inverted) {
-  TRect around = Rect(a.Width(), a.Height(), 0, 0);
-  inverted = true;
-  for (int y = 0; y < a.Height(); ++y) {
-    for (int x = 0; x < a.Width(); ++x) {
-      const TColor pa = a.Canvas().GetPixel(x, y), pb = b.Canvas().GetPixel(x, y);
-      if (pa == pb) continue;
-      inverted = inverted && pb == (~pa & 0xFFFFFF);
-      around = Rect(std::min(around.Left, x), std::min(around.Top, y), std::max(around.Right, x + 1),
-                    std::max(around.Bottom, y + 1));
-    }
-  }
-  return around.Left < around.Right ? around : TRect{};
-}
-
-bool SamePicture(TBitmap& a, TBitmap& b) {
-  bool inverted = false;
-  return Differing(a, b, inverted) == TRect{};
-}
-
 // ---------------------------------------------------------------------------
 // TRsRuler: properties
 // ---------------------------------------------------------------------------
@@ -263,42 +242,34 @@ TEST(TRsRuler, ConvertOffsetKeepsTheOriginsLengthWhenUnitsChange) {
 // TRsRuler: the hair line
 // ---------------------------------------------------------------------------
 
+// At position 50 on a 200-pixel ruler the hair line inverts the pixels its
+// picture's name says; drawn a second time it erases itself, and moved it
+// leaves what a repaint gives.
 TEST(TRsRuler, TheHairLineInvertsItsPixelsAndErasesItselfWhenMoved) {
-  struct Case {
-    const char* name;
-    TRulerDir dir;
-    TRulerScaleDir scaleDir;
-    THairLineStyle style;
-    TRect inverted;  // at position 50 on a 200-pixel ruler
-  };
+  struct Case { const char* picture; TRulerDir dir; TRulerScaleDir scaleDir; THairLineStyle style; };
   const Case cases[] = {
-      {"line across a top ruler", rdTop, rsdNormal, hlsLine, Rect(50, 0, 51, 33)},
-      {"line ignores the counting direction", rdBottom, rsdReverse, hlsLine, Rect(50, 0, 51, 33)},
-      {"rect from the far end when reversed", rdTop, rsdReverse, hlsRect, Rect(50, 0, 200, 33)},
-      {"rect down a right ruler", rdRight, rsdNormal, hlsRect, Rect(0, 0, 33, 51)}};
-
+      {"hair_line_inverts_column_50_across_a_top_ruler", rdTop, rsdNormal, hlsLine},
+      {"hair_line_inverts_column_50_whatever_the_counting_direction", rdBottom, rsdReverse, hlsLine},
+      {"hair_rect_inverts_from_50_to_the_far_end_when_reversed", rdTop, rsdReverse, hlsRect},
+      {"hair_rect_inverts_rows_0_to_50_down_a_right_ruler", rdRight, rsdNormal, hlsRect}};
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+    SCOPED_TRACE(c.picture);
     TRsRuler ruler;
     Place(ruler, c.dir, 200);
     ruler.SetScaleDir(c.scaleDir);
     ruler.SetHairLineStyle(c.style);
     ruler.SetHairLine(true);
-    TBitmap bare = Rendered(ruler);
+    const QImage bare = ToQImage(Rendered(ruler));
     ruler.SetHairLinePos(50);
-    TBitmap drawn = OnScreen(ruler);
-    bool inverted = false;
-    EXPECT_EQ(Differing(bare, drawn, inverted), c.inverted);
-    EXPECT_TRUE(inverted);
+    const QImage drawn = ToQImage(OnScreen(ruler));
+    EXPECT_TRUE(test::MatchesGoldenPicture(drawn, std::string("ruler/") + c.picture + ".png"));
     ruler.SetHairLinePos(-1);  // draws it a second time
-    TBitmap erased = OnScreen(ruler);
-    EXPECT_TRUE(SamePicture(erased, bare));
+    EXPECT_TRUE(ToQImage(OnScreen(ruler)) == bare);
     ruler.SetHairLinePos(50);
     ruler.SetHairLinePos(80);
-    TBitmap moved = OnScreen(ruler);
-    TBitmap repainted = Rendered(ruler);
-    EXPECT_TRUE(SamePicture(moved, repainted));
-    EXPECT_FALSE(SamePicture(moved, drawn));
+    const QImage moved = ToQImage(OnScreen(ruler));
+    EXPECT_TRUE(moved == ToQImage(Rendered(ruler)));
+    EXPECT_FALSE(moved == drawn);
   }
 }
 
