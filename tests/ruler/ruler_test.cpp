@@ -1,23 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <ostream>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "platform/bitmap.h"
-#include "platform/canvas.h"
 #include "platform/qt_interop.h"
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"
 #include "support/golden.h"
 
 namespace lumatrex {
-
-void PrintTo(const TRect& r, std::ostream* out) {
-  *out << "Rect(" << r.Left << "," << r.Top << "," << r.Right << "," << r.Bottom << ")";
-}
 
 namespace {
 
