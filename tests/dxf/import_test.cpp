@@ -66,9 +66,9 @@ std::string Dump(const TMyCAD& cad) {
 
 // The first Count shapes of tests/data/dxf/import.txt.
 std::string ExpectedImport(std::size_t count) {
-  const std::vector<std::string> lines = test::DataLines("dxf/import.txt");
+  const auto rows = test::DataTable("dxf/import.txt");
   std::string expected;
-  for (std::size_t i = 0; i < count && i < lines.size(); ++i) expected += lines[i] + '\n';
+  for (std::size_t i = 0; i < count && i < rows.size(); ++i) expected += rows[i][0] + '\n';
   return expected;
 }
 

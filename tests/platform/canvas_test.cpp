@@ -77,14 +77,14 @@ void FloodFillRing(TCanvas& canvas, TFillStyle style) {
   canvas.FloodFill(4, 4, style == fsSurface ? clWhite : clBlack, style);
 }
 
-// The pictures of tests/data/platform/canvas_pictures.txt by name: a name at
-// the start of a line, then its rows indented.
+// The pictures of tests/data/platform/canvas_pictures.txt by name: a line
+// with the name, then a line "| row" for each row.
 std::map<std::string, Art> Pictures() {
   std::map<std::string, Art> pictures;
   std::string name;
-  for (const std::string& line : test::DataLines("platform/canvas_pictures.txt")) {
-    if (line[0] != ' ') name = line;
-    else pictures[name].push_back(line.substr(line.find_first_not_of(' ')));
+  for (const std::vector<std::string>& row : test::DataTable("platform/canvas_pictures.txt")) {
+    if (row.size() == 1) name = row[0];
+    else pictures[name].push_back(row.at(1));
   }
   return pictures;
 }

@@ -29,16 +29,15 @@ TBitmap Pattern(TGradientStyle style) {
 // tests/data/shapes/gradient_patterns.txt.
 TEST(GradientPattern, HasTheSizeAndTheRampIndicesOfItsStylesFormula) {
   const QMetaEnum styles = QMetaEnum::fromType<TGradientStyle>();
-  for (const std::string& line : test::DataLines("shapes/gradient_patterns.txt")) {
-    std::istringstream fields(line);
-    std::string name;
-    int width = 0, height = 0, x = 0, y = 0, index = 0;
+  for (const std::vector<std::string>& row : test::DataTable("shapes/gradient_patterns.txt")) {
+    SCOPED_TRACE(row[0]);
+    const TBitmap bitmap = Pattern(static_cast<TGradientStyle>(styles.keyToValue(row[0].c_str())));
+    EXPECT_EQ(std::tuple(bitmap.Width(), bitmap.Height(), bitmap.PixelFormat()),
+              std::tuple(std::stoi(row[1]), std::stoi(row[2]), pf24bit));
+    std::istringstream samples(row.size() > 3 ? row[3] : "");
+    int x = 0, y = 0, index = 0;
     char comma = 0, colon = 0;
-    fields >> name >> width >> height;
-    SCOPED_TRACE(name);
-    const TBitmap bitmap = Pattern(static_cast<TGradientStyle>(styles.keyToValue(name.c_str())));
-    EXPECT_EQ(std::tuple(bitmap.Width(), bitmap.Height(), bitmap.PixelFormat()), std::tuple(width, height, pf24bit));
-    while (fields >> x >> comma >> y >> colon >> index) EXPECT_EQ(IndexAt(bitmap, x, y), index) << x << "," << y;
+    while (samples >> x >> comma >> y >> colon >> index) EXPECT_EQ(IndexAt(bitmap, x, y), index) << x << "," << y;
   }
 }
 
