@@ -164,58 +164,46 @@ TEST(BmpDecode, DirectColourVariantsGiveTheirArgbPixels) {
   }
 }
 
-TEST(BmpDecode, NegativeHeightMeansTopDownRows) {
-  const bmp::TDecodedBmp bmp = Decode(Palette8(1, -2, Hex("00 00 00 00 | 01 00 00 00")).Build());
-  EXPECT_EQ(bmp.height, 2);
-  EXPECT_EQ(bmp.indices, (Bytes{0, 1}));
-}
-
-TEST(BmpDecode, SubBytePixelsUnpackHighBitsFirstAndIgnoreUnusedBits) {
-  TFile one = Palette8(10, 1, Hex("B3 7F 00 00"));  // 1011 0011 | 01 and six unused ones
-  one.bpp = 1;
-  EXPECT_EQ(Decode(one.Build()).indices, (Bytes{1, 0, 1, 1, 0, 0, 1, 1, 0, 1}));
-  TFile four = Palette8(3, 1, Hex("01 1F 00 00"));
-  four.bpp = 4;
-  EXPECT_EQ(Decode(four.Build()).indices, (Bytes{0, 1, 1}));
-}
-
-TEST(BmpDecode, Os2CoreHeaderHasThreeBytePaletteEntries) {
-  TFile f = Palette8(2, 1, Hex("80 00 00 00"));
-  f.headerSize = 12;
-  f.bpp = 1;
-  f.palette = Hex("01 02 03 | 04 05 06");
-  const bmp::TDecodedBmp bmp = Decode(f.Build());
-  EXPECT_EQ(bmp.palette, (std::vector<TColor>{RGB(3, 2, 1), RGB(6, 5, 4)}));
-  EXPECT_EQ(bmp.indices, (Bytes{1, 0}));
-}
-
-TEST(BmpDecode, IndicesPastThePaletteAreBlack) {
-  TFile f = Palette8(2, 1, Hex("05 01 00 00"));
-  f.palette = Hex("FF FF FF 00 | 00 00 FF 00");
-  const bmp::TDecodedBmp bmp = Decode(f.Build());
-  EXPECT_EQ(bmp.indices, (Bytes{5, 1}));
-  EXPECT_EQ(bmp.palette, (std::vector<TColor>{clWhite, clRed, clBlack, clBlack, clBlack, clBlack}));
-}
-
-TEST(BmpDecode, Rle8RunsAbsoluteRunsDeltasAndEndCodes) {
-  const std::string data =
-      "03 07 | 00 00 |"           // bottom row: three 7s, end of line
-      "00 03 01 02 03 00 | 00 00 |"  // absolute 1 2 3 with its pad byte
-      "00 02 01 00 | 01 09 | 00 01";  // delta one right, one 9, end of bitmap
-  const bmp::TDecodedBmp bmp = Decode(Rle(1, 4, 3, data).Build());
-  EXPECT_EQ(bmp.bitsPerPixel, 8);
-  EXPECT_EQ(bmp.indices, (Bytes{0, 9, 0, 0, 1, 2, 3, 0, 7, 7, 7, 0}));
-  // A delta may skip rows, which keep index 0.
-  EXPECT_EQ(Decode(Rle(1, 2, 3, "00 02 01 02 | 01 05 | 00 01").Build()).indices, (Bytes{0, 5, 0, 0, 0, 0}));
-}
-
-TEST(BmpDecode, Rle4RunsAlternateNibblesAndAbsoluteRunsKeepWordAlignment) {
-  const std::string data =
-      "05 12 | 00 00 |"              // bottom row: 1 2 1 2 1
-      "00 05 34 56 70 00 | 00 01";  // five nibbles in three bytes, pad byte, end
-  const bmp::TDecodedBmp bmp = Decode(Rle(2, 5, 2, data).Build());
-  EXPECT_EQ(bmp.bitsPerPixel, 4);
-  EXPECT_EQ(bmp.indices, (Bytes{3, 4, 5, 6, 7, 1, 2, 1, 2, 1}));
+// Palette files: the indices, top row first, and the palette where it matters.
+TEST(BmpDecode, IndexedVariantsGiveTheirIndicesTopRowFirst) {
+  struct Case { const char* name; Bytes file; int bpp; Bytes indices; std::vector<TColor> palette; };
+  const Case cases[] = {
+      {"negative height means top-down rows", Palette8(1, -2, Hex("00 00 00 00 | 01 00 00 00")).Build(), 8, {0, 1}, {}},
+      {"1 bit: high bits first, the unused ones ignored",  // 1011 0011 | 01 and six unused ones
+       Changed(Palette8(10, 1, Hex("B3 7F 00 00")), [](TFile& f) { f.bpp = 1; }), 1, {1, 0, 1, 1, 0, 0, 1, 1, 0, 1}, {}},
+      {"4 bits", Changed(Palette8(3, 1, Hex("01 1F 00 00")), [](TFile& f) { f.bpp = 4; }), 4, {0, 1, 1}, {}},
+      {"OS/2 core header: three-byte palette entries", Changed(Palette8(2, 1, Hex("80 00 00 00")), [](TFile& f) {
+         f.headerSize = 12;
+         f.bpp = 1;
+         f.palette = Hex("01 02 03 | 04 05 06");
+       }), 1, {1, 0}, {RGB(3, 2, 1), RGB(6, 5, 4)}},
+      {"indices past the palette are black",
+       Changed(Palette8(2, 1, Hex("05 01 00 00")), [](TFile& f) { f.palette = Hex("FF FF FF 00 | 00 00 FF 00"); }), 8,
+       {5, 1}, {clWhite, clRed, clBlack, clBlack, clBlack, clBlack}},
+      {"RLE8 runs, absolute runs, deltas and end codes",
+       Rle(1, 4, 3,
+           "03 07 | 00 00 |"              // bottom row: three 7s, end of line
+           "00 03 01 02 03 00 | 00 00 |"  // absolute 1 2 3 with its pad byte
+           "00 02 01 00 | 01 09 | 00 01")  // delta one right, one 9, end of bitmap
+           .Build(),
+       8, {0, 9, 0, 0, 1, 2, 3, 0, 7, 7, 7, 0}, {}},
+      {"RLE8 delta skipping rows, which keep index 0", Rle(1, 2, 3, "00 02 01 02 | 01 05 | 00 01").Build(), 8,
+       {0, 5, 0, 0, 0, 0}, {}},
+      {"RLE4 runs alternate nibbles, absolute runs keep word alignment",
+       Rle(2, 5, 2,
+           "05 12 | 00 00 |"             // bottom row: 1 2 1 2 1
+           "00 05 34 56 70 00 | 00 01")  // five nibbles in three bytes, pad byte, end
+           .Build(),
+       4, {3, 4, 5, 6, 7, 1, 2, 1, 2, 1}, {}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    const bmp::TDecodedBmp bmp = Decode(c.file);
+    EXPECT_EQ(bmp.bitsPerPixel, c.bpp);
+    EXPECT_EQ(std::size_t(bmp.width) * bmp.height, c.indices.size());
+    EXPECT_EQ(bmp.indices, c.indices);
+    if (!c.palette.empty()) { EXPECT_EQ(bmp.palette, c.palette); }
+  }
 }
 
 // ---------------------------------------------------------------------------
