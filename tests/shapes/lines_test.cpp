@@ -160,15 +160,8 @@ TEST(TMyRuleLine, ResizingTurnsTheCaptionAndStoresTheTrimmedLength) {
 // ---------------------------------------------------------------------------
 // Pictures: heads, handles, previews and measuring labels
 
-// A rule line (20,40)-(50,40) without heads: ticks from y 30 to 49 at both ends.
-std::unique_ptr<TMyRuleLine> LevelRule(TFakeOwner& owner) {
-  auto rule = Make<TMyRuleLine>(owner, {{20, 40}, {50, 40}});
-  rule->SetArrowStyle(ANone);
-  rule->SetTickStyle(tsNone);
-  return rule;
-}
-
-std::unique_ptr<TMyRuleLine> VerticalRule(TFakeOwner& owner, const TArrMyPoint& ends) {
+// A rule line without heads or ticks: the line and its label alone.
+std::unique_ptr<TMyRuleLine> PlainRule(TFakeOwner& owner, const TArrMyPoint& ends) {
   auto rule = Make<TMyRuleLine>(owner, ends);
   rule->SetArrowStyle(ANone);
   rule->SetTickStyle(tsNone);
@@ -227,12 +220,12 @@ TEST(LinePictures, HeadsHandlesPreviewsAndLabelsDrawExactlyTheirPictures) {
          chain->Sizing(c, {30, 10}, {30, 20});
        }},
       {"rule_measured_length_above_the_line", 1, 64, [](TFakeOwner& o, TCanvas& c) {
-         auto rule = LevelRule(o);
+         auto rule = PlainRule(o, {{20, 40}, {50, 40}});
          rule->Draw(c);
          EXPECT_EQ(rule->GetInfoText(), "     7.94 mm");
        }},
       {"rule_user_text_above_the_line", 1, 64, [](TFakeOwner& o, TCanvas& c) {
-         auto rule = LevelRule(o);
+         auto rule = PlainRule(o, {{20, 40}, {50, 40}});
          rule->SetInfo("");
          rule->SetShowUserInfo(true);
          rule->SetUserInfo("AB");
@@ -240,9 +233,9 @@ TEST(LinePictures, HeadsHandlesPreviewsAndLabelsDrawExactlyTheirPictures) {
          EXPECT_EQ(rule->GetInfoText(), "");
        }},
       {"rule_drawn_down_label_reads_upward_on_the_left", 1, 64,
-       [](TFakeOwner& o, TCanvas& c) { VerticalRule(o, {{30, 4}, {30, 60}})->Draw(c); }},
+       [](TFakeOwner& o, TCanvas& c) { PlainRule(o, {{30, 4}, {30, 60}})->Draw(c); }},
       {"rule_drawn_up_label_reads_upward_on_the_left", 1, 64,
-       [](TFakeOwner& o, TCanvas& c) { VerticalRule(o, {{30, 60}, {30, 4}})->Draw(c); }},
+       [](TFakeOwner& o, TCanvas& c) { PlainRule(o, {{30, 60}, {30, 4}})->Draw(c); }},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.picture);
