@@ -78,13 +78,6 @@ void Customize(TMyShape& shape) {
     stroke->SetArrowOffset(2);
     stroke->SetArrowStyle(ARight);
   }
-  if (auto* link = dynamic_cast<TMyLinkLine*>(&shape)) {
-    link->SetStartSpNo(4);
-    link->SetStartSpPtId(2);
-    link->SetEndSpNo(7);
-    link->SetEndSpPtId(0);
-    link->SetLinkLineDrawStyle(lldsVH);
-  }
 }
 
 // ---------------------------------------------------------------------------
