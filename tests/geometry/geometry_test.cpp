@@ -154,37 +154,5 @@ TEST(GeometryAngle, RecaclinDegKeepsItsNegativeOvershoot) {
   }
 }
 
-// ---------------------------------------------------------------------------
-// Point arrays
-// ---------------------------------------------------------------------------
-
-const TArrMyPoint kThree{{1, 1}, {2, 2}, {3, 3}};
-
-TEST(GeometryPointArray, InsertBeforeIdAcceptsOnlyExistingIndices) {
-  struct Row { const char* edge; TArrMyPoint start; std::int32_t id; bool accepted; TArrMyPoint expected; };
-  const Row rows[] = {{"before the first", kThree, 0, true, {{9, 9}, {1, 1}, {2, 2}, {3, 3}}},
-                      {"before the last", kThree, 2, true, {{1, 1}, {2, 2}, {9, 9}, {3, 3}}},
-                      {"Id equal to the length", kThree, 3, false, kThree},
-                      {"negative Id", kThree, -1, false, kThree},
-                      {"Id 0 on an empty array", {}, 0, false, {}}};
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.edge);
-    TArrMyPoint a = row.start;
-    EXPECT_EQ(InsertAPointBeforeId({9, 9}, row.id, a), row.accepted);
-    EXPECT_EQ(a, row.expected);
-  }
-}
-
-TEST(GeometryPointArray, RemovePointClosesGapOrDoesNothing) {
-  struct Row { const char* edge; std::int32_t id; TArrMyPoint expected; };
-  const Row rows[] = {{"last index", 2, {{1, 1}, {2, 2}}}, {"first index", 0, {{2, 2}, {3, 3}}},
-                      {"Id equal to the length", 3, kThree}, {"negative Id", -1, kThree}};
-  for (const Row& row : rows) {
-    TArrMyPoint a = kThree;
-    RemovePoint(row.id, a);
-    EXPECT_EQ(a, row.expected) << row.edge;
-  }
-}
-
 }  // namespace
 }  // namespace lumatrex
