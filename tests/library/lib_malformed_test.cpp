@@ -33,8 +33,7 @@ TEST(MalformedLibraries, TruncationAtEveryByteFailsExceptAtEntryBoundaries) {
   std::set<std::size_t> complete = {kTag.size(), kTag.size() + pump.size()};
   for (std::size_t n = 0; n < kTag.size(); ++n) complete.insert(n);
   for (std::size_t length = 0; length < seed.size(); ++length) {
-    TLibManager lib;
-    lib.SetBytes(TBytes(seed.begin(), seed.begin() + static_cast<std::ptrdiff_t>(length)));
+    const TLibManager lib = test::Library(TBytes(seed.begin(), seed.begin() + static_cast<std::ptrdiff_t>(length)));
     if (complete.contains(length))
       EXPECT_NO_THROW(ReadEverything(lib)) << length;
     else
@@ -71,8 +70,7 @@ TEST(MalformedLibraries, HostileValuesAreReportedWhereTheyStand) {
        "user data key"},
   };
   for (const THostile& row : rows) {
-    TLibManager lib;
-    lib.SetBytes(row.bytes);
+    const TLibManager lib = test::Library(row.bytes);
     try {
       ReadEverything(lib);
       ADD_FAILURE() << row.edge << ": no error";
@@ -85,8 +83,7 @@ TEST(MalformedLibraries, HostileValuesAreReportedWhereTheyStand) {
 
 TEST(MalformedLibraries, EditsOnADamagedLibraryFailWithoutChangingIt) {
   const TBytes damaged = Entry(0, Count(0), 0x7FFFFFFF);
-  TLibManager lib;
-  lib.SetBytes(damaged);
+  TLibManager lib = test::Library(damaged);
   EXPECT_THROW(lib.DeleteShape("E"), EStreamFormatError);
   EXPECT_THROW(lib.AppendNewShape("F", {}, {}, 1, 1), EStreamFormatError);
   EXPECT_EQ(lib.Bytes(), damaged);

@@ -14,6 +14,7 @@ namespace lumatrex {
 namespace {
 
 using test::Concat;
+using test::Library;
 using test::TagBytes;
 using test::TBytes;
 using test::TScratchFolder;
@@ -24,12 +25,6 @@ std::vector<TMyShape*> Pointers(const TCmbShape& entry) {
   std::vector<TMyShape*> shapes;
   for (const auto& s : entry.Shapes) shapes.push_back(s.get());
   return shapes;
-}
-
-TLibManager Library(const TBytes& bytes) {
-  TLibManager lib;
-  lib.SetBytes(bytes);
-  return lib;
 }
 
 // Bit-exact float comparison: the library must not drift in the last bits.

@@ -52,16 +52,14 @@ TBytes UpgradedLibrary(const std::string& tag) {
 TEST(TLibManagerUpgrade, EveryOlderTagComesToTheCurrentLayout) {
   for (const char* tag : {"ZOLTLIBX.2", "ZOLTLIBX.3", "ZOLTLIBX.6", "ZOLTLIBX.7", "ZOLTLIBX.8", "ZOLTLIBX.9",
                           "ZOLTLIBX.a", "ZOLTLIBX.e", "ZOLTLIBX.h", "ZOLTLIBX.i"}) {
-    TLibManager lib;
-    lib.SetBytes(OldLibrary(tag));
+    TLibManager lib = test::Library(OldLibrary(tag));
     ASSERT_TRUE(lib.UpgradeToCurrentTag()) << tag;
     EXPECT_EQ(lib.Bytes(), UpgradedLibrary(tag)) << tag;
   }
 }
 
 TEST(TLibManagerUpgrade, TheCurrentTagNeedsNoStepAndForeignTagsHaveNone) {
-  TLibManager lib;
-  lib.SetBytes(UpgradedLibrary("ZOLTLIBX.j"));
+  TLibManager lib = test::Library(UpgradedLibrary("ZOLTLIBX.j"));
   EXPECT_TRUE(lib.UpgradeToCurrentTag());
   EXPECT_EQ(lib.Bytes(), UpgradedLibrary("ZOLTLIBX.j"));
   for (const char* tag : {"ZOLTLIBX.5", "ZOLTLIB2.1", "Ambrel Com"}) {
@@ -91,8 +89,7 @@ TEST(TLibManagerUpgrade, OpeningADamagedLibraryLeavesTheManagerAsItWas) {
       {"shorter than a tag", TagBytes("ZOLT")},
   };
   for (const auto& [edge, bytes] : rows) {
-    TLibManager lib;
-    lib.SetBytes(UpgradedLibrary("ZOLTLIBX.j"));
+    TLibManager lib = test::Library(UpgradedLibrary("ZOLTLIBX.j"));
     EXPECT_THROW(lib.LoadForEditing(folder.Write("bad.lib", bytes)), EReadError) << edge;
     EXPECT_EQ(lib.Bytes(), UpgradedLibrary("ZOLTLIBX.j")) << edge;
   }
