@@ -21,11 +21,6 @@ constexpr std::int32_t kMinInt = std::numeric_limits<std::int32_t>::min();
 // The float nearest 2pi lies above the true value by this much.
 constexpr float kTwoPiFloatExcess = 1.7484555e-7f;
 
-void ExpectNear(const TMyPoint& actual, double x, double y, double tolerance) {
-  EXPECT_NEAR(actual.X, x, tolerance);
-  EXPECT_NEAR(actual.Y, y, tolerance);
-}
-
 // ---------------------------------------------------------------------------
 // Rounding and conversions
 // ---------------------------------------------------------------------------
@@ -97,7 +92,9 @@ TEST_F(GeometryIntersection, EachCaseGivesItsOwnResultWithoutMessage) {
                       {"crossing beyond both segments", {0, 0}, {10, 0}, {1, 1}, {9, 1}, {5, 5}}};
   for (const Row& row : rows) {
     SCOPED_TRACE(row.edge);
-    ExpectNear(Getintersection(row.p1, row.p2, row.p3, row.p4), row.expected.X, row.expected.Y, 1e-5);
+    const TMyPoint p = Getintersection(row.p1, row.p2, row.p3, row.p4);
+    EXPECT_NEAR(p.X, row.expected.X, 1e-5);
+    EXPECT_NEAR(p.Y, row.expected.Y, 1e-5);
   }
   EXPECT_TRUE(messages_.empty());
 }
