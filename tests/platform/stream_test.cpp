@@ -2,8 +2,7 @@
 // of TStream that readers rely on for their error offsets.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
+#include <QTemporaryDir>
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -82,20 +81,14 @@ TEST(CopyFrom, MoreThanTheSourceHoldsOrANegativeCountThrowsEReadError) {
 
 class FileStream : public testing::Test {
  protected:
-  void SetUp() override {
-    dir_ = std::filesystem::temp_directory_path() / ("lumatrex_stream_test_" + std::to_string(getpid()));
-    std::filesystem::create_directories(dir_);
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
-  std::string Path(const char* name) const { return (dir_ / name).string(); }
-
+  std::string Path(const char* name) const { return dir_.filePath(name).toStdString(); }
   void WriteFile(const char* name, const Bytes& bytes) {
     TFileStream file(Path(name), fmCreate);
     file.WriteBuffer(bytes.data(), static_cast<std::int64_t>(bytes.size()));
   }
 
  private:
-  std::filesystem::path dir_;
+  QTemporaryDir dir_;
 };
 
 TEST_F(FileStream, CreateTruncatesAnExistingFileAndAReadOnlyStreamRefusesWrites) {
