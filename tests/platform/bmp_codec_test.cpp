@@ -6,7 +6,6 @@
 #include <fstream>
 #include <iterator>
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <random>
 #include <sstream>
@@ -210,77 +209,23 @@ TEST(BmpDecode, IndexedVariantsGiveTheirIndicesTopRowFirst) {
 // Decoding: refused files
 // ---------------------------------------------------------------------------
 
-struct TBadFile {
-  const char* name;
-  Bytes bytes;
-  const char* message;  // part of the error text
-};
-
-TFile WithHeader(std::uint32_t headerSize, std::uint32_t compression) {
-  TFile f = Palette8(1, 1, Hex("00 00 00 00"));
-  f.headerSize = headerSize;
-  f.compression = compression;
-  return f;
-}
-
-std::vector<TBadFile> BadFiles() {
-  TFile base;
-  base.pixels = Hex("00 00 00 00");
-  auto file = [&](auto change) { return Changed(base, change); };
-  const Bytes valid = file([](TFile&) {});
-  return {
-      {"InfoHeaderCut", Bytes(valid.begin(), valid.begin() + 34), "bitmap header"},
-      {"SignatureNotBM", file([](TFile& f) { f.signature = "BA"; }), "signature"},
-      {"UnknownHeaderSize", file([](TFile& f) { f.headerSize = 20; }), "header size 20"},
-      {"ZeroWidth", file([](TFile& f) { f.width = 0; }), "width 0"},
-      {"ZeroHeight", file([](TFile& f) { f.height = 0; }), "height is zero"},
-      {"MostNegativeHeight", file([](TFile& f) { f.height = std::numeric_limits<std::int32_t>::min(); }), "limit"},
-      {"PixelCountOverLimit", file([](TFile& f) { f.width = f.height = 16385; }), "limit"},
-      {"RowBitsBeyond32Bits", file([](TFile& f) { f.width = 1 << 28; f.bpp = 32; }), "1073741824 bytes needed"},
-      {"PlanesNotOne", file([](TFile& f) { f.planes = 2; }), "plane count 2"},
-      {"BitCountZero", file([](TFile& f) { f.bpp = 0; }), "bit count 0"},
-      {"PixelOffsetPastTheEnd", file([](TFile& f) { f.offBits = 58; }), "past the end"},
-      {"PixelOffsetInsideTheHeader", file([](TFile& f) { f.offBits = 20; }), "inside the headers"},
-      {"LastRowMissing", file([](TFile& f) { f.height = 2; }), "truncated"},
-      {"PaletteWithoutEntries", Changed(Palette8(1, 1, Hex("00")), [](TFile& f) { f.palette.clear(); }),
-       "palette is empty"},
-      {"Rle8RunOverrunsTheRow", Rle(1, 2, 2, "03 01 00 01").Build(), "overruns row 0"},
-      {"Rle8RunAfterTheLastRow", Rle(1, 1, 1, "01 01 00 00 01 01").Build(), "past the last row"},
-      {"Rle8AbsoluteRunCutShort", Rle(1, 4, 1, "00 04 01 02").Build(), "ends inside a code"},
-      {"Rle8DeltaPastTheRightEdge", Rle(1, 2, 2, "00 02 03 00 00 01").Build(), "delta"},
-      {"Rle8EndsBeforeTheLastRow", Rle(1, 1, 2, "01 05 00 00").Build(), "ends before the end"},
-      {"Rle4RunOverrunsTheRow", Rle(2, 3, 1, "04 12 00 01").Build(), "overruns row 0"},
-      {"RleTopDown", Rle(1, 1, -1, "01 01 00 01").Build(), "top-down"},
-      {"Rle8WithFourBits", Changed(Rle(1, 1, 1, "01 01 00 01"), [](TFile& f) { f.bpp = 4; }), "RLE with 4 bits"},
-      {"RleTooSparseForItsSize", Rle(1, 10000, 10000, "00 00 00 01").Build(), "cannot describe"},
-      {"BitfieldsAllMasksZero", Bitfields(16, {0, 0, 0}, Hex("00 00 00 00")).Build(), "all colour masks are zero"},
-      {"BitfieldsMaskNotContiguous", Bitfields(16, {0xF0F, 0, 0}, Hex("00 00 00 00")).Build(), "not contiguous"},
-      {"BitfieldsMaskOutside16Bits", Bitfields(16, {0x1F0000, 0, 0}, Hex("00 00 00 00")).Build(), "outside the pixel"},
-      {"BitfieldsAt24Bits", Bitfields(24, {0xFF, 0xFF00, 0xFF0000}, Hex("00 00 00 00")).Build(), "24 bits"},
-      {"BitfieldsMasksCut", [] {
-         Bytes b = Bitfields(16, {0x7C00, 0x3E0, 0x1F}, {}).Build();
-         b.resize(58);
-         return b;
-       }(), "bit-field masks"},
-      {"JpegInside", WithHeader(124, 4).Build(), "JPEG"}, {"PngInside", WithHeader(124, 5).Build(), "PNG"},
-      {"UnknownCompression", WithHeader(40, 7).Build(), "compression 7"},
-      {"Os2v2Huffman", WithHeader(64, 3).Build(), "Huffman"}, {"Os2v2Rle24", WithHeader(64, 4).Build(), "RLE24"},
-  };
-}
-
+// The files of tests/data/bmp/refused, each listed with a part of its error's text.
 TEST(BmpDecode, RefusedFilesThrowInvalidGraphicNamingTheProblem) {
-  for (const TBadFile& c : BadFiles()) {
+  for (const std::vector<std::string>& row : test::DataTable("bmp/refused.txt")) {
+    SCOPED_TRACE(row[0]);
+    const Bytes bytes = DataFile("bmp/refused/" + row[0] + ".bmp");
+    ASSERT_FALSE(bytes.empty());
     try {
-      Decode(c.bytes);
-      ADD_FAILURE() << c.name << " decoded";
+      Decode(bytes);
+      ADD_FAILURE() << "decoded";
     } catch (const EInvalidGraphic& e) {
-      EXPECT_NE(std::string(e.what()).find(c.message), std::string::npos) << c.name << ": " << e.what();
+      EXPECT_NE(std::string(e.what()).find(row[1]), std::string::npos) << e.what();
     }
   }
 }
 
 // Valid files without row padding, so that every shorter prefix lacks data.
-std::vector<TBadFile> CompleteFiles() {
+TEST(BmpDecode, EveryShorterPrefixOfACompleteFileIsRefused) {
   TFile rgb;
   rgb.width = 4;
   rgb.height = 2;
@@ -288,21 +233,16 @@ std::vector<TBadFile> CompleteFiles() {
   TFile core = Palette8(4, 2, Bytes(8, 1));
   core.headerSize = 12;
   core.palette = Hex("00 00 00 | FF FF FF");
-  return {
-      {"Rgb24", rgb.Build(), ""}, {"Palette8", Palette8(4, 2, Bytes(8, 1)).Build(), ""},
-      {"Os2Core", core.Build(), ""},
-      {"Bitfields16",
-       Changed(Bitfields(16, {0x7C00, 0x3E0, 0x1F}, Hex("FF 7F 00 7C")), [](TFile& f) { f.width = 2; }), ""},
-      {"Rle8", Rle(1, 2, 2, "02 01 00 00 02 01 00 01").Build(), ""},
+  const std::pair<const char*, Bytes> files[] = {
+      {"Rgb24", rgb.Build()}, {"Palette8", Palette8(4, 2, Bytes(8, 1)).Build()}, {"Os2Core", core.Build()},
+      {"Bitfields16", Changed(Bitfields(16, {0x7C00, 0x3E0, 0x1F}, Hex("FF 7F 00 7C")), [](TFile& f) { f.width = 2; })},
+      {"Rle8", Rle(1, 2, 2, "02 01 00 00 02 01 00 01").Build()},
   };
-}
-
-TEST(BmpDecode, EveryShorterPrefixOfACompleteFileIsRefused) {
-  for (const TBadFile& c : CompleteFiles()) {
-    SCOPED_TRACE(c.name);
-    ASSERT_NO_THROW(Decode(c.bytes));
-    for (std::size_t size = 0; size < c.bytes.size(); ++size)
-      EXPECT_THROW(bmp::Decode(c.bytes.data(), size), EInvalidGraphic) << "cut at " << size;
+  for (const auto& [name, bytes] : files) {
+    SCOPED_TRACE(name);
+    ASSERT_NO_THROW(Decode(bytes));
+    for (std::size_t size = 0; size < bytes.size(); ++size)
+      EXPECT_THROW(bmp::Decode(bytes.data(), size), EInvalidGraphic) << "cut at " << size;
   }
 }
 
