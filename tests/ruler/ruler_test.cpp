@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QMetaEnum>
 #include <string>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"
 #include "support/golden.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 
@@ -187,31 +189,17 @@ TEST(TRsRuler, PaintsInItsColoursWithARaisedEdgeUnlessFlat) {
 // TRsRuler: scale arithmetic
 // ---------------------------------------------------------------------------
 
+// The scale value under a pixel, for the settings of each row of
+// tests/data/ruler/pos2unit.txt.
 TEST(TRsRuler, Pos2UnitGivesTheScaleValueUnderAPixel) {
-  struct Case {
-    const char* name;
-    TRulerUnit unit;
-    int scale;
-    double offset;
-    TRulerScaleDir scaleDir;
-    int pos;
-    double value;
-  };
-  const Case cases[] = {{"an inch in mm", ruMilli, 100, 0, rsdNormal, 96, 25.4},
-                        {"inch at 50", ruInch, 50, 0, rsdNormal, 96, 2},
-                        {"offset added", ruMilli, 100, 10, rsdNormal, 96, 35.4},
-                        {"pixel truncates position and offset", ruPixel, 200, 2.9, rsdNormal, 101, 52},
-                        {"pixel truncates a negative offset toward 0", ruPixel, 200, -2.9, rsdNormal, 101, 48},
-                        {"none gives unscaled pixels", ruNone, 200, 1, rsdNormal, 101, 51.5},
-                        {"reverse counts from the far end", ruMilli, 100, 0, rsdReverse, 104, 25.4},
-                        {"reverse: the far end is the offset", ruMilli, 100, 7, rsdReverse, 200, 7}};
-  for (const Case& c : cases) {
+  const QMetaEnum units = QMetaEnum::fromType<TRulerUnit>(), directions = QMetaEnum::fromType<TRulerScaleDir>();
+  for (const std::vector<std::string>& row : test::DataTable("ruler/pos2unit.txt")) {
     TRsRuler ruler;  // 200 pixels long
-    ruler.SetUnit(c.unit);
-    ruler.SetScale(c.scale);
-    ruler.SetOffset(c.offset);
-    ruler.SetScaleDir(c.scaleDir);
-    EXPECT_NEAR(ruler.Pos2Unit(c.pos), c.value, 1e-12) << c.name;
+    ruler.SetUnit(static_cast<TRulerUnit>(units.keyToValue(row[0].c_str())));
+    ruler.SetScale(std::stoi(row[1]));
+    ruler.SetOffset(std::stod(row[2]));
+    ruler.SetScaleDir(static_cast<TRulerScaleDir>(directions.keyToValue(row[3].c_str())));
+    EXPECT_NEAR(ruler.Pos2Unit(std::stoi(row[4])), std::stod(row[5]), 1e-12) << row[0] << " at " << row[4];
   }
 }
 
