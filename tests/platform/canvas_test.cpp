@@ -78,6 +78,26 @@ void FloodFillRing(TCanvas& canvas, TFillStyle style) {
   canvas.FloodFill(4, 4, style == fsSurface ? clWhite : clBlack, style);
 }
 
+// A one-pixel line From To, which must leave the pen at To.
+std::function<void(TCanvas&)> Line(TPoint from, TPoint to) {
+  return [=](TCanvas& c) {
+    c.MoveTo(from.X, from.Y);
+    c.LineTo(to.X, to.Y);
+    EXPECT_EQ(c.PenPos(), to);
+  };
+}
+
+// A styled line along the top row, over a yellow brush of Brush's style.
+std::function<void(TCanvas&)> Dashed(TPenStyle style, TBrushStyle brush) {
+  return [=](TCanvas& c) {
+    c.Pen().SetStyle(style);
+    c.Brush().SetColor(clYellow);
+    c.Brush().SetStyle(brush);
+    c.MoveTo(0, 0);
+    c.LineTo(100, 0);
+  };
+}
+
 // The pictures of tests/data/platform/canvas_pictures.txt by name: a line
 // with the name, then a line "| row" for each row.
 std::map<std::string, Art> Pictures() {
@@ -136,6 +156,21 @@ TEST(CanvasPictures, FiguresFillsAndCopiesLightExactlyTheirPixels) {
          c.StretchDraw(Rect(0, 0, 2, 1), row);
        }},
       {"stretch_mirrored", 2, 2, [](TCanvas& c) { c.StretchDraw(Rect(2, 2, 0, 0), Quad()); }},
+      {"line_horizontal", 8, 8, Line({0, 0}, {4, 0})},
+      {"line_upward_vertical", 8, 8, Line({2, 5}, {2, 1})},
+      {"line_diagonal", 8, 8, Line({0, 0}, {3, 3})},
+      {"line_tie_goes_to_the_smaller_y", 8, 8, Line({0, 0}, {4, 1})},
+      {"line_reversed_covers_the_same_pixels", 8, 8, Line({4, 1}, {0, 0})},
+      {"line_steep", 8, 8, Line({1, 0}, {3, 6})},
+      {"line_of_zero_length_draws_nothing", 8, 8, Line({3, 3}, {3, 3})},
+      {"line_from_far_outside", 8, 8, Line({-100000, 2}, {4, 2})},
+      // A clear brush makes the background transparent, as the classic canvas does.
+      {"dot_gaps_left_alone", 30, 1, Dashed(psDot, bsClear)},
+      {"dot_gaps_in_the_brush_colour", 30, 1, Dashed(psDot, bsSolid)},
+      {"alternate", 40, 1, Dashed(psAlternate, bsClear)},
+      {"dash", 42, 1, Dashed(psDash, bsClear)},
+      {"dash_dot", 42, 1, Dashed(psDashDot, bsClear)},
+      {"dash_dot_dot", 42, 1, Dashed(psDashDotDot, bsClear)},
       {"arc_upper_half_counter_clockwise_from_the_right_ray", 21, 21,
        [](TCanvas& c) { c.Arc(0, 0, 21, 21, 21, 10, 0, 10); }},
       {"inside_frame_keeps_a_wide_pen_within_the_box", 20, 20, [](TCanvas& c) {
@@ -250,29 +285,6 @@ TEST(CanvasFigures, CopyingPenPaintsAsTheMaskPipelineDoes) {
 // Lines
 // ---------------------------------------------------------------------------
 
-TEST(CanvasLines, DrawExactlyTheNearestPixelsWithoutTheLastOne) {
-  struct Case { const char* name; TPoint from, to; std::vector<TPoint> pixels; };
-  const Case cases[] = {
-      {"horizontal", {0, 0}, {4, 0}, {{0, 0}, {1, 0}, {2, 0}, {3, 0}}},
-      {"upward vertical", {2, 5}, {2, 1}, {{2, 5}, {2, 4}, {2, 3}, {2, 2}}},
-      {"diagonal", {0, 0}, {3, 3}, {{0, 0}, {1, 1}, {2, 2}}},
-      {"tie goes to the smaller y", {0, 0}, {4, 1}, {{0, 0}, {1, 0}, {2, 0}, {3, 1}}},
-      {"reversed covers the same pixels", {4, 1}, {0, 0}, {{4, 1}, {3, 1}, {2, 0}, {1, 0}}},
-      {"steep", {1, 0}, {3, 6}, {{1, 0}, {1, 1}, {2, 2}, {2, 3}, {2, 4}, {3, 5}}},
-      {"zero length draws nothing", {3, 3}, {3, 3}, {}},
-      {"from far outside", {-100000, 2}, {4, 2}, {{0, 2}, {1, 2}, {2, 2}, {3, 2}}}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    TBitmap bitmap(8, 8, pf32bit);
-    bitmap.Canvas().MoveTo(c.from.X, c.from.Y);
-    bitmap.Canvas().LineTo(c.to.X, c.to.Y);
-    Art expected(8, std::string(8, '.'));
-    for (const TPoint& p : c.pixels) expected[p.Y][p.X] = 'x';
-    EXPECT_EQ(Picture(bitmap), expected);
-    EXPECT_EQ(bitmap.Canvas().PenPos(), c.to);
-  }
-}
-
 // Lines step from pixel to pixel incrementally; every pixel must still be the
 // one the closed formula gives, whatever the direction, length and clip.
 TEST(CanvasLines, SteppedPixelsAreTheNearestOnesAlsoWhenClipped) {
@@ -366,34 +378,6 @@ TEST(CanvasXorTwice, RestoresEveryPixel) {
 // ---------------------------------------------------------------------------
 // Pen styles and brush patterns
 // ---------------------------------------------------------------------------
-
-TEST(CanvasPenStyles, DashPatternsAndTheirGapsUnderClearAndOpaqueBackgrounds) {
-  struct Case {
-    const char* name;
-    TPenStyle style;
-    TBrushStyle brush;  // bsClear turns the background transparent, as the classic canvas does
-    std::string row;
-  };
-  const Case cases[] = {
-      {"dot_gaps_left_alone", psDot, bsClear, "xxx...xxx...xxx...xxx...xxx..."},
-      {"dot_gaps_in_the_brush_colour", psDot, bsSolid, "xxxyyyxxxyyyxxxyyyxxxyyyxxxyyy"},
-      {"alternate", psAlternate, bsClear, "x.x.x.x.x.x.x.x.x.x.x.x.x.x.x.x.x.x.x.x."},
-      {"dash", psDash, bsClear, "xxxxxxxxxxxxxxxxxx......xxxxxxxxxxxxxxxxxx"},
-      {"dash_dot", psDashDot, bsClear, "xxxxxxxxx......xxx......xxxxxxxxx......xxx"},
-      {"dash_dot_dot", psDashDotDot, bsClear, "xxxxxxxxx...xxx...xxx...xxxxxxxxx...xxx..."},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    TBitmap bitmap(static_cast<int>(c.row.size()), 1, pf32bit);
-    TCanvas& canvas = bitmap.Canvas();
-    canvas.Pen().SetStyle(c.style);
-    canvas.Brush().SetColor(clYellow);
-    canvas.Brush().SetStyle(c.brush);
-    canvas.MoveTo(0, 0);
-    canvas.LineTo(static_cast<int>(c.row.size()) + 1, 0);
-    EXPECT_EQ(Picture(bitmap)[0], c.row);
-  }
-}
 
 // ---------------------------------------------------------------------------
 // Pixels, flood fill and bitmap copies
