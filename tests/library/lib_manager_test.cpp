@@ -35,23 +35,18 @@ bool SameBits(const TMyPoint& a, const TMyPoint& b) { return std::memcmp(&a, &b,
 
 // Names, sizes, user data and class tags come back byte for byte in the
 // writing test below; here the coordinates, which that test cannot tell apart.
-TEST(TLibManagerRead, AnEntryComesBackAtItsStoredSize) {
+TEST(TLibManagerRead, AnEntryComesBackAtItsStoredSizeOrMovedAndScaledButItsLinkPoints) {
+  struct Case { TCmbShapePlacement at; TArrMyPoint points; TMyPoint centre; };
   const TLibManager lib = Library(Concat({kTag, test::PumpEntry()}));
-  const std::unique_ptr<TCmbShape> pump = lib.GetCmbShape("Pump");
-  ASSERT_TRUE(pump);
-  EXPECT_EQ(pump->Shapes[0]->Points, (TArrMyPoint{{0, 0}, {40, 20}}));
-  EXPECT_EQ(pump->Shapes[0]->CenterPoint, (TMyPoint{20, 10}));
-  EXPECT_EQ(pump->Shapes[1]->Points, (TArrMyPoint{{100, 200}}));
-  EXPECT_EQ(pump->Shapes[1]->Owner(), pump.get());
-}
-
-TEST(TLibManagerRead, APlacementMovesAndScalesAllButLinkPoints) {
-  const TLibManager lib = Library(Concat({kTag, test::PumpEntry()}));
-  const std::unique_ptr<TCmbShape> pump = lib.GetCmbShape("Pump", {.Left = 10, .Top = 5, .Width = 4, .Height = 2});
-  ASSERT_TRUE(pump);
-  EXPECT_EQ(pump->Shapes[0]->Points, (TArrMyPoint{{10, 5}, {14, 7}}));
-  EXPECT_EQ(pump->Shapes[0]->CenterPoint, (TMyPoint{12, 6}));
-  EXPECT_EQ(pump->Shapes[1]->Points, (TArrMyPoint{{100, 200}}));
+  for (const Case& c : {Case{{}, {{0, 0}, {40, 20}}, {20, 10}},
+                        Case{{.Left = 10, .Top = 5, .Width = 4, .Height = 2}, {{10, 5}, {14, 7}}, {12, 6}}}) {
+    const std::unique_ptr<TCmbShape> pump = lib.GetCmbShape("Pump", c.at);
+    ASSERT_TRUE(pump);
+    EXPECT_EQ(pump->Shapes[0]->Points, c.points);
+    EXPECT_EQ(pump->Shapes[0]->CenterPoint, c.centre);
+    EXPECT_EQ(pump->Shapes[1]->Points, (TArrMyPoint{{100, 200}}));
+    EXPECT_EQ(pump->Shapes[1]->Owner(), pump.get());
+  }
 }
 
 TEST(TLibManagerRead, TheWalkFindsEveryEntryInOrder) {
