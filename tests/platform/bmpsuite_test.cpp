@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -25,8 +23,6 @@ struct TSuiteCase {
   std::string reference;  // reference/NAME.png, or empty
   int tolerance = 0;      // per channel, alpha included
 };
-
-void PrintTo(const TSuiteCase& c, std::ostream* out) { *out << c.file; }
 
 // The expected outcomes, listed in tests/data/bmpsuite/outcomes.txt.
 std::vector<TSuiteCase> SuiteCases() {
@@ -96,27 +92,20 @@ void ExpectMatchesReference(const bmp::TDecodedBmp& bmp, const TSuiteCase& c) {
   EXPECT_EQ(mismatches, 0) << "first difference at " << first;
 }
 
-class BmpSuite : public testing::TestWithParam<TSuiteCase> {};
-
-TEST_P(BmpSuite, DecodesAsListed) {
-  const TSuiteCase& c = GetParam();
-  const std::string path = SuitePath(c.file);
-  if (path.empty()) GTEST_SKIP() << "BMP suite not present";
-  if (!c.decodes) {
-    EXPECT_THROW(DecodeFile(path), EInvalidGraphic);
-    return;
+TEST(BmpSuite, EveryFileDecodesOrIsRefusedAsListed) {
+  if (SuitePath("g").empty()) GTEST_SKIP() << "BMP suite not present";
+  for (const TSuiteCase& c : SuiteCases()) {
+    SCOPED_TRACE(c.file);
+    const std::string path = SuitePath(c.file);
+    if (!c.decodes) {
+      EXPECT_THROW(DecodeFile(path), EInvalidGraphic);
+    } else if (c.reference.empty()) {
+      EXPECT_NO_THROW(DecodeFile(path));
+    } else {
+      ExpectMatchesReference(DecodeFile(path), c);
+    }
   }
-  const bmp::TDecodedBmp bmp = DecodeFile(path);
-  if (!c.reference.empty()) ExpectMatchesReference(bmp, c);
 }
-
-std::string CaseName(const testing::TestParamInfo<TSuiteCase>& info) {
-  std::string name = info.param.file;
-  std::replace_if(name.begin(), name.end(), [](char ch) { return !std::isalnum(static_cast<unsigned char>(ch)); }, '_');
-  return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(Files, BmpSuite, testing::ValuesIn(SuiteCases()), CaseName);
 
 }  // namespace
 }  // namespace lumatrex
