@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <string>
 
@@ -135,6 +136,30 @@ TEST(ShapeKindRecord, ConnectorsWriteTheLineRecordThenTheirEnds) {
     link->TMyLine::SaveToStream(line);
     EXPECT_EQ(TailAfter(Saved(*link), line.Bytes()), TRecordBytes().i32(3).i32(1).i32(-1).i32(-1).u8(2).bytes)
         << link->ClassName();
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Creation by drawing tool
+
+// The gesture tests draw every kind a drawing tool makes but the connectors
+// and link points; those, and the tools that draw nothing, are checked here.
+TEST(CreateShapeByDrawTool, ConnectorToolsGiveTheirKindsOtherToolsNoShape) {
+  struct Row {
+    TDrawTool tool;
+    const char* made;  // nullptr: the tool draws nothing
+  };
+  const Row rows[] = {{SpLinkLine, "TMyLinkLine"}, {SpLineLinkLine, "TMyLineLinkLine"}, {SpLinkPoint, "TMyLinkPoint"},
+                      {SpSelecting, nullptr}, {SpRotateSelecting, nullptr}, {SpClose, nullptr}, {SpDragWhole, nullptr},
+                      {SpBrowse, nullptr}, {SpPolylinePolygonPointAdding, nullptr},
+                      {SpPolylinePolygonPointRemoving, nullptr}};
+  TFakeOwner owner;
+  for (const Row& row : rows) {
+    const std::unique_ptr<TMyShape> shape = CreateShapeByDrawTool(row.tool, &owner);
+    ASSERT_EQ(shape != nullptr, row.made != nullptr) << "tool " << int(row.tool);
+    if (!shape) continue;
+    EXPECT_STREQ(shape->ClassName(), row.made);
+    EXPECT_EQ(shape->Owner(), &owner) << row.made;
   }
 }
 
