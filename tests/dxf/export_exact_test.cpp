@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -30,10 +28,7 @@ using L = std::vector<std::string>;
 TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
 
 // The lines of tests/data/dxf/Name.
-L Expected(const std::string& name) {
-  std::ifstream in(test::DataPath("dxf/" + name));
-  return Lines(std::string(std::istreambuf_iterator<char>(in), {}));
-}
+L Expected(const std::string& name) { return Lines(test::ReadFileBytes(test::DataPath("dxf/" + name))); }
 
 TEST(SaveToDxf1, WritesEachClassLineByLine) {
   struct ExactCase {

@@ -64,15 +64,11 @@ std::string Dump(const TMyCAD& cad) {
   return out.str();
 }
 
-// The shapes of tests/data/dxf/import.txt ('#' lines are notes), or its first Count.
+// The first Count shapes of tests/data/dxf/import.txt.
 std::string ExpectedImport(std::size_t count) {
-  std::ifstream in(test::DataPath("dxf/import.txt"));
+  const auto rows = test::DataTable("dxf/import.txt");
   std::string expected;
-  for (std::string line; count > 0 && std::getline(in, line);) {
-    if (line.starts_with('#')) continue;
-    expected += line + '\n';
-    --count;
-  }
+  for (std::size_t i = 0; i < count && i < rows.size(); ++i) expected += rows[i][0] + '\n';
   return expected;
 }
 
@@ -95,43 +91,21 @@ TEST(LoadFromDxf, ReadsEveryEntityKindOfEzdxfFilesInEachVersion) {
   }
 }
 
-struct BadFile { const char* name; std::string text; std::int64_t line; const char* message; };
-
-const std::string kOpen = "0\nSECTION\n2\nENTITIES\n";
-const std::string kClose = "0\nENDSEC\n0\nEOF\n";
-const std::string kLine = "0\nLINE\n8\n0\n10\n1\n20\n2\n11\n3\n21\n4\n";
-
+// The malformed files of tests/data/dxf/malformed, each listed with the line
+// its error must name and a part of its message.
 TEST(LoadFromDxf, RefusesMalformedFilesNamingTheLineAndKeepsTheDrawing) {
-  const BadFile cases[] = {
-      {"cut after a group code", kOpen + "0\nLINE\n10", 7, "missing"},
-      {"cut before EOF", kOpen + kLine, 16, "truncated"},
-      {"group code that is not a number", kOpen + "zero\nLINE\n" + kClose, 5, "group code expected"},
-      {"group code out of range", kOpen + "99999\nLINE\n" + kClose, 5, "group code expected"},
-      {"coordinate that is not a number", kOpen + "0\nLINE\n10\n1,5\n" + kClose, 8, "number expected"},
-      {"integer that is not one", kOpen + "0\nLINE\n62\nred\n" + kClose, 8, "integer expected"},
-      {"block that inserts itself",
-       "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n0\nINSERT\n2\nA\n0\nENDBLK\n0\nENDSEC\n" + kOpen +
-           "0\nINSERT\n2\nA\n" + kClose,
-       10, "inserts itself"},
-      {"array of ten billion", "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n" + kLine + "0\nENDBLK\n0\nENDSEC\n" + kOpen +
-                                   "0\nINSERT\n2\nA\n70\n100000\n71\n100000\n" + kClose,
-       30, "too large"},
-      {"arrays of arrays", "0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n2\nA\n0\nENDBLK\n0\nBLOCK\n2\nB\n0\nINSERT\n2\nA\n70\n2000\n71\n2000\n0\nENDBLK\n0\nENDSEC\n" + kOpen +
-           "0\nINSERT\n2\nB\n70\n2000\n71\n2000\n" + kClose,
-       16, "expand to more than"},
-      {"binary DXF", std::string("AutoCAD Binary DXF\r\n\x1a\0", 22), 1, "binary"},
-      {"section without ENDSEC", kOpen + kLine + "0\nEOF\n", 18, "ENDSEC expected"},
-  };
-  for (const BadFile& c : cases) {
-    SCOPED_TRACE(c.name);
+  for (const std::vector<std::string>& row : test::DataTable("dxf/malformed.txt")) {
+    SCOPED_TRACE(row[0]);
+    const std::string text = test::ReadFileBytes(test::DataPath("dxf/malformed/" + row[0]));
+    ASSERT_FALSE(text.empty());
     TMyCAD cad;
     cad.AddShapeByCode2("TMyLine", "", {{0, 0}, {1, 1}}, 0);
     try {
-      LoadDxfFromBytes(cad, c.text.data(), c.text.size());
+      LoadDxfFromBytes(cad, text.data(), text.size());
       ADD_FAILURE() << "no error";
     } catch (const EDxfError& e) {
-      EXPECT_EQ(e.Line(), c.line) << e.what();
-      EXPECT_NE(std::string(e.what()).find(c.message), std::string::npos) << e.what();
+      EXPECT_EQ(e.Line(), std::stoll(row[1])) << e.what();
+      EXPECT_NE(std::string(e.what()).find(row[2]), std::string::npos) << e.what();
     }
     EXPECT_EQ(cad.GetShapesCount(), 1);
     EXPECT_EQ(cad.GetLayersCount(), 1);

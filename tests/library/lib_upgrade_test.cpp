@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "library/library_fixture.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -52,16 +54,14 @@ TBytes UpgradedLibrary(const std::string& tag) {
 TEST(TLibManagerUpgrade, EveryOlderTagComesToTheCurrentLayout) {
   for (const char* tag : {"ZOLTLIBX.2", "ZOLTLIBX.3", "ZOLTLIBX.6", "ZOLTLIBX.7", "ZOLTLIBX.8", "ZOLTLIBX.9",
                           "ZOLTLIBX.a", "ZOLTLIBX.e", "ZOLTLIBX.h", "ZOLTLIBX.i"}) {
-    TLibManager lib;
-    lib.SetBytes(OldLibrary(tag));
+    TLibManager lib = test::Library(OldLibrary(tag));
     ASSERT_TRUE(lib.UpgradeToCurrentTag()) << tag;
     EXPECT_EQ(lib.Bytes(), UpgradedLibrary(tag)) << tag;
   }
 }
 
 TEST(TLibManagerUpgrade, TheCurrentTagNeedsNoStepAndForeignTagsHaveNone) {
-  TLibManager lib;
-  lib.SetBytes(UpgradedLibrary("ZOLTLIBX.j"));
+  TLibManager lib = test::Library(UpgradedLibrary("ZOLTLIBX.j"));
   EXPECT_TRUE(lib.UpgradeToCurrentTag());
   EXPECT_EQ(lib.Bytes(), UpgradedLibrary("ZOLTLIBX.j"));
   for (const char* tag : {"ZOLTLIBX.5", "ZOLTLIB2.1", "Ambrel Com"}) {
@@ -91,8 +91,7 @@ TEST(TLibManagerUpgrade, OpeningADamagedLibraryLeavesTheManagerAsItWas) {
       {"shorter than a tag", TagBytes("ZOLT")},
   };
   for (const auto& [edge, bytes] : rows) {
-    TLibManager lib;
-    lib.SetBytes(UpgradedLibrary("ZOLTLIBX.j"));
+    TLibManager lib = test::Library(UpgradedLibrary("ZOLTLIBX.j"));
     EXPECT_THROW(lib.LoadForEditing(folder.Write("bad.lib", bytes)), EReadError) << edge;
     EXPECT_EQ(lib.Bytes(), UpgradedLibrary("ZOLTLIBX.j")) << edge;
   }
@@ -153,6 +152,45 @@ TEST(TLibManagerOldFamily, MalformedOldLibrariesAreRefusedWhole) {
     EXPECT_THROW(lib.LoadFromOldFile(folder.Write("bad.lib", bytes)), EReadError) << edge;
     EXPECT_EQ(lib.Bytes(), kTag) << edge;
   }
+}
+
+// ---------------------------------------------------------------------------
+// Tags and the probes that tell library files apart
+
+struct TProbe {
+  const char* name;
+  bool (*probe)(const std::string&);
+};
+
+const std::vector<TProbe> kProbes = {
+    {"IsZOLTLibFile", IsZOLTLibFile},     {"IsZOLTLibFileX67", IsZOLTLibFileX67},
+    {"IsZOLTLibX2File", IsZOLTLibX2File}, {"IsZOLTLibFileX8", IsZOLTLibFileX8},
+    {"IsZOLTLibFileX9", IsZOLTLibFileX9}, {"IsZOLTLibFileXA", IsZOLTLibFileXA},
+    {"IsZOLTLibFileXE", IsZOLTLibFileXE}, {"IsZOLTLibFileXH", IsZOLTLibFileXH},
+    {"IsZOLTLibFileXI", IsZOLTLibFileXI}, {"IsOLDZOLTLibFile", IsOLDZOLTLibFile},
+};
+
+// Each tag of tests/data/libraries/tags.txt maps to its record version, and
+// exactly the probes listed answer yes for a file starting with it.
+TEST(LibraryTags, MapToTheirRecordVersionAndOnlyTheirProbesAnswerYes) {
+  TScratchFolder folder;
+  for (const std::vector<std::string>& row : test::DataTable("libraries/tags.txt")) {
+    SCOPED_TRACE(row[0]);
+    EXPECT_EQ(LibTagToFileVersion(row[0]), row[1] == "-" ? "" : row[1]);
+    TBytes bytes = test::TagBytes(row[0]);
+    bytes.push_back(0x42);  // anything may follow the tag
+    const std::string file = folder.Write("probe", bytes);
+    const std::string yes = " " + (row.size() > 2 ? row[2] : "") + " ";
+    for (const TProbe& p : kProbes)
+      EXPECT_EQ(p.probe(file), yes.find(std::string(" ") + p.name + " ") != std::string::npos) << p.name;
+  }
+}
+
+TEST(LibraryProbes, AFileShorterThanATagIsNoLibrary) {
+  TScratchFolder folder;
+  const std::string file = folder.Write("short", test::TagBytes("ZOLTLIBX."));
+  for (const TProbe& p : kProbes) EXPECT_FALSE(p.probe(file)) << p.name;
+  EXPECT_EQ(ReadLibFileTag(file), "");
 }
 
 }  // namespace

@@ -40,6 +40,13 @@ class TScratchFolder {
   std::filesystem::path path_;
 };
 
+// A library manager holding Bytes.
+inline TLibManager Library(const TBytes& bytes) {
+  TLibManager lib;
+  lib.SetBytes(bytes);
+  return lib;
+}
+
 // "Pump": a rectangle spanning the unit square (drawn 40 x 20) with a link
 // point kept at its absolute place (100, 200), and one user data record.
 inline TBytes PumpEntry() {

@@ -1,13 +1,12 @@
-// BMP decoding of hand-made files (each variant, each way a file can be
-// broken) and the exact bytes that encoding writes.
+// BMP decoding of the hand-made files under tests/data/bmp (each variant,
+// each way a file can be broken, listed with what decoding must give) and the
+// exact bytes that encoding writes.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <cstdint>
-#include <limits>
-#include <optional>
 #include <random>
 #include <sstream>
 #include <stdexcept>
@@ -32,61 +31,6 @@ Bytes Hex(std::string text) {
   return bytes;
 }
 
-void Put16(Bytes& out, std::uint32_t v) {
-  out.push_back(static_cast<std::uint8_t>(v));
-  out.push_back(static_cast<std::uint8_t>(v >> 8));
-}
-
-void Put32(Bytes& out, std::uint32_t v) {
-  Put16(out, v & 0xFFFF);
-  Put16(out, v >> 16);
-}
-
-// A hand-made BMP file, written field by field so that a test can break any
-// one of them.
-struct TFile {
-  std::uint32_t headerSize = 40;
-  std::int32_t width = 1;
-  std::int32_t height = 1;
-  std::uint16_t planes = 1;
-  std::uint16_t bpp = 24;
-  std::uint32_t compression = 0;
-  std::uint32_t clrUsed = 0;
-  std::vector<std::uint32_t> masks;      // from offset 54, inside or after the header
-  Bytes palette;                         // raw entries
-  Bytes pixels;
-  std::optional<std::uint32_t> offBits;  // default: right after the palette
-  const char* signature = "BM";
-
-  Bytes Build() const {
-    Bytes info;
-    Put32(info, headerSize);
-    if (headerSize == 12) {
-      Put16(info, width);
-      Put16(info, height);
-    } else {
-      Put32(info, width);
-      Put32(info, height);
-    }
-    Put16(info, planes);
-    Put16(info, bpp);
-    if (headerSize >= 40) {
-      for (std::uint32_t v : {compression, std::uint32_t(pixels.size()), 2835u, 2835u, clrUsed, 0u}) Put32(info, v);
-    }
-    for (std::uint32_t mask : masks) Put32(info, mask);
-    if (info.size() < headerSize) info.resize(headerSize, 0);
-    const auto defaultOffset = static_cast<std::uint32_t>(14 + info.size() + palette.size());
-    Bytes file = {std::uint8_t(signature[0]), std::uint8_t(signature[1])};
-    Put32(file, static_cast<std::uint32_t>(defaultOffset + pixels.size()));
-    Put32(file, 0);
-    Put32(file, offBits.value_or(defaultOffset));
-    file.insert(file.end(), info.begin(), info.end());
-    file.insert(file.end(), palette.begin(), palette.end());
-    file.insert(file.end(), pixels.begin(), pixels.end());
-    return file;
-  }
-};
-
 bmp::TDecodedBmp Decode(const Bytes& file) { return bmp::Decode(file.data(), file.size()); }
 
 Bytes DataFile(const std::string& name) {
@@ -94,227 +38,67 @@ Bytes DataFile(const std::string& name) {
   return Bytes(std::istreambuf_iterator<char>(in), {});
 }
 
-// The bytes of F after Change(F).
-template <typename Change>
-Bytes Changed(TFile f, Change change) {
-  change(f);
-  return f.Build();
-}
-
-TFile Palette8(std::int32_t width, std::int32_t height, Bytes pixels) {
-  TFile f;
-  f.width = width;
-  f.height = height;
-  f.bpp = 8;
-  f.palette = Hex("00 00 00 00 | FF FF FF 00");
-  f.pixels = std::move(pixels);
-  return f;
-}
-
-TFile Rle(std::uint32_t compression, std::int32_t width, std::int32_t height, const std::string& data) {
-  TFile f = Palette8(width, height, Hex(data));
-  f.compression = compression;
-  f.bpp = compression == 1 ? 8 : 4;
-  return f;
-}
-
-TFile Bitfields(std::uint16_t bpp, std::vector<std::uint32_t> masks, Bytes pixels) {
-  TFile f;
-  f.bpp = bpp;
-  f.compression = 3;
-  f.masks = std::move(masks);
-  f.pixels = std::move(pixels);
-  return f;
+// Hex numbers separated by blanks.
+std::vector<std::uint32_t> Numbers(const std::string& text) {
+  std::vector<std::uint32_t> numbers;
+  std::istringstream in(text);
+  for (std::uint32_t n = 0; in >> std::hex >> n;) numbers.push_back(n);
+  return numbers;
 }
 
 // ---------------------------------------------------------------------------
 // Decoding: the variants
 // ---------------------------------------------------------------------------
 
-TEST(BmpDecode, DirectColourVariantsGiveTheirArgbPixels) {
-  struct Case { const char* name; TFile file; bool hasAlpha; std::vector<std::uint32_t> argb; };
-  TFile rgb24;
-  rgb24.width = 2;
-  rgb24.height = 2;
-  rgb24.pixels = Hex("FF 00 00 | FF FF FF | 00 00 | 00 00 FF | 00 FF 00 | 00 00");
-  TFile unpaddedLastRow;
-  unpaddedLastRow.height = 2;
-  unpaddedLastRow.pixels = Hex("01 02 03 00 | 04 05 06");
-  TFile rgb16;
-  rgb16.width = 4;
-  rgb16.bpp = 16;
-  rgb16.pixels = Hex("FF 7F | 00 80 | 00 7C | 03 00");  // white, top bit only, red, blue 3 of 31
-  TFile v5 = Bitfields(32, {0x3FF00000, 0x000FFC00, 0x000003FF, 0xC0000000}, {});
-  v5.headerSize = 124;
-  Put32(v5.pixels, 0x7FF00000u | 512u << 10);  // alpha 1 of 3, red 1023, green 512, blue 0
-  const Case cases[] = {
-      {"24_bits_rows_bottom_up", rgb24, false, {0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFFFF}},
-      {"last_row_may_lack_its_padding", unpaddedLastRow, false, {0xFF060504, 0xFF030201}},
-      {"16_bits_without_masks_are_555_rounded", rgb16, false, {0xFFFFFFFF, 0xFF000000, 0xFFFF0000, 0xFF000019}},
-      {"v5_masks_of_any_width_scale_to_8_bits", v5, true, {0x55FF8000}},
-      {"zero_colour_mask_reads_0_missing_alpha_opaque", Bitfields(16, {0xFF00, 0x00FF, 0}, Hex("34 12")), false,
-       {0xFF123400}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    const bmp::TDecodedBmp bmp = Decode(c.file.Build());
-    EXPECT_FALSE(bmp.indexed);
-    EXPECT_EQ(bmp.hasAlpha, c.hasAlpha);
-    EXPECT_EQ(bmp.argb, c.argb);
+// The files of tests/data/bmp/decoded, each listed with its bit count, its
+// alpha flag, its pixels (ARGB, or palette indices) and where it matters its palette.
+TEST(BmpDecode, EachVariantGivesItsPixelsTopRowFirst) {
+  for (const std::vector<std::string>& row : test::DataTable("bmp/decoded.txt")) {
+    SCOPED_TRACE(row[0]);
+    const bmp::TDecodedBmp bmp = Decode(DataFile("bmp/decoded/" + row[0] + ".bmp"));
+    EXPECT_EQ(bmp.bitsPerPixel, std::stoi(row[1]));
+    EXPECT_EQ(bmp.hasAlpha, row[2] == "yes");
+    const std::vector<std::uint32_t> pixels = Numbers(row[3]);
+    EXPECT_EQ(std::size_t(bmp.width) * bmp.height, pixels.size());
+    if (bmp.indexed) {
+      EXPECT_EQ(std::vector<std::uint32_t>(bmp.indices.begin(), bmp.indices.end()), pixels);
+    } else {
+      EXPECT_EQ(bmp.argb, pixels);
+    }
+    if (row.size() > 4) {
+      EXPECT_EQ(std::vector<std::uint32_t>(bmp.palette.begin(), bmp.palette.end()), Numbers(row[4]));
+    }
   }
-}
-
-TEST(BmpDecode, NegativeHeightMeansTopDownRows) {
-  const bmp::TDecodedBmp bmp = Decode(Palette8(1, -2, Hex("00 00 00 00 | 01 00 00 00")).Build());
-  EXPECT_EQ(bmp.height, 2);
-  EXPECT_EQ(bmp.indices, (Bytes{0, 1}));
-}
-
-TEST(BmpDecode, SubBytePixelsUnpackHighBitsFirstAndIgnoreUnusedBits) {
-  TFile one = Palette8(10, 1, Hex("B3 7F 00 00"));  // 1011 0011 | 01 and six unused ones
-  one.bpp = 1;
-  EXPECT_EQ(Decode(one.Build()).indices, (Bytes{1, 0, 1, 1, 0, 0, 1, 1, 0, 1}));
-  TFile four = Palette8(3, 1, Hex("01 1F 00 00"));
-  four.bpp = 4;
-  EXPECT_EQ(Decode(four.Build()).indices, (Bytes{0, 1, 1}));
-}
-
-TEST(BmpDecode, Os2CoreHeaderHasThreeBytePaletteEntries) {
-  TFile f = Palette8(2, 1, Hex("80 00 00 00"));
-  f.headerSize = 12;
-  f.bpp = 1;
-  f.palette = Hex("01 02 03 | 04 05 06");
-  const bmp::TDecodedBmp bmp = Decode(f.Build());
-  EXPECT_EQ(bmp.palette, (std::vector<TColor>{RGB(3, 2, 1), RGB(6, 5, 4)}));
-  EXPECT_EQ(bmp.indices, (Bytes{1, 0}));
-}
-
-TEST(BmpDecode, IndicesPastThePaletteAreBlack) {
-  TFile f = Palette8(2, 1, Hex("05 01 00 00"));
-  f.palette = Hex("FF FF FF 00 | 00 00 FF 00");
-  const bmp::TDecodedBmp bmp = Decode(f.Build());
-  EXPECT_EQ(bmp.indices, (Bytes{5, 1}));
-  EXPECT_EQ(bmp.palette, (std::vector<TColor>{clWhite, clRed, clBlack, clBlack, clBlack, clBlack}));
-}
-
-TEST(BmpDecode, Rle8RunsAbsoluteRunsDeltasAndEndCodes) {
-  const std::string data =
-      "03 07 | 00 00 |"           // bottom row: three 7s, end of line
-      "00 03 01 02 03 00 | 00 00 |"  // absolute 1 2 3 with its pad byte
-      "00 02 01 00 | 01 09 | 00 01";  // delta one right, one 9, end of bitmap
-  const bmp::TDecodedBmp bmp = Decode(Rle(1, 4, 3, data).Build());
-  EXPECT_EQ(bmp.bitsPerPixel, 8);
-  EXPECT_EQ(bmp.indices, (Bytes{0, 9, 0, 0, 1, 2, 3, 0, 7, 7, 7, 0}));
-  // A delta may skip rows, which keep index 0.
-  EXPECT_EQ(Decode(Rle(1, 2, 3, "00 02 01 02 | 01 05 | 00 01").Build()).indices, (Bytes{0, 5, 0, 0, 0, 0}));
-}
-
-TEST(BmpDecode, Rle4RunsAlternateNibblesAndAbsoluteRunsKeepWordAlignment) {
-  const std::string data =
-      "05 12 | 00 00 |"              // bottom row: 1 2 1 2 1
-      "00 05 34 56 70 00 | 00 01";  // five nibbles in three bytes, pad byte, end
-  const bmp::TDecodedBmp bmp = Decode(Rle(2, 5, 2, data).Build());
-  EXPECT_EQ(bmp.bitsPerPixel, 4);
-  EXPECT_EQ(bmp.indices, (Bytes{3, 4, 5, 6, 7, 1, 2, 1, 2, 1}));
 }
 
 // ---------------------------------------------------------------------------
 // Decoding: refused files
 // ---------------------------------------------------------------------------
 
-struct TBadFile {
-  const char* name;
-  Bytes bytes;
-  const char* message;  // part of the error text
-};
-
-TFile WithHeader(std::uint32_t headerSize, std::uint32_t compression) {
-  TFile f = Palette8(1, 1, Hex("00 00 00 00"));
-  f.headerSize = headerSize;
-  f.compression = compression;
-  return f;
-}
-
-std::vector<TBadFile> BadFiles() {
-  TFile base;
-  base.pixels = Hex("00 00 00 00");
-  auto file = [&](auto change) { return Changed(base, change); };
-  const Bytes valid = file([](TFile&) {});
-  return {
-      {"InfoHeaderCut", Bytes(valid.begin(), valid.begin() + 34), "bitmap header"},
-      {"SignatureNotBM", file([](TFile& f) { f.signature = "BA"; }), "signature"},
-      {"UnknownHeaderSize", file([](TFile& f) { f.headerSize = 20; }), "header size 20"},
-      {"ZeroWidth", file([](TFile& f) { f.width = 0; }), "width 0"},
-      {"ZeroHeight", file([](TFile& f) { f.height = 0; }), "height is zero"},
-      {"MostNegativeHeight", file([](TFile& f) { f.height = std::numeric_limits<std::int32_t>::min(); }), "limit"},
-      {"PixelCountOverLimit", file([](TFile& f) { f.width = f.height = 16385; }), "limit"},
-      {"RowBitsBeyond32Bits", file([](TFile& f) { f.width = 1 << 28; f.bpp = 32; }), "1073741824 bytes needed"},
-      {"PlanesNotOne", file([](TFile& f) { f.planes = 2; }), "plane count 2"},
-      {"BitCountZero", file([](TFile& f) { f.bpp = 0; }), "bit count 0"},
-      {"PixelOffsetPastTheEnd", file([](TFile& f) { f.offBits = 58; }), "past the end"},
-      {"PixelOffsetInsideTheHeader", file([](TFile& f) { f.offBits = 20; }), "inside the headers"},
-      {"LastRowMissing", file([](TFile& f) { f.height = 2; }), "truncated"},
-      {"PaletteWithoutEntries", Changed(Palette8(1, 1, Hex("00")), [](TFile& f) { f.palette.clear(); }),
-       "palette is empty"},
-      {"Rle8RunOverrunsTheRow", Rle(1, 2, 2, "03 01 00 01").Build(), "overruns row 0"},
-      {"Rle8RunAfterTheLastRow", Rle(1, 1, 1, "01 01 00 00 01 01").Build(), "past the last row"},
-      {"Rle8AbsoluteRunCutShort", Rle(1, 4, 1, "00 04 01 02").Build(), "ends inside a code"},
-      {"Rle8DeltaPastTheRightEdge", Rle(1, 2, 2, "00 02 03 00 00 01").Build(), "delta"},
-      {"Rle8EndsBeforeTheLastRow", Rle(1, 1, 2, "01 05 00 00").Build(), "ends before the end"},
-      {"Rle4RunOverrunsTheRow", Rle(2, 3, 1, "04 12 00 01").Build(), "overruns row 0"},
-      {"RleTopDown", Rle(1, 1, -1, "01 01 00 01").Build(), "top-down"},
-      {"Rle8WithFourBits", Changed(Rle(1, 1, 1, "01 01 00 01"), [](TFile& f) { f.bpp = 4; }), "RLE with 4 bits"},
-      {"RleTooSparseForItsSize", Rle(1, 10000, 10000, "00 00 00 01").Build(), "cannot describe"},
-      {"BitfieldsAllMasksZero", Bitfields(16, {0, 0, 0}, Hex("00 00 00 00")).Build(), "all colour masks are zero"},
-      {"BitfieldsMaskNotContiguous", Bitfields(16, {0xF0F, 0, 0}, Hex("00 00 00 00")).Build(), "not contiguous"},
-      {"BitfieldsMaskOutside16Bits", Bitfields(16, {0x1F0000, 0, 0}, Hex("00 00 00 00")).Build(), "outside the pixel"},
-      {"BitfieldsAt24Bits", Bitfields(24, {0xFF, 0xFF00, 0xFF0000}, Hex("00 00 00 00")).Build(), "24 bits"},
-      {"BitfieldsMasksCut", [] {
-         Bytes b = Bitfields(16, {0x7C00, 0x3E0, 0x1F}, {}).Build();
-         b.resize(58);
-         return b;
-       }(), "bit-field masks"},
-      {"JpegInside", WithHeader(124, 4).Build(), "JPEG"}, {"PngInside", WithHeader(124, 5).Build(), "PNG"},
-      {"UnknownCompression", WithHeader(40, 7).Build(), "compression 7"},
-      {"Os2v2Huffman", WithHeader(64, 3).Build(), "Huffman"}, {"Os2v2Rle24", WithHeader(64, 4).Build(), "RLE24"},
-  };
-}
-
+// The files of tests/data/bmp/refused, each listed with a part of its error's text.
 TEST(BmpDecode, RefusedFilesThrowInvalidGraphicNamingTheProblem) {
-  for (const TBadFile& c : BadFiles()) {
+  for (const std::vector<std::string>& row : test::DataTable("bmp/refused.txt")) {
+    SCOPED_TRACE(row[0]);
+    const Bytes bytes = DataFile("bmp/refused/" + row[0] + ".bmp");
+    ASSERT_FALSE(bytes.empty());
     try {
-      Decode(c.bytes);
-      ADD_FAILURE() << c.name << " decoded";
+      Decode(bytes);
+      ADD_FAILURE() << "decoded";
     } catch (const EInvalidGraphic& e) {
-      EXPECT_NE(std::string(e.what()).find(c.message), std::string::npos) << c.name << ": " << e.what();
+      EXPECT_NE(std::string(e.what()).find(row[1]), std::string::npos) << e.what();
     }
   }
 }
 
-// Valid files without row padding, so that every shorter prefix lacks data.
-std::vector<TBadFile> CompleteFiles() {
-  TFile rgb;
-  rgb.width = 4;
-  rgb.height = 2;
-  rgb.pixels = Bytes(24, 0x55);
-  TFile core = Palette8(4, 2, Bytes(8, 1));
-  core.headerSize = 12;
-  core.palette = Hex("00 00 00 | FF FF FF");
-  return {
-      {"Rgb24", rgb.Build(), ""}, {"Palette8", Palette8(4, 2, Bytes(8, 1)).Build(), ""},
-      {"Os2Core", core.Build(), ""},
-      {"Bitfields16",
-       Changed(Bitfields(16, {0x7C00, 0x3E0, 0x1F}, Hex("FF 7F 00 7C")), [](TFile& f) { f.width = 2; }), ""},
-      {"Rle8", Rle(1, 2, 2, "02 01 00 00 02 01 00 01").Build(), ""},
-  };
-}
-
+// Complete files without row padding, under tests/data/bmp/complete: every
+// shorter prefix lacks data.
 TEST(BmpDecode, EveryShorterPrefixOfACompleteFileIsRefused) {
-  for (const TBadFile& c : CompleteFiles()) {
-    SCOPED_TRACE(c.name);
-    ASSERT_NO_THROW(Decode(c.bytes));
-    for (std::size_t size = 0; size < c.bytes.size(); ++size)
-      EXPECT_THROW(bmp::Decode(c.bytes.data(), size), EInvalidGraphic) << "cut at " << size;
+  for (const char* name : {"rgb24", "pal8", "pal8-os2-core", "bitfields16", "rle8"}) {
+    SCOPED_TRACE(name);
+    const Bytes bytes = DataFile(std::string("bmp/complete/") + name + ".bmp");
+    ASSERT_NO_THROW(Decode(bytes));
+    for (std::size_t size = 0; size < bytes.size(); ++size)
+      EXPECT_THROW(bmp::Decode(bytes.data(), size), EInvalidGraphic) << "cut at " << size;
   }
 }
 

@@ -1,12 +1,21 @@
-// Byte streams: the memory stream, the file stream and the exact-size helpers
-// of TStream that readers rely on for their error offsets.
+// Byte streams: the file stream, the exact-size helpers of TStream that
+// readers rely on for their error offsets, and saving a whole file.
 #include <gtest/gtest.h>
 
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include <QTemporaryDir>
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -23,40 +32,6 @@ Bytes ReadAll(TStream& stream) {
   stream.SetPosition(0);
   stream.ReadBuffer(bytes.data(), stream.Size());
   return bytes;
-}
-
-// ---------------------------------------------------------------------------
-// TMemoryStream
-// ---------------------------------------------------------------------------
-
-TEST(MemoryStream, ReadsWhatIsLeftWritesPastTheEndOverZerosAndClampsItsPosition) {
-  TMemoryStream stream(Bytes{1, 2, 3, 4});
-  Bytes buffer(10, 0xEE);
-  stream.SetPosition(2);
-  EXPECT_EQ(stream.Read(buffer.data(), 10), 2);
-  EXPECT_EQ(buffer[0], 3);
-  EXPECT_EQ(buffer[2], 0xEE);
-  stream.SetPosition(9);
-  EXPECT_EQ(stream.Read(buffer.data(), 1), 0);
-  EXPECT_EQ(stream.Position(), 9);
-  const std::uint8_t value = 9;
-  stream.SetPosition(6);
-  stream.WriteBuffer(&value, 1);
-  EXPECT_EQ(stream.Bytes(), (Bytes{1, 2, 3, 4, 0, 0, 9}));
-  EXPECT_EQ(stream.Seek(4, soBeginning), 4);
-  EXPECT_EQ(stream.Seek(3, soCurrent), 7);
-  EXPECT_EQ(stream.Seek(-2, soEnd), 5);
-  EXPECT_EQ(stream.Seek(5, soEnd), 12);  // past the end is allowed, as for files
-  EXPECT_EQ(stream.Seek(-100, soCurrent), 0);
-  stream.SetPosition(4);
-  stream.SetSize(2);
-  EXPECT_EQ(stream.Bytes(), (Bytes{1, 2}));
-  EXPECT_EQ(stream.Position(), 2);
-  stream.SetSize(3);
-  EXPECT_EQ(stream.Bytes(), (Bytes{1, 2, 0}));
-  EXPECT_EQ(stream.Position(), 2);
-  stream.SetSize(-1);
-  EXPECT_EQ(stream.Size(), 0);
 }
 
 // ---------------------------------------------------------------------------
@@ -116,20 +91,14 @@ TEST(CopyFrom, MoreThanTheSourceHoldsOrANegativeCountThrowsEReadError) {
 
 class FileStream : public testing::Test {
  protected:
-  void SetUp() override {
-    dir_ = std::filesystem::temp_directory_path() / ("lumatrex_stream_test_" + std::to_string(getpid()));
-    std::filesystem::create_directories(dir_);
-  }
-  void TearDown() override { std::filesystem::remove_all(dir_); }
-  std::string Path(const char* name) const { return (dir_ / name).string(); }
-
+  std::string Path(const char* name) const { return dir_.filePath(name).toStdString(); }
   void WriteFile(const char* name, const Bytes& bytes) {
     TFileStream file(Path(name), fmCreate);
     file.WriteBuffer(bytes.data(), static_cast<std::int64_t>(bytes.size()));
   }
 
  private:
-  std::filesystem::path dir_;
+  QTemporaryDir dir_;
 };
 
 TEST_F(FileStream, CreateTruncatesAnExistingFileAndAReadOnlyStreamRefusesWrites) {
@@ -165,7 +134,8 @@ TEST_F(FileStream, MemoryStreamSavesToAndLoadsFromFiles) {
 
 // The file stream buffers its reads and writes: any mix of them, small and
 // larger than its buffer, at any position, must leave it (and the file) as a
-// memory stream given the same calls.
+// memory stream given the same calls. As the file's own seeks, sizes and
+// zero-filled gaps are the system's, this pins the memory stream as well.
 TEST_F(FileStream, BufferedCallsMatchAMemoryStream) {
   TMemoryStream memory;
   std::mt19937 random(8);
@@ -225,6 +195,145 @@ TEST_F(FileStream, AFailedWriteIsReportedWhenSmallOrLarge) {
   EXPECT_THROW(buffered.Flush(), EWriteError);
   TFileStream direct("/dev/full", fmOpenWrite);
   EXPECT_THROW(direct.WriteBuffer(large.data(), static_cast<std::int64_t>(large.size())), EWriteError);
+}
+
+// ---------------------------------------------------------------------------
+// Saving a whole file: a save either leaves the complete new file or keeps
+// the old one, says why in plain words, and never turns something that is not
+// a regular file into one.
+// ---------------------------------------------------------------------------
+
+Bytes Read(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+std::size_t EntryCount(const std::string& folder) {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
+
+// A folder on a 64 KiB tmpfs, unmounted at the end; empty when this process
+// may not mount (not root, or no mount rights in a container).
+class TSmallDisk {
+ public:
+  explicit TSmallDisk(const std::string& folder) : folder_(folder) {
+    mounted_ = mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=64k") == 0;
+  }
+  ~TSmallDisk() {
+    if (mounted_) umount(folder_.c_str());
+  }
+  bool Mounted() const { return mounted_; }
+
+ private:
+  std::string folder_;
+  bool mounted_ = false;
+};
+
+// The largest file this process may write, for the life of the object.
+class TFileSizeLimit {
+ public:
+  explicit TFileSizeLimit(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &saved_);
+    std::signal(SIGXFSZ, SIG_IGN);  // the write fails with EFBIG instead
+    rlimit limit = saved_;
+    limit.rlim_cur = bytes;
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~TFileSizeLimit() { setrlimit(RLIMIT_FSIZE, &saved_); }
+
+ private:
+  rlimit saved_{};
+};
+
+TEST(SaveBytesToFileAtomically, AFailedWriteKeepsTheOldFileAndSaysWhy) {
+  struct Case {
+    const char* name;
+    // Prepares the folder holding the file; false to skip the case here.
+    std::function<bool(const std::string& folder, std::function<void()> save)> run;
+    const char* reason;
+  };
+  const Case cases[] = {
+      {"disk full", [](const std::string& folder, std::function<void()> save) {
+         TSmallDisk disk(folder);
+         if (!disk.Mounted()) return false;
+         std::ofstream(folder + "/old.lmx") << "old drawing";
+         save();
+         return true;
+       }, "the disk is full"},
+      {"file size limit", [](const std::string& folder, std::function<void()> save) {
+         std::ofstream(folder + "/old.lmx") << "old drawing";
+         TFileSizeLimit limit(4096);
+         save();
+         return true;
+       }, "larger than this system allows"},
+  };
+  const Bytes big(200 * 1024, 0x5A);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    QTemporaryDir dir;
+    const std::string folder = dir.path().toStdString();
+    std::string message;
+    std::size_t entries = 0;
+    Bytes kept;
+    const bool ran = c.run(folder, [&] {
+      try {
+        SaveBytesToFileAtomically(folder + "/old.lmx", big);
+      } catch (const EWriteError& e) {
+        message = e.what();
+      }
+      kept = Read(folder + "/old.lmx");
+      entries = EntryCount(folder);
+    });
+    if (!ran) continue;
+    EXPECT_NE(message.find(c.reason), std::string::npos) << message;
+    EXPECT_NE(message.find("old.lmx"), std::string::npos) << message;
+    EXPECT_EQ(std::string(kept.begin(), kept.end()), "old drawing");
+    EXPECT_EQ(entries, 1u) << "a temporary file was left";
+  }
+}
+
+TEST(SaveBytesToFileAtomically, RefusesTargetsThatAreNotRegularFiles) {
+  struct Case {
+    const char* name;
+    std::function<bool(const std::string& path)> make;
+  };
+  const Case cases[] = {
+      {"FIFO", [](const std::string& p) { return mkfifo(p.c_str(), 0600) == 0; }},
+      {"device node", [](const std::string& p) { return mknod(p.c_str(), S_IFCHR | 0600, makedev(1, 3)) == 0; }},
+      {"folder", [](const std::string& p) { return mkdir(p.c_str(), 0700) == 0; }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    QTemporaryDir dir;
+    const std::string target = dir.path().toStdString() + "/target";
+    if (!c.make(target)) continue;  // device nodes need root
+    struct stat before {};
+    stat(target.c_str(), &before);
+    try {
+      SaveBytesToFileAtomically(target, Bytes{1, 2, 3});
+      ADD_FAILURE() << "saved";
+    } catch (const EFOpenError& e) {
+      EXPECT_NE(std::string(e.what()).find("not a regular file"), std::string::npos) << e.what();
+    }
+    struct stat after {};
+    stat(target.c_str(), &after);
+    EXPECT_EQ(after.st_mode, before.st_mode);
+    EXPECT_EQ(EntryCount(dir.path().toStdString()), 1u);
+  }
+}
+
+TEST(SaveBytesToFileAtomically, ReplacesTheFileBehindALinkAndKeepsItsMode) {
+  QTemporaryDir dir;
+  const std::string folder = dir.path().toStdString();
+  std::ofstream(folder + "/real.lmx") << "old";
+  chmod((folder + "/real.lmx").c_str(), 0640);
+  symlink("real.lmx", (folder + "/link.lmx").c_str());
+  SaveBytesToFileAtomically(folder + "/link.lmx", Bytes{'n', 'e', 'w'});
+  EXPECT_TRUE(std::filesystem::is_symlink(folder + "/link.lmx"));
+  EXPECT_EQ(Read(folder + "/real.lmx"), (Bytes{'n', 'e', 'w'}));
+  struct stat st {};
+  stat((folder + "/real.lmx").c_str(), &st);
+  EXPECT_EQ(st.st_mode & 07777, 0640u);
 }
 
 }  // namespace

@@ -1,21 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <ostream>
+#include <QMetaEnum>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "platform/bitmap.h"
-#include "platform/canvas.h"
+#include "platform/qt_interop.h"
 #include "ruler/ruler.h"
 #include "ruler/ruler_corner.h"
+#include "support/golden.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
-
-void PrintTo(const TRect& r, std::ostream* out) {
-  *out << "Rect(" << r.Left << "," << r.Top << "," << r.Right << "," << r.Bottom << ")";
-}
 
 namespace {
 
@@ -44,114 +40,9 @@ void Place(TRsRuler& ruler, TRulerDir dir, int length) {
   ruler.show();
 }
 
-// The pixel Depth pixels in from the ruler's tick edge, Along pixels along it.
-TColor PixelFromTickEdge(TBitmap& shot, TRulerDir dir, int along, int depth) {
-  switch (dir) {
-    case rdTop: return shot.Canvas().GetPixel(along, shot.Height() - 1 - depth);
-    case rdBottom: return shot.Canvas().GetPixel(along, depth);
-    case rdLeft: return shot.Canvas().GetPixel(shot.Width() - 1 - depth, along);
-    default: return shot.Canvas().GetPixel(depth, along);
-  }
-}
-
-struct TTick {
-  int at;      // pixel along the ruler
-  int length;  // pixels in tick colour, counted from the tick edge
-  friend bool operator==(const TTick&, const TTick&) = default;
-  friend std::ostream& operator<<(std::ostream& out, const TTick& t) {
-    return out << "{" << t.at << "," << t.length << "}";
-  }
-};
-
-// Every tick of the rendered ruler, in pixel order.
-std::vector<TTick> Ticks(TRsRuler& ruler) {
-  TBitmap shot = Rendered(ruler);
-  const TRulerDir dir = ruler.GetDirection();
-  const int along = IsHorizontal(dir) ? shot.Width() : shot.Height();
-  const TColor tick = ColorToRGB(ruler.GetTickColor());
-  std::vector<TTick> ticks;
-  for (int at = 0; at < along; ++at) {
-    int length = 0;
-    while (length < 33 && PixelFromTickEdge(shot, dir, at, length) == tick) ++length;
-    if (length > 0) ticks.push_back({at, length});
-  }
-  return ticks;
-}
-
-// The ticks at Columns, counted from the scale's origin: every fifth is long.
-std::vector<TTick> WithClassicLengths(const std::vector<int>& columns) {
-  std::vector<TTick> ticks;
-  for (std::size_t i = 0; i < columns.size(); ++i) ticks.push_back({columns[i], i % 5 == 0 ? 7 : 5});
-  return ticks;
-}
-
-std::vector<TTick> Head(std::vector<TTick> ticks, std::size_t count) {
-  ticks.resize(std::min(count, ticks.size()));
-  return ticks;
-}
-
-using TLabels = std::vector<std::pair<int, std::string>>;  // tick pixel, text
-
-// Compares the ruler's label band (everything but the 7 pixels of tick edge)
-// with Labels drawn onto a bare scale in the ruler's font: upright and hanging
-// 8 pixels above the bottom edge (rdTop) or below the top (rdBottom), or
-// reading upwards 8 pixels from the right (rdLeft) or left (rdRight) edge,
-// centred on their ticks.
-::testing::AssertionResult ShowsLabels(TRsRuler& ruler, const TLabels& labels) {
-  TBitmap shot = Rendered(ruler);
-  const int width = shot.Width(), height = shot.Height();
-  TBitmap expected(width, height, pf32bit);
-  TCanvas& canvas = expected.Canvas();
-  canvas.Brush().SetColor(ruler.GetScaleColor());
-  canvas.FillRect(Rect(0, 0, width, height));
-  const TRulerDir dir = ruler.GetDirection();
-  canvas.Font().Assign(ruler.Font());
-  canvas.Font().SetOrientation(IsHorizontal(dir) ? 0 : 900);
-  canvas.Font().SetColor(ruler.GetTickColor());
-  canvas.SetBkMode(bkTransparent);
-  for (const auto& [at, text] : labels) {
-    const TSize size = canvas.TextExtent(text);
-    switch (dir) {
-      case rdTop: canvas.TextOut(at - size.cx / 2, height - size.cy - 8, text); break;
-      case rdBottom: canvas.TextOut(at - size.cx / 2, 8, text); break;
-      case rdLeft: canvas.TextOut(width - size.cy - 8, at + size.cx / 2, text); break;
-      case rdRight: canvas.TextOut(8, at + size.cx / 2, text); break;
-    }
-  }
-  TRect band = Rect(0, 0, width, height);
-  if (dir == rdTop) band.Bottom -= 7;
-  if (dir == rdBottom) band.Top += 7;
-  if (dir == rdLeft) band.Right -= 7;
-  if (dir == rdRight) band.Left += 7;
-  for (int y = band.Top; y < band.Bottom; ++y) {
-    for (int x = band.Left; x < band.Right; ++x) {
-      if (shot.Canvas().GetPixel(x, y) != expected.Canvas().GetPixel(x, y)) {
-        return ::testing::AssertionFailure() << "label band differs first at (" << x << "," << y << ")";
-      }
-    }
-  }
-  return ::testing::AssertionSuccess();
-}
-
-// The pixels of A and B that differ, as the rectangle around them.
-TRect Differing(TBitmap& a, TBitmap& b, bool& inverted) {
-  TRect around = Rect(a.Width(), a.Height(), 0, 0);
-  inverted = true;
-  for (int y = 0; y < a.Height(); ++y) {
-    for (int x = 0; x < a.Width(); ++x) {
-      const TColor pa = a.Canvas().GetPixel(x, y), pb = b.Canvas().GetPixel(x, y);
-      if (pa == pb) continue;
-      inverted = inverted && pb == (~pa & 0xFFFFFF);
-      around = Rect(std::min(around.Left, x), std::min(around.Top, y), std::max(around.Right, x + 1),
-                    std::max(around.Bottom, y + 1));
-    }
-  }
-  return around.Left < around.Right ? around : TRect{};
-}
-
-bool SamePicture(TBitmap& a, TBitmap& b) {
-  bool inverted = false;
-  return Differing(a, b, inverted) == TRect{};
+// The rendered ruler against its picture in tests/data/ruler.
+::testing::AssertionResult LooksLike(TCustomControl& control, const std::string& name) {
+  return test::MatchesGoldenPicture(ToQImage(Rendered(control)), "ruler/" + name + ".png");
 }
 
 // ---------------------------------------------------------------------------
@@ -182,49 +73,42 @@ TEST(TRsRuler, IgnoresValuesThatWouldBreakTheScale) {
   EXPECT_EQ(ruler.GetMyLongTick(), 5);
   EXPECT_EQ(ruler.GetMyShortTick(), 1);
   // and the scale still paints (a zero scale or period would never end the tick walk)
-  EXPECT_EQ(Head(Ticks(ruler), 3), WithClassicLengths({0, 7, 15}));
+  EXPECT_TRUE(LooksLike(ruler, "edge_top"));
 }
 
 // ---------------------------------------------------------------------------
 // TRsRuler: ticks
 // ---------------------------------------------------------------------------
 
+// A tick every two advances of the unit, on the truncated pixel, every fifth
+// long; the picture names say where the first ticks fall.
 TEST(TRsRuler, TicksFallOnTheTruncatedMultiplesOfTwiceTheAdvance) {
   struct Case {
-    const char* name;
+    const char* picture;
     TRulerUnit unit;
     int previousScale;  // set before Scale, for multiplier carry-over
     int scale;
-    std::vector<int> columns;  // of the first eleven ticks
+    int length;
   };
-  const std::vector<int> kMetricPitch = {0, 7, 15, 22, 30, 37, 45, 52, 60, 68, 75};  // 7.56 px: 2 mm at 96 ppi
   const Case cases[] = {
-      {"mm at 100", ruMilli, 100, 100, kMetricPitch},
-      {"inch at 400", ruInch, 100, 400, {0, 19, 38, 57, 76, 96, 115, 134, 153, 172, 192}},
-      {"pixel at 50", ruPixel, 100, 50, {0, 10, 20, 30, 40, 50, 60, 70, 80, 90, 100}},
-      {"mm at 150, inside a step range", ruMilli, 100, 150, {0, 5, 11, 17, 22, 28, 34, 39, 45, 51, 56}},
-      {"mm at 2000 keeps the finest step", ruMilli, 1000, 2000, {0, 15, 30, 45, 60, 75, 90, 105, 120, 136, 151}},
-      {"mm at 2000 keeps the unit step", ruMilli, 100, 2000, {0, 151, 302}},
-      {"none like mm", ruNone, 100, 50, kMetricPitch}};
+      {"ticks_mm_at_100: 0 7 15 22 30 37 45 52 60 68 75 (7.56 px: 2 mm at 96 ppi)", ruMilli, 100, 100, 400},
+      {"ticks_inch_at_400: 0 19 38 57 76 96 115 134 153 172 192", ruInch, 100, 400, 400},
+      {"ticks_pixel_at_50: 0 10 20 30 40 50 60 70 80 90 100", ruPixel, 100, 50, 400},
+      {"ticks_mm_at_150_inside_a_step_range: 0 5 11 17 22 28 34 39 45 51 56", ruMilli, 100, 150, 400},
+      {"ticks_mm_at_2000_keeps_the_finest_step: 0 15 30 45 60 75 90 105 120 136 151", ruMilli, 1000, 2000, 400},
+      {"ticks_mm_at_2000_keeps_the_unit_step: 0 151 302", ruMilli, 100, 2000, 400},
+      {"ticks_none_like_mm: 0 7 15 22 30 37 45 52 60 68 75", ruNone, 100, 50, 400},
+      // 254 mm at 70 per cent is exactly 672 pixels; computed, it comes out a hair below.
+      {"ticks_on_a_whole_pixel_keep_it: the 128th at 672", ruMilli, 100, 70, 700}};
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
     TRsRuler ruler;
-    Place(ruler, rdTop, 400);
+    Place(ruler, rdTop, c.length);
     ruler.SetUnit(c.unit);
     ruler.SetScale(c.previousScale);
     ruler.SetScale(c.scale);
-    EXPECT_EQ(Head(Ticks(ruler), c.columns.size()), WithClassicLengths(c.columns));
+    const std::string picture = c.picture;
+    EXPECT_TRUE(LooksLike(ruler, picture.substr(0, picture.find(':'))));
   }
-}
-
-TEST(TRsRuler, ATickOnAWholePixelKeepsItsPixel) {
-  // 254 mm at 70 per cent is exactly 672 pixels; computed, it comes out a hair below.
-  TRsRuler ruler;
-  Place(ruler, rdTop, 700);
-  ruler.SetScale(70);
-  const std::vector<TTick> ticks = Ticks(ruler);
-  ASSERT_GE(ticks.size(), 129u);
-  EXPECT_EQ(ticks[127], (TTick{672, 5}));
 }
 
 TEST(TRsRuler, LongAndShortTicksFollowTheirPeriods) {
@@ -232,33 +116,24 @@ TEST(TRsRuler, LongAndShortTicksFollowTheirPeriods) {
   Place(ruler, rdTop, 200);
   ruler.setMyLongTick(4);
   ruler.setMyShortTick(2);
-  EXPECT_EQ(Head(Ticks(ruler), 5), (std::vector<TTick>{{0, 7}, {15, 5}, {30, 7}, {45, 5}, {60, 7}}));
-  EXPECT_TRUE(ShowsLabels(ruler, {{60, "16"}, {120, "32"}, {181, "48"}}));
+  EXPECT_TRUE(LooksLike(ruler, "long_every_4_short_every_2"));
   ruler.setMyLongTick(1);
-  EXPECT_EQ(Head(Ticks(ruler), 3), (std::vector<TTick>{{0, 7}, {7, 7}, {15, 7}}));
+  EXPECT_TRUE(LooksLike(ruler, "long_every_1"));
 }
 
 // ---------------------------------------------------------------------------
 // TRsRuler: the four edges, both counting directions
 // ---------------------------------------------------------------------------
 
+// Ticks on the edge, labels beside them, counted from the far end when reversed.
 TEST(TRsRuler, EveryEdgePutsTicksOnItAndLabelsBesideThemCountingEitherWay) {
-  for (const TRulerDir dir : {rdTop, rdBottom, rdLeft, rdRight})
+  const std::pair<TRulerDir, const char*> edges[] = {{rdTop, "top"}, {rdBottom, "bottom"}, {rdLeft, "left"}, {rdRight, "right"}};
+  for (const auto& [dir, edge] : edges)
     for (const TRulerScaleDir scaleDir : {rsdNormal, rsdReverse}) {
-      SCOPED_TRACE(static_cast<int>(dir) * 10 + static_cast<int>(scaleDir));
       TRsRuler ruler;
       Place(ruler, dir, 200);
       ruler.SetScaleDir(scaleDir);
-      std::vector<TTick> ticks = Ticks(ruler);
-      if (scaleDir == rsdReverse) {
-        // Counted from the far end; the origin tick itself, at pixel 200, lies outside.
-        std::reverse(ticks.begin(), ticks.end());
-        EXPECT_EQ(Head(ticks, 6), (std::vector<TTick>{{192, 5}, {184, 5}, {177, 5}, {169, 5}, {162, 7}, {154, 5}}));
-        EXPECT_TRUE(ShowsLabels(ruler, {{124, "20"}, {48, "40"}}));
-      } else {
-        EXPECT_EQ(Head(ticks, 6), WithClassicLengths({0, 7, 15, 22, 30, 37}));
-        EXPECT_TRUE(ShowsLabels(ruler, {{75, "20"}, {151, "40"}}));
-      }
+      EXPECT_TRUE(LooksLike(ruler, std::string("edge_") + edge + (scaleDir == rsdReverse ? "_reverse" : "")));
     }
 }
 
@@ -266,42 +141,28 @@ TEST(TRsRuler, EveryEdgePutsTicksOnItAndLabelsBesideThemCountingEitherWay) {
 // TRsRuler: label texts
 // ---------------------------------------------------------------------------
 
-TLabels AtMetricTicks(std::vector<std::string> texts) {
-  const int at[] = {75, 151, 226, 302, 377};
-  TLabels labels;
-  for (std::size_t i = 0; i < texts.size(); ++i) labels.push_back({at[i], texts[i]});
-  return labels;
-}
-
-TLabels AtPixelTicks(std::vector<std::string> texts) {
-  TLabels labels;
-  for (std::size_t i = 0; i < texts.size(); ++i) labels.push_back({100 * static_cast<int>(i + 1), texts[i]});
-  return labels;
-}
-
+// A label every tenth tick, centred on it; the texts each picture shows follow the colon.
 TEST(TRsRuler, LabelsShowTheScaleValueAtEveryTenthTick) {
   struct Case {
-    const char* name;
+    const char* picture;
     TRulerUnit unit;
     int scale;
     double offset;
     bool showMinus;
-    TLabels labels;
   };
   const Case cases[] = {
-      {"mm at 50", ruMilli, 50, 0, true, AtMetricTicks({"40", "80", "120", "160", "200"})},
-      {"cm at 400: half centimetres", ruCenti, 400, 0, true, AtMetricTicks({"0.5", "1", "1.5", "2", "2.5"})},
-      {"km below a hundredth reads 0", ruKilo, 100, 0, true, AtMetricTicks({"0", "0", "0", "0", "0"})},
-      {"inch at 150", ruInch, 150, 0, true, {{144, "1"}, {288, "2"}}},
-      {"pixel at 100: last label on the end pixel", ruPixel, 100, 0, true, AtPixelTicks({"100", "200", "300", "400"})},
-      {"pixel half rounds to even, down", ruPixel, 100, 2.5, true, AtPixelTicks({"102", "202", "302", "402"})},
-      {"none has no labels", ruNone, 100, 0, true, {}},
-      {"offset shifts values, not ticks", ruMilli, 100, 5, true, AtMetricTicks({"25", "45", "65", "85", "105"})},
-      {"fractional offset: two decimals", ruMilli, 100, 0.333, true,
-       AtMetricTicks({"20.33", "40.33", "60.33", "80.33", "100.33"})},
-      {"negative offset keeps signs", ruMilli, 100, -50, true, AtMetricTicks({"-30", "-10", "10", "30", "50"})},
-      {"without ShowMinus: absolute values", ruMilli, 100, -50, false, AtMetricTicks({"30", "10", "10", "30", "50"})},
-      {"rounding to zero has no sign", ruMeter, 100, -0.021, true, AtMetricTicks({"0", "0.02", "0.04", "0.06", "0.08"})}};
+      {"labels_mm_at_50: 40 80 120 160 200", ruMilli, 50, 0, true},
+      {"labels_cm_at_400: 0.5 1 1.5 2 2.5", ruCenti, 400, 0, true},
+      {"labels_km_below_a_hundredth: 0 0 0 0 0", ruKilo, 100, 0, true},
+      {"labels_inch_at_150: 1 2", ruInch, 150, 0, true},
+      {"labels_pixel_last_on_the_end_pixel: 100 200 300 400", ruPixel, 100, 0, true},
+      {"labels_pixel_half_rounds_to_even: 102 202 302 402", ruPixel, 100, 2.5, true},
+      {"labels_none: no labels", ruNone, 100, 0, true},
+      {"labels_offset_shifts_values_not_ticks: 25 45 65 85 105", ruMilli, 100, 5, true},
+      {"labels_fractional_offset: 20.33 40.33 60.33 80.33 100.33", ruMilli, 100, 0.333, true},
+      {"labels_negative_offset: -30 -10 10 30 50", ruMilli, 100, -50, true},
+      {"labels_without_show_minus: 30 10 10 30 50", ruMilli, 100, -50, false},
+      {"labels_rounding_to_zero_has_no_sign: 0 0.02 0.04 0.06 0.08", ruMeter, 100, -0.021, true}};
   for (const Case& c : cases) {
     TRsRuler ruler;
     Place(ruler, rdTop, 400);
@@ -309,7 +170,8 @@ TEST(TRsRuler, LabelsShowTheScaleValueAtEveryTenthTick) {
     ruler.SetScale(c.scale);
     ruler.SetOffset(c.offset);
     ruler.SetShowMinus(c.showMinus);
-    EXPECT_TRUE(ShowsLabels(ruler, c.labels)) << c.name;
+    const std::string picture = c.picture;
+    EXPECT_TRUE(LooksLike(ruler, picture.substr(0, picture.find(':'))));
   }
 }
 
@@ -318,47 +180,26 @@ TEST(TRsRuler, PaintsInItsColoursWithARaisedEdgeUnlessFlat) {
   Place(ruler, rdTop, 200);
   ruler.SetScaleColor(clYellow);
   ruler.SetTickColor(clBlue);
-  EXPECT_EQ(Head(Ticks(ruler), 2), WithClassicLengths({0, 7}));
-  EXPECT_TRUE(ShowsLabels(ruler, {{75, "20"}, {151, "40"}}));
-
+  EXPECT_TRUE(LooksLike(ruler, "blue_on_yellow_flat"));
   ruler.SetFlat(false);
-  TBitmap raised = Rendered(ruler);
-  EXPECT_EQ(raised.Canvas().GetPixel(100, 0), ColorToRGB(clBtnHighlight));
-  EXPECT_EQ(raised.Canvas().GetPixel(0, 10), ColorToRGB(clBtnHighlight));
-  EXPECT_EQ(raised.Canvas().GetPixel(199, 10), ColorToRGB(clBtnShadow));
-  EXPECT_EQ(raised.Canvas().GetPixel(101, 32), ColorToRGB(clBtnShadow));
-  EXPECT_EQ(raised.Canvas().GetPixel(100, 5), clYellow);
+  EXPECT_TRUE(LooksLike(ruler, "blue_on_yellow_raised"));
 }
 
 // ---------------------------------------------------------------------------
 // TRsRuler: scale arithmetic
 // ---------------------------------------------------------------------------
 
+// The scale value under a pixel, for the settings of each row of
+// tests/data/ruler/pos2unit.txt.
 TEST(TRsRuler, Pos2UnitGivesTheScaleValueUnderAPixel) {
-  struct Case {
-    const char* name;
-    TRulerUnit unit;
-    int scale;
-    double offset;
-    TRulerScaleDir scaleDir;
-    int pos;
-    double value;
-  };
-  const Case cases[] = {{"an inch in mm", ruMilli, 100, 0, rsdNormal, 96, 25.4},
-                        {"inch at 50", ruInch, 50, 0, rsdNormal, 96, 2},
-                        {"offset added", ruMilli, 100, 10, rsdNormal, 96, 35.4},
-                        {"pixel truncates position and offset", ruPixel, 200, 2.9, rsdNormal, 101, 52},
-                        {"pixel truncates a negative offset toward 0", ruPixel, 200, -2.9, rsdNormal, 101, 48},
-                        {"none gives unscaled pixels", ruNone, 200, 1, rsdNormal, 101, 51.5},
-                        {"reverse counts from the far end", ruMilli, 100, 0, rsdReverse, 104, 25.4},
-                        {"reverse: the far end is the offset", ruMilli, 100, 7, rsdReverse, 200, 7}};
-  for (const Case& c : cases) {
+  const QMetaEnum units = QMetaEnum::fromType<TRulerUnit>(), directions = QMetaEnum::fromType<TRulerScaleDir>();
+  for (const std::vector<std::string>& row : test::DataTable("ruler/pos2unit.txt")) {
     TRsRuler ruler;  // 200 pixels long
-    ruler.SetUnit(c.unit);
-    ruler.SetScale(c.scale);
-    ruler.SetOffset(c.offset);
-    ruler.SetScaleDir(c.scaleDir);
-    EXPECT_NEAR(ruler.Pos2Unit(c.pos), c.value, 1e-12) << c.name;
+    ruler.SetUnit(static_cast<TRulerUnit>(units.keyToValue(row[0].c_str())));
+    ruler.SetScale(std::stoi(row[1]));
+    ruler.SetOffset(std::stod(row[2]));
+    ruler.SetScaleDir(static_cast<TRulerScaleDir>(directions.keyToValue(row[3].c_str())));
+    EXPECT_NEAR(ruler.Pos2Unit(std::stoi(row[4])), std::stod(row[5]), 1e-12) << row[0] << " at " << row[4];
   }
 }
 
@@ -381,42 +222,34 @@ TEST(TRsRuler, ConvertOffsetKeepsTheOriginsLengthWhenUnitsChange) {
 // TRsRuler: the hair line
 // ---------------------------------------------------------------------------
 
+// At position 50 on a 200-pixel ruler the hair line inverts the pixels its
+// picture's name says; drawn a second time it erases itself, and moved it
+// leaves what a repaint gives.
 TEST(TRsRuler, TheHairLineInvertsItsPixelsAndErasesItselfWhenMoved) {
-  struct Case {
-    const char* name;
-    TRulerDir dir;
-    TRulerScaleDir scaleDir;
-    THairLineStyle style;
-    TRect inverted;  // at position 50 on a 200-pixel ruler
-  };
+  struct Case { const char* picture; TRulerDir dir; TRulerScaleDir scaleDir; THairLineStyle style; };
   const Case cases[] = {
-      {"line across a top ruler", rdTop, rsdNormal, hlsLine, Rect(50, 0, 51, 33)},
-      {"line ignores the counting direction", rdBottom, rsdReverse, hlsLine, Rect(50, 0, 51, 33)},
-      {"rect from the far end when reversed", rdTop, rsdReverse, hlsRect, Rect(50, 0, 200, 33)},
-      {"rect down a right ruler", rdRight, rsdNormal, hlsRect, Rect(0, 0, 33, 51)}};
-
+      {"hair_line_inverts_column_50_across_a_top_ruler", rdTop, rsdNormal, hlsLine},
+      {"hair_line_inverts_column_50_whatever_the_counting_direction", rdBottom, rsdReverse, hlsLine},
+      {"hair_rect_inverts_from_50_to_the_far_end_when_reversed", rdTop, rsdReverse, hlsRect},
+      {"hair_rect_inverts_rows_0_to_50_down_a_right_ruler", rdRight, rsdNormal, hlsRect}};
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+    SCOPED_TRACE(c.picture);
     TRsRuler ruler;
     Place(ruler, c.dir, 200);
     ruler.SetScaleDir(c.scaleDir);
     ruler.SetHairLineStyle(c.style);
     ruler.SetHairLine(true);
-    TBitmap bare = Rendered(ruler);
+    const QImage bare = ToQImage(Rendered(ruler));
     ruler.SetHairLinePos(50);
-    TBitmap drawn = OnScreen(ruler);
-    bool inverted = false;
-    EXPECT_EQ(Differing(bare, drawn, inverted), c.inverted);
-    EXPECT_TRUE(inverted);
+    const QImage drawn = ToQImage(OnScreen(ruler));
+    EXPECT_TRUE(test::MatchesGoldenPicture(drawn, std::string("ruler/") + c.picture + ".png"));
     ruler.SetHairLinePos(-1);  // draws it a second time
-    TBitmap erased = OnScreen(ruler);
-    EXPECT_TRUE(SamePicture(erased, bare));
+    EXPECT_TRUE(ToQImage(OnScreen(ruler)) == bare);
     ruler.SetHairLinePos(50);
     ruler.SetHairLinePos(80);
-    TBitmap moved = OnScreen(ruler);
-    TBitmap repainted = Rendered(ruler);
-    EXPECT_TRUE(SamePicture(moved, repainted));
-    EXPECT_FALSE(SamePicture(moved, drawn));
+    const QImage moved = ToQImage(OnScreen(ruler));
+    EXPECT_TRUE(moved == ToQImage(Rendered(ruler)));
+    EXPECT_FALSE(moved == drawn);
   }
 }
 
@@ -442,22 +275,12 @@ TEST(TRsRulerCorner, DrawsTheUnitOnTheLabelRowOfItsRuler) {
   TRsRulerCorner corner;
   corner.SetFlat(true);
   corner.SetUnit(ruCenti);
-  corner.show();
-  EXPECT_EQ(SizeOf(corner), std::pair(33, 33));
-  for (const TCornerPos position : {cpLeftTop, cpRightTop, cpLeftBottom, cpRightBottom}) {
+  corner.show();  // 33 x 33, as its pictures are
+  const std::pair<TCornerPos, const char*> positions[] = {
+      {cpLeftTop, "top"}, {cpRightTop, "top"}, {cpLeftBottom, "bottom"}, {cpRightBottom, "bottom"}};
+  for (const auto& [position, row] : positions) {
     corner.SetPosition(position);
-    TBitmap shot = Rendered(corner);
-    TBitmap expected(33, 33, pf32bit);
-    TCanvas& canvas = expected.Canvas();
-    canvas.Brush().SetColor(corner.GetScaleColor());
-    canvas.FillRect(Rect(0, 0, 33, 33));
-    canvas.Font().Assign(corner.Font());
-    canvas.Font().SetColor(corner.GetTickColor());
-    canvas.SetBkMode(bkTransparent);
-    const TSize size = canvas.TextExtent("cm");
-    const bool top = position == cpLeftTop || position == cpRightTop;
-    canvas.TextOut((33 - size.cx) / 2, top ? 33 - size.cy - 8 : 8, "cm");
-    EXPECT_TRUE(SamePicture(shot, expected)) << static_cast<int>(position);
+    EXPECT_TRUE(LooksLike(corner, std::string("corner_cm_") + row));
   }
 }
 

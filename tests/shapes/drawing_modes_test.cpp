@@ -1,8 +1,11 @@
+// The markers drawn over shapes: handle squares, link crosses, the text-point
+// diamond and the info text, each against its picture in tests/data/shapes.
 #include <gtest/gtest.h>
+
+#include <functional>
 
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
-#include "platform/hooks.h"
 #include "shapes/drawing_modes.h"
 #include "shapes/fake_owner.h"
 #include "shapes/sheet.h"
@@ -12,97 +15,59 @@ namespace {
 
 using test::TFakeOwner;
 
-// A white 64 x 64 picture to draw markers on, its brush solid white.
-struct TSheet : test::TSheet {
-  TSheet() { canvas().Brush().SetStyle(bsSolid); }
-};
-
-TEST(DrawSquare, GroupMembersGetHalfTheSizeAndLockedShapesAGreySquare) {
-  TFakeOwner owner;
-  TMyShape shape(&owner);
-  shape.ParentId = 0;
-  shape.StoreLocked(true);
-  TSheet sheet;
-  DrawSquare(shape, sheet.canvas(), {20, 20});
-  EXPECT_EQ(sheet.inked(), 16);
-  EXPECT_EQ(sheet.at(19, 19), 0x808080);
-}
-
-TEST(DrawSquare, WhileRotatingTopLevelShapesGetCirclesAndFixedShapesNothing) {
-  TFakeOwner owner;
-  owner.action = dtRotating;
-  TMyShape shape(&owner);
-  TSheet circle;
-  DrawSquare(shape, circle.canvas(), {20, 20});
-  EXPECT_EQ(circle.at(16, 16), clWhite);  // the corner of the box stays free
-  EXPECT_EQ(circle.at(20, 20), GetHotColor());
-  shape.SetRotateEnable(false);
-  TSheet none;
-  DrawSquare(shape, none.canvas(), {20, 20});
-  EXPECT_EQ(none.inked(), 0);
-}
-
-TEST(DrawLinkSquare, IsABlueCrossOfTwoRoundedStrokes) {
-  TSheet sheet;
-  DrawLinkSquare(sheet.canvas(), {10, 10});  // strokes (7.5 -> 8) to (12.5 -> 12)
-  EXPECT_EQ(sheet.at(8, 8), clBlue);
-  EXPECT_EQ(sheet.at(11, 11), clBlue);
-  EXPECT_EQ(sheet.at(12, 12), clWhite);  // the end pixel of LineTo is left out
-  EXPECT_EQ(sheet.at(12, 8), clBlue);
-  EXPECT_EQ(sheet.inked(), 7);  // the strokes share their middle pixel
-}
-
-TEST(DrawDiamond, NeedsInfoTextAndUsesTheFullHotSize) {
-  TFakeOwner owner;
-  TMyShape shape(&owner);
-  TSheet empty;
-  DrawDiamond(shape, empty.canvas(), {20, 20}, clYellow);
-  EXPECT_EQ(empty.inked(), 0);
-  shape.SetInfo("label");
-  TSheet sheet;
-  sheet.canvas().Pen().SetColor(clRed);
-  DrawDiamond(shape, sheet.canvas(), {20, 20}, clYellow);
-  EXPECT_EQ(sheet.at(16, 20), clRed);
-  EXPECT_EQ(sheet.at(20, 16), clRed);
-  EXPECT_EQ(sheet.at(17, 17), clWhite);
-}
-
-TEST(SetDrawShapeMode, OnAMonochromePrinterColoursBecomeGreyLevels) {
-  TFakeOwner owner;
-  TMyShape shape(&owner);
-  shape.Pen().SetColor(RGB(30, 60, 91));
-  shape.Brush().SetColor(RGB(255, 0, 0));
-  shape.Brush().SetStyle(bsClear);
-  TSheet sheet;
-  PlatformHooks().IsPrinterCanvas = [&](const TCanvas& c) { return &c == &sheet.canvas(); };
-  PlatformHooks().PrinterNumColors = [] { return 2; };
-  SetDrawShapeMode(shape, sheet.canvas());
-  PlatformHooks().IsPrinterCanvas = nullptr;
-  PlatformHooks().PrinterNumColors = nullptr;
-  EXPECT_EQ(sheet.canvas().Pen().Color(), RGB(60, 60, 60));
-  EXPECT_EQ(sheet.canvas().Brush().Color(), RGB(85, 85, 85));
-  EXPECT_EQ(sheet.canvas().Brush().Style(), bsClear);
-  EXPECT_EQ(sheet.canvas().Pen().Mode(), pmCopy);
-}
-
-TEST(DrawInfo, InfoWinsOverMultiInfoAndCaptionShowOffDrawsNothing) {
-  TFakeOwner owner;
-  TMyShape alone(&owner), both(&owner);
-  for (TMyShape* s : {&alone, &both}) {
-    s->TextoutPoint = {32, 32};
-    s->SetInfo("A");
+TEST(Markers, EachMarkerDrawsExactlyItsPicture) {
+  using TDraw = std::function<void(TFakeOwner&, TMyShape&, TCanvas&)>;
+  struct Case { const char* picture; TDraw draw; };
+  const Case cases[] = {
+      {"marker_half_size_grey_square_of_a_locked_group_member", [](TFakeOwner&, TMyShape& s, TCanvas& c) {
+         s.ParentId = 0;
+         s.StoreLocked(true);
+         DrawSquare(s, c, {20, 20});
+       }},
+      {"marker_circle_while_rotating", [](TFakeOwner& o, TMyShape& s, TCanvas& c) {
+         o.action = dtRotating;
+         DrawSquare(s, c, {20, 20});
+       }},
+      {"marker_none", [](TFakeOwner& o, TMyShape& s, TCanvas& c) {  // a shape that may not turn
+         o.action = dtRotating;
+         s.SetRotateEnable(false);
+         DrawSquare(s, c, {20, 20});
+       }},
+      // Strokes from (7.5 -> 8) to (12.5 -> 12), without their end pixels.
+      {"marker_blue_link_cross", [](TFakeOwner&, TMyShape&, TCanvas& c) { DrawLinkSquare(c, {10, 10}); }},
+      {"marker_none", [](TFakeOwner&, TMyShape& s, TCanvas& c) { DrawDiamond(s, c, {20, 20}, clYellow); }},  // no info
+      {"marker_diamond_of_the_full_hot_size", [](TFakeOwner&, TMyShape& s, TCanvas& c) {
+         s.SetInfo("label");
+         c.Pen().SetColor(clRed);
+         DrawDiamond(s, c, {20, 20}, clYellow);
+       }},
+      {"marker_info_A", [](TFakeOwner&, TMyShape& s, TCanvas& c) {
+         s.TextoutPoint = {32, 32};
+         s.SetInfo("A");
+         s.DrawInfo(c);
+       }},
+      {"marker_info_A", [](TFakeOwner&, TMyShape& s, TCanvas& c) {  // the info wins over the lines
+         s.TextoutPoint = {32, 32};
+         s.SetInfo("A");
+         s.SetMultiInfo({"one", "two", "three"});
+         s.DrawInfo(c);
+       }},
+      {"marker_none", [](TFakeOwner&, TMyShape& s, TCanvas& c) {
+         s.TextoutPoint = {32, 32};
+         s.SetInfo("A");
+         s.SetCaptionShow(false);
+         s.DrawInfo(c);
+       }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.picture);
+    TFakeOwner owner;
+    TMyShape shape(&owner);
+    test::TSheet sheet;
+    sheet.canvas().Brush().SetStyle(bsSolid);
+    c.draw(owner, shape, sheet.canvas());
+    EXPECT_TRUE(sheet.LooksLike(c.picture));
   }
-  both.SetMultiInfo({"one", "two", "three"});
-  TSheet a, b;
-  alone.DrawInfo(a.canvas());
-  both.DrawInfo(b.canvas());
-  EXPECT_GT(a.inked(), 0);
-  for (int y = 0; y < 64; ++y)
-    for (int x = 0; x < 64; ++x) ASSERT_EQ(a.at(x, y), b.at(x, y));
-  both.SetCaptionShow(false);
-  TSheet none;
-  both.DrawInfo(none.canvas());
-  EXPECT_EQ(none.inked(), 0);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// A stand-in for the canvas: the view values a shape reads, a shape list for
-// group lookups, and counters of the calls a shape makes.
+// A stand-in for the canvas: the view values a shape reads (fixed where no
+// test varies them) and a shape list for group lookups.
 #pragma once
 
 #include <memory>
@@ -14,7 +14,7 @@ class TFakeOwner : public TMyShapeOwner {
  public:
   explicit TFakeOwner(double zoomFactor = 1.0) : zoom(zoomFactor) {}
   double GetZoom() const override { return zoom; }
-  std::uint8_t GetHotSize() const override { return hotSize; }
+  std::uint8_t GetHotSize() const override { return 4; }
   TUnits GetTheUNIT() const override { return unit; }
   double GetRatio() const override { return ratio; }
   TXYMode GetXYMode() const override { return xyMode; }
@@ -22,22 +22,22 @@ class TFakeOwner : public TMyShapeOwner {
   std::int32_t GetControlHeight() const override { return height; }
   TActionTools GetActionTool() const override { return action; }
   bool GetHotShow() const override { return hotShow; }
-  bool GetShowHotLink() const override { return showHotLink; }
+  bool GetShowHotLink() const override { return true; }
   const TPen& GetPen() const override { return pen; }
   const TBrush& GetBrush() const override { return brush; }
   const TFont& GetFont() const override { return font; }
-  std::int32_t GetArrowAngle() const override { return arrowAngle; }
-  std::uint8_t GetArrowLength() const override { return arrowLength; }
-  std::uint8_t GetArrowOffset() const override { return arrowOffset; }
-  TArrowStyle GetArrowStyle() const override { return arrowStyle; }
+  std::int32_t GetArrowAngle() const override { return 30; }
+  std::uint8_t GetArrowLength() const override { return 10; }
+  std::uint8_t GetArrowOffset() const override { return 0; }
+  TArrowStyle GetArrowStyle() const override { return ALeft; }
   bool GetDragEnable() const override { return false; }
   bool GetResizeEnable() const override { return false; }
-  bool GetRotateEnable() const override { return rotateEnable; }
+  bool GetRotateEnable() const override { return true; }
   TPenStyleJoinType GetPenStyleJoinType() const override { return psjtBEVEL; }
   TPenStyleEndCapType GetPenStyleEndCapType() const override { return psectFLAT; }
   const std::string& GetDiskFileVersion() const override { return version; }
-  void Repaint() override { ++repaints; }
-  bool IsUpdating() const override { return updating; }
+  void Repaint() override {}
+  bool IsUpdating() const override { return false; }
   TMyShape* GetShapeByNo(std::int32_t no) const override {
     return no >= 0 && no < static_cast<int>(shapes.size()) ? shapes[static_cast<std::size_t>(no)].get() : nullptr;
   }
@@ -67,7 +67,6 @@ class TFakeOwner : public TMyShapeOwner {
 
   std::string version = "XP.j";
   double zoom = 1.0;
-  std::uint8_t hotSize = 4;
   TUnits unit = mm;
   double ratio = 1.0;
   TXYMode xyMode = Mode0;
@@ -75,18 +74,10 @@ class TFakeOwner : public TMyShapeOwner {
   std::int32_t height = 100;
   TActionTools action = dtSelecting;
   bool hotShow = true;
-  bool showHotLink = true;
-  bool rotateEnable = true;
-  bool updating = false;
-  std::int32_t arrowAngle = 30;
-  std::uint8_t arrowLength = 10;
-  std::uint8_t arrowOffset = 0;
-  TArrowStyle arrowStyle = ALeft;
   TPen pen;
   TBrush brush;
   TFont font;
   std::vector<std::unique_ptr<TMyShape>> shapes;
-  int repaints = 0;
 };
 
 // A shape of kind T owned by Owner, with Points and the centre they give.

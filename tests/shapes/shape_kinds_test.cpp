@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
+#include <cstring>
 #include <memory>
 #include <string>
-#include <tuple>
 
 #include "persistence/stream_io.h"
 #include "platform/canvas.h"
@@ -24,7 +23,6 @@
 namespace lumatrex {
 namespace {
 
-using test::BaseRecord;
 using test::TBytes;
 using test::TFakeOwner;
 using test::TRecordBytes;
@@ -41,14 +39,6 @@ TBytes TailAfter(const TBytes& whole, const TBytes& parent) {
   EXPECT_GE(whole.size(), parent.size());
   EXPECT_TRUE(std::equal(parent.begin(), parent.end(), whole.begin())) << "the parent record comes first";
   return TBytes(whole.begin() + static_cast<std::ptrdiff_t>(std::min(parent.size(), whole.size())), whole.end());
-}
-
-// Loads Bytes into Shape as a record of Version; the bytes left over.
-std::int64_t Load(TMyShape& shape, TFakeOwner& owner, const std::string& version, const TBytes& bytes) {
-  owner.version = version;
-  TMemoryStream stream(bytes);
-  shape.LoadFromStream(stream);
-  return stream.Remaining();
 }
 
 TBitmap Picture() {
@@ -88,13 +78,6 @@ void Customize(TMyShape& shape) {
     stroke->SetArrowLength(77);
     stroke->SetArrowOffset(2);
     stroke->SetArrowStyle(ARight);
-  }
-  if (auto* link = dynamic_cast<TMyLinkLine*>(&shape)) {
-    link->SetStartSpNo(4);
-    link->SetStartSpPtId(2);
-    link->SetEndSpNo(7);
-    link->SetEndSpPtId(0);
-    link->SetLinkLineDrawStyle(lldsVH);
   }
 }
 
@@ -157,93 +140,26 @@ TEST(ShapeKindRecord, ConnectorsWriteTheLineRecordThenTheirEnds) {
 }
 
 // ---------------------------------------------------------------------------
-// Records as read, by version (the golden drawings of every version read the
-// text and connector tails; here the image's odd fields)
+// Creation by drawing tool
 
-TEST(ShapeKindRecord, AnImageRecordWithoutABitmapEmptiesItAndOnlyTheModesLowByteCounts) {
-  TFakeOwner owner;
-  TMyImage image(&owner);
-  image.Bitmap() = Picture();
-  const TBytes tail = TRecordBytes().i64(0).i32(-7).i32(4).u8(1).u8(1).u8(1).i32(0x654321).i32(0x7F01).bytes;
-  EXPECT_EQ(Load(image, owner, "XP.i", TRecordBytes(BaseRecord("XP.i")).append(tail).bytes), 0);
-  EXPECT_TRUE(image.Bitmap().Empty());
-  EXPECT_EQ(std::tuple(image.GetBrightness(), image.GetContrast(), image.GetTransparentColor(), image.GetTransparentMode()),
-            std::tuple(-7, 4, TColor{0x654321}, tmFixed));
-}
-
-// ---------------------------------------------------------------------------
-// Copies
-
-TEST(ShapeKindAssign, CopiesTheKindsOwnFieldsAfterTheBase) {
-  TFakeOwner owner;
-  // Not a freehand stroke: a line keeps its own arrow offset.
-  for (const char* name : {"TMyElliArc", "TMyText", "TMyImage", "TMyLinkPoint", "TMyLinkLine", "TMyLineLinkLine"}) {
-    const std::unique_ptr<TMyShape> source = CreateShapeByClassName(name, &owner);
-    source->Points = {{1, 2}, {3, 4}};
-    source->CenterPoint = source->ComputeCenterPoint(4);  // Assign recomputes it
-    Customize(*source);
-    const std::unique_ptr<TMyShape> target = CreateShapeByClassName(name, &owner);
-    target->Assign(*source);
-    EXPECT_EQ(Saved(*target), Saved(*source)) << name;
-  }
-}
-
-TEST(ShapeKindAssign, TextCopiesTheUnstoredCharacterSpaceAndImageADeepBitmap) {
-  TFakeOwner owner;
-  TMyText text(&owner), textCopy(&owner);
-  Customize(text);
-  textCopy.Assign(text);
-  EXPECT_EQ(textCopy.GetCharacterSpace(), 3);
-
-  TMyImage image(&owner), imageCopy(&owner);
-  Customize(image);
-  imageCopy.Assign(image);
-  image.Bitmap().Canvas().SetPixel(2, 1, clRed);
-  EXPECT_EQ(imageCopy.Bitmap().Canvas().GetPixel(2, 1), clWhite);
-}
-
-TEST(ShapeKindAssign, ASourceOfAnotherKindLeavesTheKindsFieldsAlone) {
-  TFakeOwner owner;
-  TMyText text(&owner);
-  Customize(text);
-  TMyRectangle frame(&owner);
-  frame.Points = {{0, 0}, {9, 0}, {9, 9}, {0, 9}};
-  text.Assign(frame);
-  EXPECT_EQ(text.Points, frame.Points);
-  EXPECT_EQ(text.GetLines(), (TStringList{"first", "", "third"}));
-  EXPECT_TRUE(text.GetIsBorder());
-}
-
-// ---------------------------------------------------------------------------
-// Renumbering after the owner removes or reorders shapes
-
-// Position 2 of the list was deleted: later positions move down by one. A
-// negative number (no shape) would map to 99, to show it is never asked.
-std::int32_t AfterDeletingTwo(std::int32_t no) { return no < 0 ? 99 : no < 2 ? no : no == 2 ? -1 : no - 1; }
-
-TEST(RemapShapeNumbers, ConnectorEndsFollowTheirShapesAndAGoneShapeFreesTheEnd) {
+// The gesture tests draw every kind a drawing tool makes but the connectors
+// and link points; those, and the tools that draw nothing, are checked here.
+TEST(CreateShapeByDrawTool, ConnectorToolsGiveTheirKindsOtherToolsNoShape) {
   struct Row {
-    const char* edge;
-    std::int32_t shapeNo;
-    std::int32_t pointId;
-    std::int32_t mappedNo;
-    std::int32_t mappedPointId;
+    TDrawTool tool;
+    const char* made;  // nullptr: the tool draws nothing
   };
-  for (const Row& row : {Row{"end below the gap", 0, 3, 0, 3}, Row{"end above the gap", 5, 1, 4, 1},
-                         Row{"end on the deleted shape", 2, 1, -1, -1}, Row{"free end stays free", -1, -1, -1, -1}}) {
-    TFakeOwner owner;
-    TMyLineLinkLine link(&owner);
-    link.SetStartSpNo(row.shapeNo);
-    link.SetStartSpPtId(row.pointId);
-    link.SetEndSpNo(row.shapeNo);
-    link.SetEndSpPtId(row.pointId);
-    link.ParentId = 3;
-    link.RemapShapeNumbers(AfterDeletingTwo);
-    EXPECT_EQ(link.GetStartSpNo(), row.mappedNo) << row.edge;
-    EXPECT_EQ(link.GetStartSpPtId(), row.mappedPointId) << row.edge;
-    EXPECT_EQ(link.GetEndSpNo(), row.mappedNo) << row.edge;
-    EXPECT_EQ(link.GetEndSpPtId(), row.mappedPointId) << row.edge;
-    EXPECT_EQ(link.ParentId, 2) << row.edge;  // the base renumbering runs too
+  const Row rows[] = {{SpLinkLine, "TMyLinkLine"}, {SpLineLinkLine, "TMyLineLinkLine"}, {SpLinkPoint, "TMyLinkPoint"},
+                      {SpSelecting, nullptr}, {SpRotateSelecting, nullptr}, {SpClose, nullptr}, {SpDragWhole, nullptr},
+                      {SpBrowse, nullptr}, {SpPolylinePolygonPointAdding, nullptr},
+                      {SpPolylinePolygonPointRemoving, nullptr}};
+  TFakeOwner owner;
+  for (const Row& row : rows) {
+    const std::unique_ptr<TMyShape> shape = CreateShapeByDrawTool(row.tool, &owner);
+    ASSERT_EQ(shape != nullptr, row.made != nullptr) << "tool " << int(row.tool);
+    if (!shape) continue;
+    EXPECT_STREQ(shape->ClassName(), row.made);
+    EXPECT_EQ(shape->Owner(), &owner) << row.made;
   }
 }
 

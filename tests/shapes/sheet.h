@@ -3,10 +3,13 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string>
 
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
+#include "platform/qt_interop.h"
 #include "shapes/shape.h"
+#include "support/golden.h"
 
 namespace lumatrex::test {
 
@@ -28,6 +31,10 @@ class TSheet {
     return n;
   }
   std::int32_t inked() { return inked(Rect(0, 0, bitmap_.Width(), bitmap_.Height())); }
+  // Compares the sheet with its picture tests/data/shapes/Name.png.
+  ::testing::AssertionResult LooksLike(const std::string& name) const {
+    return MatchesGoldenPicture(ToQImage(bitmap_), "shapes/" + name + ".png");
+  }
   bool operator==(const TSheet& other) const {
     if (bitmap_.Width() != other.bitmap_.Width() || bitmap_.Height() != other.bitmap_.Height()) return false;
     const auto rowBytes = static_cast<std::size_t>(bitmap_.Width()) * 4;
