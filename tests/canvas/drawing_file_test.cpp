@@ -114,71 +114,18 @@ TEST_P(TGoldenDrawing, FileHoldsExactlyWhatTheTablesSay) {
   EXPECT_EQ(FileBytes(GoldenPath(GetParam())), GoldenDrawing(GetParam()));
 }
 
-TEST_P(TGoldenDrawing, LoadsEveryFieldTheVersionHolds) {
-  const std::string v = GetParam();
-  const auto since = [&](const char* tag) { return FileVersionAtLeast(v, tag); };
+// Every field read is pinned by the lumatrex tool's dumps of these files;
+// here what a load does to the canvas beyond the fields.
+TEST_P(TGoldenDrawing, LoadReplacesTheDrawingAndClearsItsHistory) {
   TMyCAD cad;
   FillWithOldDrawing(cad);
   cad.SetModified(true);
   cad.PushtoUndoRedoShapeList({cad.GetShapeByNo(0)}, ACT_CHANGE);
   cad.SelectAllShapes();
-  ASSERT_TRUE(cad.LoadFromFile(GoldenPath(v)));
-
+  ASSERT_TRUE(cad.LoadFromFile(GoldenPath(GetParam())));
   TBitmap bk = cad.GetBkBitmap();
-  EXPECT_EQ(std::make_tuple(cad.GetColorOfBackGround(), cad.Width(), cad.Height(), cad.GetTheUNIT(),
-                            cad.GetBkBitmapMode(), cad.GetRatio()),
-            std::make_tuple(TColor{0x123456}, 640, 480, inch, Stretch, 0.25));
-  ASSERT_EQ(std::make_pair(bk.Width(), bk.Height()), std::make_pair(2, 1));
   EXPECT_EQ(std::make_pair(bk.Canvas().GetPixel(0, 0), bk.Canvas().GetPixel(1, 0)), std::make_pair(clRed, clBlue));
-  // Tag and user data are stored from "XP.h" on; older files leave them empty.
-  EXPECT_EQ(cad.GetTag(), since("XP.h") ? 42 : 0);
-  EXPECT_EQ(cad.UserData().Records(),
-            (since("XP.h") ? TArrUserDataRecord{{"author", "lm"}, {"k2", "v2"}} : TArrUserDataRecord{}));
-  // Visibility 2 is not 1: hidden.
-  EXPECT_EQ(cad.Layers(), (std::vector<LayerRec>{{"Layer0", 0, true}, {"Plan", 3, false}, {"Notes", 7, false}}));
-  EXPECT_EQ(cad.GetCurrentLayerId(), 3);
-
-  ASSERT_EQ(cad.GetShapesCount(), 4);
-  const std::vector<std::tuple<std::string, std::string, std::int32_t, std::int32_t>> identities = {
-      {"TMyRectangle", "Box", 5, 3},
-      {"TMyText", "Note", 9, 0},
-      {"TMyLinkLine", "Wire", 2, 7},
-      {"TMyImage", "Photo", 4, 3}};
-  for (std::int32_t no = 0; no < 4; ++no) {
-    const TMyShape& s = *cad.GetShapeByNo(no);
-    EXPECT_EQ((std::make_tuple(std::string(s.ClassName()), s.GetName(), s.ShapeId, s.LayerId)), identities[no]);
-    EXPECT_EQ(s.ShapeNo, no);
-  }
-  // "XP.2" records keep only the point count; the centre is always that of
-  // the points' box, not the stored rotation centre (0, 0).
-  const TMyShape& box = *cad.GetShapeByNo(0);
-  EXPECT_EQ(box.Points, since("XP.3") ? Box(10, 20, 110, 70) : TArrMyPoint(4));
-  EXPECT_EQ(box.CenterPoint, since("XP.3") ? MyPoint(60, 45) : MyPoint(0, 0));
-
-  const TMyText fresh(nullptr);
-  const auto& text = dynamic_cast<const TMyText&>(*cad.GetShapeByNo(1));
-  EXPECT_TRUE(text.GetIsBorder());
-  EXPECT_FALSE(text.GetIsSolid());
-  EXPECT_EQ(text.GetLines(), (since("XP.a") ? TStringList{"one", "two"} : TStringList{}));
-  EXPECT_EQ(text.GetVAlignment(), since("XP.a") ? tlCenter : fresh.GetVAlignment());
-  EXPECT_EQ(text.GetHAlignment(), since("XP.a") ? taRightJustify : fresh.GetHAlignment());
-
-  const auto& link = dynamic_cast<const TMyLinkLine&>(*cad.GetShapeByNo(2));
-  EXPECT_EQ(link.GetArrowStyle(), ADouble);
-  EXPECT_EQ((std::make_tuple(link.GetArrowAngle(), link.GetArrowLength(), link.GetArrowOffset())),
-            (std::make_tuple(30, std::uint8_t{12}, std::uint8_t{3})));
-  EXPECT_EQ((std::make_tuple(link.GetStartSpNo(), link.GetStartSpPtId(), link.GetEndSpNo(), link.GetEndSpPtId())),
-            (std::make_tuple(0, 1, 3, 2)));
-  EXPECT_EQ(link.GetLinkLineDrawStyle(), since("XP.5") ? lldsHV : TMyLinkLine(nullptr).GetLinkLineDrawStyle());
-
-  const TMyImage freshImage(nullptr);
-  const auto& image = dynamic_cast<const TMyImage&>(*cad.GetShapeByNo(3));
-  EXPECT_TRUE(image.Bitmap().Empty());
-  EXPECT_EQ(image.GetBrightness(), since("XP.9") ? 5 : freshImage.GetBrightness());
-  EXPECT_EQ(image.GetGrayScale(), since("XP.9") ? true : freshImage.GetGrayScale());
-  EXPECT_EQ(image.GetTransparentColor(), since("XP.i") ? clLime : freshImage.GetTransparentColor());
-  EXPECT_EQ(image.GetTransparentMode(), since("XP.i") ? tmFixed : freshImage.GetTransparentMode());
-
+  EXPECT_EQ(cad.GetShapesCount(), 4);
   // Next ids follow the highest ids read.
   EXPECT_EQ(cad.GetNextShapeId(), 10);
   EXPECT_EQ(cad.NewLayer("next", true), 8);
@@ -346,28 +293,24 @@ class TMyCADDrawingFile : public ::testing::Test {
   QTemporaryDir dir_;
 };
 
-// Saved to a file and loaded, a drawing with every class tag gives the same
-// bytes again; saving and loading a file clear the modified flag.
-TEST_F(TMyCADDrawingFile, SaveLoadSaveGivesTheSameBytesForEveryClassTag) {
+// Loaded from its file and saved again, the drawing of every class tag gives
+// the same bytes; loading and saving a file clear the modified flag.
+TEST_F(TMyCADDrawingFile, EveryClassTagLoadsAndSavesToTheSameBytes) {
   TMyCAD cad;
-  BuildEveryKind(cad);
-  const TBytes first = Saved(cad);
-  ASSERT_TRUE(cad.GetModified());
-  ASSERT_TRUE(cad.SaveToFile(Path("a.zlt")));
+  cad.SetModified(true);
+  ASSERT_TRUE(cad.LoadFromFile(EveryKindPath()));
   EXPECT_FALSE(cad.GetModified());
-  EXPECT_EQ(FileBytes(Path("a.zlt")), first);
-  EXPECT_TRUE(TMyCAD::IsZOLTFile(Path("a.zlt")));
-  TMyCAD loaded;
-  loaded.SetModified(true);
-  ASSERT_TRUE(loaded.LoadFromFile(Path("a.zlt")));
-  EXPECT_FALSE(loaded.GetModified());
   std::vector<std::string> classes;
-  for (std::int32_t i = 0; i < loaded.GetShapesCount(); ++i) {
-    classes.push_back(loaded.GetShapeByNo(i)->ClassName());
-    EXPECT_EQ(loaded.GetShapeByNo(i)->Owner(), &loaded);  // they belong to the canvas they were loaded into
+  for (std::int32_t i = 0; i < cad.GetShapesCount(); ++i) {
+    classes.push_back(cad.GetShapeByNo(i)->ClassName());
+    EXPECT_EQ(cad.GetShapeByNo(i)->Owner(), &cad);  // they belong to the canvas they were loaded into
   }
   EXPECT_EQ(classes, kClassTags);
-  EXPECT_EQ(Saved(loaded), first);
+  cad.SetModified(true);
+  ASSERT_TRUE(cad.SaveToFile(Path("a.zlt")));
+  EXPECT_FALSE(cad.GetModified());
+  EXPECT_TRUE(TMyCAD::IsZOLTFile(Path("a.zlt")));
+  ExpectGoldenFile(ReadFileBytes(Path("a.zlt")), "drawings/every-kind.zlt");
 }
 
 TEST_F(TMyCADDrawingFile, AFileThatIsNoDrawingIsRefusedWithoutTouchingTheCanvas) {
@@ -442,12 +385,10 @@ TEST(TMyCADModified, AddingAndDeletingSetItAndSavingToAStreamLeavesIt) {
 // Malformed input
 
 TEST(TMyCADDrawingMalformed, EveryTruncationFailsWithOurErrorAndLeavesTheCanvasAsItWas) {
-  TMyCAD source;
-  BuildEveryKind(source);
   // Our own output with every class tag, and the oldest layouts: points
   // without coordinates ("XP.2") and 80-bit floats ("XP.5").
   const std::vector<std::pair<std::string, TBytes>> seeds = {
-      {"every class tag", Saved(source)}, {"XP.2", GoldenDrawing("XP.2")}, {"XP.5", GoldenDrawing("XP.5")}};
+      {"every class tag", FileBytes(EveryKindPath())}, {"XP.2", GoldenDrawing("XP.2")}, {"XP.5", GoldenDrawing("XP.5")}};
   TMyCAD cad;
   FillWithOldDrawing(cad);
   cad.SetModified(true);

@@ -1,6 +1,6 @@
 // Sample drawings for the drawing-file tests: drawings built byte by byte
-// from the format tables (never by our writer), and drawings built on a
-// canvas with every class tag.
+// from the format tables (never by our writer), and helpers for drawings
+// made on a canvas.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -44,8 +44,8 @@ inline bool Load(TMyCAD& cad, const TBytes& bytes) {
 }
 
 inline TBytes FileBytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return TBytes(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+  const std::string bytes = ReadFileBytes(path);
+  return TBytes(bytes.begin(), bytes.end());
 }
 
 inline void WriteFileBytes(const std::string& path, const TBytes& bytes) {
@@ -163,6 +163,11 @@ inline TBytes GoldenDrawing(const std::string& version) {
 
 inline std::string GoldenPath(const std::string& version) { return DataPath("drawings/drawing-" + version + ".zlt"); }
 
+// A drawing made on a canvas, with a shape of every class tag and the header
+// fields and every record's tail away from their defaults; the lumatrex
+// tool's tests dump it field by field.
+inline std::string EveryKindPath() { return DataPath("drawings/every-kind.zlt"); }
+
 // A group of two members and a connector between them, on block layers 3
 // and 7, with ids far from the canvas's.
 inline std::vector<TEntry> GroupAndConnector() {
@@ -195,99 +200,6 @@ inline T& Kind(TMyCAD& cad, const std::string& classTag) {
   for (std::int32_t i = 0; i < cad.GetShapesCount(); ++i)
     if (cad.GetShapeByNo(i)->ClassName() == classTag) return dynamic_cast<T&>(*cad.GetShapeByNo(i));
   throw std::logic_error("no " + classTag);
-}
-
-// A shape of every class tag, with the header fields and the fields of each
-// record's tail set away from their defaults. Every centre is the centre of
-// its points' box, as loading makes it.
-inline void BuildEveryKind(TMyCAD& cad) {
-  cad.resize(500, 400);
-  cad.SetColorOfBackGround(0x0A0B0C);
-  cad.SetTheUNIT(dm);
-  cad.SetBkBitmap(SmallPicture());
-  cad.SetBkBitmapMode(LeftTop);
-  cad.SetRatio(1.5);
-  cad.SetTag(7);
-  cad.UserData().AddKeyandValue("a", "1");
-  const std::int32_t hidden = cad.NewLayer("Hidden", false);
-  cad.SetCurrentLayerId(0);
-  float x = 0;
-  for (const std::string& tag : kClassTags) {
-    // The combine has no points, so that its angle is stored as it is.
-    cad.AddShapeByCode2(tag, "", tag == "TMyCombine" ? TArrMyPoint{} : Box(x, 10, x + 20, 40), 0);
-    x += 30;
-  }
-  auto& rect = Kind<TMyRectangle>(cad, "TMyRectangle");
-  rect.LayerId = hidden;
-  rect.UserData().AddKeyandValue("key", "value");
-  rect.SetMultiInfo({"m1", "m2"});
-  rect.SetMultiInfoAlignment(taLeftJustify);
-  rect.SetInfo("info");
-  rect.SetCaption("caption");
-  rect.Pen().SetColor(clRed);
-  rect.Pen().SetStyle(psDash);
-  rect.Pen().SetWidth(3);
-  rect.Pen().SetMode(pmXor);
-  const TBitmap pattern = SmallPicture();
-  rect.Brush().SetBitmap(&pattern);
-  rect.Font().SetSize(12);
-  rect.Font().SetStyle(fsBold | fsUnderline);
-  rect.LinkLines = {11};
-  auto& ellipse = Kind<TMyEllipse>(cad, "TMyEllipse");
-  ellipse.SetGradientStyle(gsLinearH);
-  ellipse.SetColorBegin(clYellow);
-  ellipse.SetColorEnd(clNavy);
-  ellipse.SetLogUse(true);
-  ellipse.SetLogWidth(20);
-  ellipse.SetLocked(true);
-  auto& polygon = Kind<TMyPolygon>(cad, "TMyPolygon");
-  polygon.SetVisible(false);
-  polygon.SetPenStyleJoinType(psjtBEVEL);
-  polygon.SetPenStyleEndCapType(psectFLAT);
-  polygon.SetHotShow(false);
-  polygon.SetResizeEnable(false);
-  polygon.SetRotateEnable(false);
-  polygon.Brush().SetStyle(bsCross);
-  auto& group = Kind<TMyGroup>(cad, "TMyGroup");
-  group.ChildShapes = {rect.ShapeNo, ellipse.ShapeNo};
-  rect.ParentId = ellipse.ParentId = group.ShapeNo;
-  Kind<TMyCombine>(cad, "TMyCombine").SetAngle(0.75f);
-  auto& line = Kind<TMyLine>(cad, "TMyLine");
-  line.SetArrowStyle(ADouble);
-  line.SetArrowAngle(25);
-  line.SetArrowLength(9);
-  line.SetArrowOffset(2);
-  auto& rule = Kind<TMyRuleLine>(cad, "TMyRuleLine");
-  rule.SetShowUserInfo(true);
-  rule.SetTickStyle(tsNone);
-  rule.SetUserInfo("12 mm");
-  auto& link = Kind<TMyLinkLine>(cad, "TMyLinkLine");
-  link.SetStartSpNo(0);
-  link.SetStartSpPtId(1);
-  link.SetEndSpNo(2);
-  link.SetEndSpPtId(3);
-  link.SetLinkLineDrawStyle(lldsVH);
-  Kind<TMyLineLinkLine>(cad, "TMyLineLinkLine").SetLinkLineDrawStyle(lldsHV);
-  auto& arc = Kind<TMyElliArc>(cad, "TMyElliArc");
-  arc.SetArcMode(amEllipse);
-  arc.SetArcStyle(asPie);
-  auto& text = Kind<TMyText>(cad, "TMyText");
-  text.SetIsBorder(true);
-  text.SetIsSolid(true);
-  text.SetLines({"first", "", "third"});
-  text.SetVAlignment(tlBottom);
-  text.SetHAlignment(taRightJustify);
-  text.SetWordWrap(true);
-  auto& image = Kind<TMyImage>(cad, "TMyImage");
-  image.Bitmap() = SmallPicture();
-  image.SetBrightness(10);
-  image.SetContrast(-3);
-  image.SetTransparent(true);
-  image.SetBorder(true);
-  image.SetGrayScale(true);
-  image.SetTransparentColor(clFuchsia);
-  image.SetTransparentMode(tmFixed);
-  Kind<TMyLinkPoint>(cad, "TMyLinkPoint").SetSize(7);
 }
 
 // A canvas with content of its own, which failed loads must leave alone.

@@ -5,8 +5,8 @@
 #include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <fstream>
-#include <iterator>
+#include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -45,15 +45,6 @@ TRun Lumatrex(const std::vector<std::string>& args,
 
 bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
-// Compares Text with a file under tests/data; after an intended change of the
-// output, LUMATREX_UPDATE_GOLDEN=1 rewrites the file.
-void ExpectGoldenText(const std::string& text, const std::string& relative) {
-  const std::string path = test::DataPath(relative);
-  if (qEnvironmentVariableIsSet("LUMATREX_UPDATE_GOLDEN")) std::ofstream(path, std::ios::binary) << text;
-  std::ifstream expected(path, std::ios::binary);
-  EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(expected), std::istreambuf_iterator<char>()));
-}
-
 // A rectangle and a line with an arrow head, user data with bytes that need
 // escapes, one layer.
 TBytes SmallDrawing(const std::string& version = "XP.j") {
@@ -66,22 +57,30 @@ TBytes SmallDrawing(const std::string& version = "XP.j") {
 }
 
 // The whole dumps are kept as files: every field of a small drawing (its
-// layer and both shapes, with the escapes and float spellings), and of a
-// library with its tag and stored coordinates. The tool runs headless without
-// a platform chosen or a display.
+// layer and both shapes, with the escapes and float spellings), of each
+// drawing under tests/data/drawings (every version built from the format
+// tables, and a shape of every class tag), and of a library with its tag and
+// stored coordinates. The tool runs headless without a platform chosen or a
+// display.
 TEST(LumatrexDump, PrintsEveryFieldOfADrawingOrALibraryWithoutADisplay) {
   TScratchFolder folder;
   QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
   for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"}) env.remove(name);
-  const TRun drawing = Lumatrex({"dump", folder.Write("small.lmx", SmallDrawing())}, env);
-  EXPECT_EQ(drawing.status, 0);
-  EXPECT_EQ(drawing.err, "");
-  ExpectGoldenText(drawing.out, "cli/small-drawing-dump.json");
-  const TRun library =
-      Lumatrex({"dump", "--library", folder.Write("pump.lib", Concat({TagBytes("ZOLTLIBX.j"), test::PumpEntry()}))});
-  EXPECT_EQ(library.status, 0);
-  EXPECT_EQ(library.err, "");
-  ExpectGoldenText(library.out, "cli/pump-library-dump.json");
+  std::vector<std::pair<std::vector<std::string>, std::string>> dumps = {
+      {{"dump", folder.Write("small.lmx", SmallDrawing())}, "cli/small-drawing-dump.json"},
+      {{"dump", "--library", folder.Write("pump.lib", Concat({TagBytes("ZOLTLIBX.j"), test::PumpEntry()}))},
+       "cli/pump-library-dump.json"}};
+  std::set<std::filesystem::path> drawings;
+  for (const auto& entry : std::filesystem::directory_iterator(test::DataPath("drawings"))) drawings.insert(entry.path());
+  for (const std::filesystem::path& drawing : drawings)
+    dumps.push_back({{"dump", drawing.string()}, "cli/" + drawing.stem().string() + "-dump.json"});
+  for (const auto& [args, golden] : dumps) {
+    SCOPED_TRACE(golden);
+    const TRun run = Lumatrex(args, env);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+    test::ExpectGoldenFile(run.out, golden);
+  }
 }
 
 // ---------------------------------------------------------------------------

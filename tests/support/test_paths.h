@@ -1,4 +1,4 @@
-// Paths of the data the tests read.
+// Paths of the data the tests read, and the golden files they compare with.
 #pragma once
 
 #include <string>
@@ -9,5 +9,10 @@ namespace lumatrex::test {
 std::string DataPath(const std::string& relative);
 // Path of the shared conformance data, or empty when it is not beside the checkout.
 std::string SharedTestData(const std::string& relative);
+// The bytes of a file, or empty when it cannot be read.
+std::string ReadFileBytes(const std::string& path);
+// Compares Actual (text or bytes) with the file under tests/data; after an
+// intended change of the output, LUMATREX_UPDATE_GOLDEN=1 rewrites the file.
+void ExpectGoldenFile(const std::string& actual, const std::string& relative);
 
 }  // namespace lumatrex::test
