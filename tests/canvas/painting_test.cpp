@@ -16,10 +16,7 @@
 #include "canvas/document_state.h"
 #include "platform/control.h"
 #include "platform/qt_interop.h"
-#include "shapes/bspline.h"
-#include "shapes/closed_shapes.h"
 #include "shapes/drawing_modes.h"
-#include "shapes/lines.h"
 #include "support/test_paths.h"
 
 namespace lumatrex {
@@ -237,8 +234,9 @@ TEST(TCustomControl, InAScrollAreaOnlyTheVisiblePartIsPaintedAndTheRestWhenItSho
 
 // ---------------------------------------------------------------------------
 // Golden images of the whole paint pipeline: a scene with every line, closed
-// and curve shape kind, drawn by a real canvas at zoom 1 and 2, and the four
-// placements of a background picture.
+// and curve shape kind (kept as a drawing file, its fields in the lumatrex
+// tool's dump of it), drawn by a real canvas at zoom 1 and 2 with its frame
+// selected, and the four placements of a background picture.
 //
 // Tolerance: none. Figures follow the exact raster conventions, and text uses
 // the library's bundled font, so every pixel is expected to match. After an
@@ -247,11 +245,6 @@ TEST(TCustomControl, InAScrollAreaOnlyTheVisiblePartIsPaintedAndTheRestWhenItSho
 // and look at the new files before committing them. A mismatch writes the
 // rendered picture next to the test's temporary files and names it.
 
-template <typename T>
-T* Add(TMyCAD& cad, const char* className, const TArrMyPoint& points, float angle = 0) {
-  return static_cast<T*>(cad.AddShapeByCode2(className, "", points, angle));
-}
-
 // A 6 x 6 picture: a blue square with a red top-left pixel.
 TBitmap Tile() {
   TBitmap tile(6, 6, pf24bit);
@@ -259,30 +252,6 @@ TBitmap Tile() {
   tile.Canvas().FillRect(Rect(0, 0, 6, 6));
   tile.Canvas().SetPixel(0, 0, clRed);
   return tile;
-}
-
-void BuildScene(TMyCAD& cad) {
-  cad.SetHotSize(3);
-  cad.Font().SetSize(8);
-  const TArrowStyle styles[] = {ANone, ALeft, ARight, ADouble};
-  for (int i = 0; i < 4; ++i) {
-    auto* line = Add<TMyLine>(cad, "TMyLine", {{10, 12.0f + 16 * i}, {110, 12.0f + 16 * i}});
-    line->SetArrowStyle(styles[i]);
-    line->SetArrowAngle(30);
-    line->SetArrowLength(8);
-  }
-  auto* rule = Add<TMyRuleLine>(cad, "TMyRuleLine", {{10, 100}, {110, 120}});
-  rule->Pen().SetColor(clMaroon);
-  Add<TMyPolyLine>(cad, "TMyPolyLine", {{10, 140}, {40, 160}, {70, 140}, {100, 160}});
-  cad.Brush().SetColor(RGB(255, 240, 200));
-  auto* frame = Add<TMyRectangle>(cad, "TMyRectangle", Box(140, 20, 220, 70), 0.4f);
-  frame->SetGradientStyle(gsLinearV);
-  cad.Brush().SetColor(RGB(210, 240, 210));
-  auto* ellipse = Add<TMyEllipse>(cad, "TMyEllipse", Box(140, 100, 220, 150));
-  ellipse->Pen().SetWidth(2);
-  Add<TMyPolygon>(cad, "TMyPolygon", {{240, 20}, {300, 30}, {280, 80}, {240, 20}});
-  Add<TMyBLine>(cad, "TMyBLine", {{240, 150}, {260, 100}, {280, 140}, {280, 140}, {280, 140}, {300, 100}});
-  cad.SelectShapeByCode(frame->ShapeId, true);
 }
 
 std::string GoldenPath(const std::string& name) { return test::DataPath("golden/" + name + ".png"); }
@@ -319,13 +288,15 @@ TEST(Golden, TheSceneAtZoom1And2AndTheFourBackgroundPlacementsMatchTheirPictures
   for (const Scene& c : {Scene{"scene_zoom1_line_grid", 1, gLine}, Scene{"scene_zoom2_dot_grid", 2, gPixel}}) {
     SCOPED_TRACE(c.name);
     TMyCAD cad;
+    ASSERT_TRUE(cad.LoadFromFile(test::DataPath("drawings/painted-scene.zlt")));
     cad.resize(320 * c.zoom, 180 * c.zoom);
     cad.GridOperation()->SetGridType(c.grid);
     cad.GridOperation()->SetGridColor(RGB(220, 220, 230));
     cad.GridOperation()->SetGridWidth(20);
     cad.GridOperation()->SetGridHeight(20);
     cad.GridOperation()->SetGridInZoom(true);
-    BuildScene(cad);
+    cad.SetHotSize(3);
+    cad.SelectShapeByCode(cad.GetShapeByNo(6)->ShapeId, true);  // the turned frame
     cad.SetZoom(c.zoom);
     ExpectGolden(cad, c.name);
   }
