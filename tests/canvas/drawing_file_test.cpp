@@ -175,8 +175,15 @@ TEST(TMyCADDrawingLoad, EdgesOfTheHeaderAndRecordsLoadAsTheyMust) {
     std::function<void(TMyCAD&)> check;
   };
   const Case cases[] = {
-      {"one layer and no shapes: next ids follow", [](THeaderFields& h) { h.layers = {{"Only", 5, 1}}; }, {},
+      {"one layer, no shapes, a negative bitmap count: next ids follow",
+       [](THeaderFields& h) {
+         h.layers = {{"Only", 5, 1}};
+         h.bkBitmap = {};
+         h.bkBitmapSize = -1;
+       },
+       {},
        [](TMyCAD& cad) {
+         EXPECT_TRUE(cad.GetBkBitmap().Empty());
          EXPECT_EQ(cad.GetShapesCount(), 0);
          EXPECT_EQ(cad.GetNextShapeId(), 1);
          EXPECT_EQ(cad.NewLayer("next", true), 6);
@@ -453,7 +460,7 @@ std::vector<TMalformed> MalformedDrawings() {
   for (std::int32_t id = 0; id < 256; ++id) layers256.push_back({"L", id, 1});
   return {
       {"unknown version", with([](THeader h, TShapes) { h.version = "XP.k"; }), "version"},
-      {"unit past inch", with([](THeader h, TShapes) { h.unit = inch + 1; }), "unit"},
+      {"unit past inch", with([](THeader h, TShapes) { h.unit = inch + 1; }), "unit", 64 + 64 + 16 + 10 + 64 + 3 * 4},
       {"bitmap size past the data", with([](THeader h, TShapes) { h.bkBitmapSize = std::int64_t{1} << 62; }),
        "background bitmap"},
       {"bitmap that is no BMP", with([](THeader h, TShapes) {
@@ -478,7 +485,8 @@ std::vector<TMalformed> MalformedDrawings() {
        static_cast<std::int64_t>(Drawing(THeaderFields{}, {GoldenShapes("XP.j")[0]}).size())},
       {"the abstract base's class tag", with([](THeader, TShapes s) { s[0].classTag = "TMyShape"; }), "TMyShape"},
       {"negative shape name length",
-       with([&](THeader, TShapes s) { s[0].record = record([](TRecordBytes& r) { r.i32(-1); }); }), "shape name"},
+       with([&](THeader, TShapes s) { s[0].record = record([](TRecordBytes& r) { r.i32(-1); }); }), "shape name",
+       static_cast<std::int64_t>(Drawing(THeaderFields{}, {}).size()) + 16},  // after the count and class tag
       {"negative child count", with([&](THeader, TShapes s) {
          s[0].record = record([](TRecordBytes& r) { r.str("S").i32(1).i32(0).i32(0).i32(-1).i32(-1); });
        }),
