@@ -416,124 +416,23 @@ TEST(TMyCADDrawingMalformed, EveryTruncationFailsWithOurErrorAndLeavesTheCanvasA
   }
 }
 
-struct TMalformed {
-  const char* name;  // the edge it probes
-  TBytes bytes;
-  std::string field;  // what the error must name
-  std::int64_t offset = -1;  // where it must say the error is, when given
-};
-
-std::vector<TMalformed> MalformedDrawings() {
-  const auto with = [](auto change) {
-    THeaderFields header;
-    std::vector<TEntry> shapes = GoldenShapes("XP.j");
-    change(header, shapes);
-    return Drawing(header, shapes);
-  };
-  using THeader = THeaderFields&;
-  using TShapes = std::vector<TEntry>&;
-  const auto record = [](auto build) {
-    TRecordBytes r;
-    build(r);
-    return r.bytes;
-  };
-  // "XP.2" records store no coordinates: only the count bounds the points.
-  const auto xp2 = [](std::vector<std::int32_t> pointCounts) {
-    THeaderFields header;
-    header.version = "XP.2";
-    std::vector<TEntry> shapes;
-    for (const std::int32_t count : pointCounts)
-      shapes.push_back(
-          {"TMyPolyLine", BaseRecord("XP.2", {.points = TArrMyPoint(static_cast<std::size_t>(count))}).bytes});
-    return Drawing(header, shapes);
-  };
-  // A drawing of one line with the points given.
-  const auto line = [](const std::string& version, const TArrMyPoint& points) {
-    THeaderFields header;
-    header.version = version;
-    return Drawing(header, {{"TMyLine", LineRecord(version, {.points = points}).bytes}});
-  };
-  const float nan = std::numeric_limits<float>::quiet_NaN(), inf = std::numeric_limits<float>::infinity();
-  TBytes endCap = BaseRecord("XP.j").bytes;
-  endCap[endCap.size() - 5] = psectMASK + 1;  // the record ends with end cap, join and three switches
-  std::vector<TLayerFields> layers256;
-  for (std::int32_t id = 0; id < 256; ++id) layers256.push_back({"L", id, 1});
-  return {
-      {"unknown version", with([](THeader h, TShapes) { h.version = "XP.k"; }), "version"},
-      {"unit past inch", with([](THeader h, TShapes) { h.unit = inch + 1; }), "unit", 64 + 64 + 16 + 10 + 64 + 3 * 4},
-      {"bitmap size past the data", with([](THeader h, TShapes) { h.bkBitmapSize = std::int64_t{1} << 62; }),
-       "background bitmap"},
-      {"bitmap that is no BMP", with([](THeader h, TShapes) {
-         h.bkBitmap = {'a', 'b', 'c', 'd'};
-       }),
-       "background bitmap"},
-      {"background mode past LeftTop", with([](THeader h, TShapes) { h.bkMode = LeftTop + 1; }),
-       "background bitmap mode"},
-      {"negative user data count", with([](THeader h, TShapes) { h.userDataCount = -2; }), "canvas user data"},
-      {"layer count past the data", with([](THeader h, TShapes) { h.layerCount = 0x7FFFFFFF; }), "layers"},
-      {"256 layers", with([&](THeader h, TShapes) { h.layers = layers256; }), "layers"},
-      // One layer announced and none written: the current layer id is read as
-      // the layer name's length.
-      {"negative layer name length", with([](THeader h, TShapes) {
-         h.layers = {};
-         h.layerCount = 1;
-         h.currentLayer = -5;
-       }),
-       "layer name"},
-      {"shape count past the data", Drawing(THeaderFields{}, GoldenShapes("XP.j"), 0x7FFFFFF0), "shapes"},
-      {"unknown class tag", with([](THeader, TShapes s) { s[1].classTag = "TMyCircle"; }), "TMyCircle",
-       static_cast<std::int64_t>(Drawing(THeaderFields{}, {GoldenShapes("XP.j")[0]}).size())},
-      {"the abstract base's class tag", with([](THeader, TShapes s) { s[0].classTag = "TMyShape"; }), "TMyShape"},
-      {"negative shape name length",
-       with([&](THeader, TShapes s) { s[0].record = record([](TRecordBytes& r) { r.i32(-1); }); }), "shape name",
-       static_cast<std::int64_t>(Drawing(THeaderFields{}, {}).size()) + 16},  // after the count and class tag
-      {"negative child count", with([&](THeader, TShapes s) {
-         s[0].record = record([](TRecordBytes& r) { r.str("S").i32(1).i32(0).i32(0).i32(-1).i32(-1); });
-       }),
-       "child shapes"},
-      {"point count past the data", with([&](THeader, TShapes s) {
-         s[0].record =
-             record([](TRecordBytes& r) { r.str("S").i32(1).i32(0).i32(0).i32(-1).i32(0).i32(0).i32(1 << 28); });
-       }),
-       "points"},
-      {"pen end cap past psectMASK", with([&](THeader, TShapes s) { s[0].record = endCap; }), "pen end cap"},
-      {"arrow style past ADouble", with([](THeader, TShapes s) {
-         s[2] = {"TMyLine", LineRecord("XP.j", {}, ADouble + 1).bytes};
-       }),
-       "arrow style"},
-      {"link draw style past lldsOrthogonal", with([](THeader, TShapes s) { s[2].record.back() = lldsOrthogonal + 1; }),
-       "link draw style"},
-      {"text alignment past taCenter", with([](THeader, TShapes s) {
-         s[1].record[s[1].record.size() - 2] = taCenter + 1;  // the tail ends with both alignments and word wrap
-       }),
-       "text horizontal alignment"},
-      {"transparent mode past tmFixed",
-       with([](THeader, TShapes s) { s[3].record[s[3].record.size() - 4] = tmFixed + 1; }), "image transparent mode"},
-      {"arc style past asPie", with([](THeader, TShapes s) {
-         s[0] = {"TMyElliArc", BaseRecord("XP.j").u8(amCircle).u8(asPie + 1).bytes};
-       }),
-       "arc style"},
-      {"NaN x, float32", line("XP.j", {{nan, 0}, {1, 1}}), "non-finite"},
-      {"infinite x, 80-bit", line("XP.5", {{inf, 0}, {1, 1}}), "non-finite"},
-      {"NaN y, 80-bit", line("XP.3", {{1, 1}, {0, nan}}), "non-finite"},
-      {"XP.2 point count past the sane limit", xp2({kMaxCountWithoutData + 1}), "points"},
-      {"XP.2 points past the drawing's limit", xp2({kMaxCountWithoutData, kMaxCountWithoutData}), "points"},
-  };
-}
-
+// The hostile drawings and what their errors must say are listed in
+// tests/data/malformed/outcomes.txt.
 TEST(TMyCADDrawingMalformed, HostileFieldsFailWithAnErrorNamingThemAndChangeNothing) {
   TMyCAD cad;
   FillWithOldDrawing(cad);
   const TBytes before = Saved(cad);
-  for (const TMalformed& c : MalformedDrawings()) {
-    SCOPED_TRACE(c.name);
-    TMemoryStream stream(c.bytes);
+  const auto rows = DataTable("malformed/outcomes.txt");
+  EXPECT_EQ(rows.size(), 26u);
+  for (const std::vector<std::string>& row : rows) {
+    SCOPED_TRACE(row.at(0) + ": " + row.at(3));
+    TMemoryStream stream(FileBytes(DataPath("malformed/" + row[0])));
     try {
       cad.LoadFromStream(stream);
       ADD_FAILURE() << "loaded";
     } catch (const EStreamFormatError& e) {
-      EXPECT_NE(std::string(e.what()).find(c.field), std::string::npos) << e.what();
-      EXPECT_TRUE(c.offset < 0 || e.Offset() == c.offset) << "at " << e.Offset();
+      EXPECT_NE(std::string(e.what()).find(row[1]), std::string::npos) << e.what();
+      EXPECT_TRUE(row[2] == "-" || e.Offset() == std::stoll(row[2])) << "at " << e.Offset();
     }
     EXPECT_EQ(Saved(cad), before);
   }

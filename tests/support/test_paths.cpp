@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 namespace lumatrex::test {
 
@@ -16,6 +17,22 @@ std::string DataPath(const std::string& relative) {
 std::string SharedTestData(const std::string& relative) {
   const std::string path = std::string(LUMATREX_SHARED_TESTDATA) + "/" + relative;
   return std::filesystem::exists(path) ? path : std::string();
+}
+
+std::vector<std::vector<std::string>> DataTable(const std::string& relative) {
+  std::ifstream file(DataPath(relative));
+  EXPECT_TRUE(file.is_open()) << "cannot read " << relative;
+  std::vector<std::vector<std::string>> rows;
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty() || line.starts_with('#')) continue;
+    std::vector<std::string>& row = rows.emplace_back();
+    std::istringstream cells(line);
+    for (std::string cell; std::getline(cells, cell, '|');) {
+      const std::size_t first = cell.find_first_not_of(' '), last = cell.find_last_not_of(' ');
+      row.push_back(first == std::string::npos ? "" : cell.substr(first, last - first + 1));
+    }
+  }
+  return rows;
 }
 
 std::string ReadFileBytes(const std::string& path) {
