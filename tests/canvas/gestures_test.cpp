@@ -243,6 +243,38 @@ TEST_F(Gestures, DraggingMovesTheSelectionAndOneUndoMovesItBack) {
   EXPECT_EQ(cad.PopFromUndoRedoShapeList(), -1);
 }
 
+TEST_F(Gestures, DragModeAndSnapShapeTheMove) {
+  struct Case {
+    const char* name;
+    std::function<void(TMyCAD&)> set;
+    int toX, toY;
+    TMyPoint corner;
+  };
+  const Case cases[] = {
+      {"horizontal drag mode drops the vertical part", [](TMyCAD& c) { c.SetDragMode(dgHorz); }, 60, 80, {50, 10}},
+      {"snap lands the box's left edge (37) on the grid", [](TMyCAD& c) {
+         c.GridOperation()->SetGridWidth(20);
+         c.GridOperation()->SetGridHeight(20);
+         c.SetSnap(true);
+         c.SetSnapPixels(5);
+       }, 47, 20, {40, 10}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    cad.DeleteAllShapes();
+    TMyShape* a = AddRect(10, 10, 50, 50);
+    c.set(cad);
+    cad.SetShapeTool(SpSelecting);
+    mouse.Click(20, 20).Drag(20, 20, c.toX, c.toY);
+    EXPECT_EQ(a->GetPoint(0), c.corner);
+  }
+  // With no snap distance nothing ever snaps.
+  cad.SetSnapPixels(0);
+  std::int32_t x = 41, y = 39;
+  EXPECT_FALSE(cad.SnapXY(x, y));
+  EXPECT_EQ(Point(x, y), Point(41, 39));
+}
+
 TEST_F(Gestures, ArrowKeysNudgeTheSelectionDeleteRemovesItCtrlZBringsItBack) {
   TMyShape* a = AddRect(10, 10, 50, 50);
   cad.SelectShapeByCode(a->ShapeId, true);
@@ -296,92 +328,31 @@ TEST_P(ResizeRotatedRectangle, EachHandleResizesLikeTheShapeItselfAndUndoRestore
 
 INSTANTIATE_TEST_SUITE_P(Handles, ResizeRotatedRectangle, ::testing::Range(0, 8));
 
-// A gesture on the selected shape changes it as shown, and one undo gives
-// the drawing back exactly. The rows that change the canvas's settings come
-// last, as the canvas is shared.
-TEST_F(Gestures, GesturesOnTheSelectedShapeChangeItAndOneUndoRestores) {
-  struct Case {
-    const char* name;
-    std::function<TMyShape*(Gestures&)> make;
-    TDrawTool tool;
-    std::function<void(Gestures&)> gesture;
-    std::function<void(TMyShape&)> check;
-  };
-  const auto box = [](Gestures& t) { return t.AddRect(10, 10, 50, 50); };
-  const auto bezier = [](Gestures& t) {
-    return t.cad.AddShapeByCode2("TMyPolyBezier", "",
-                                 {{20, 150}, {20, 50}, {120, 50}, {120, 150}, {120, 250}, {220, 250}, {220, 150}}, 0);
-  };
-  const auto pointCount = [](std::int32_t n) { return [n](TMyShape& s) { EXPECT_EQ(s.GetPointsCount(), n); }; };
-  const auto corner = [](TMyPoint p) { return [p](TMyShape& s) { EXPECT_EQ(s.GetPoint(0), p); }; };
-  const Case cases[] = {
-      {"Shift snaps a dragged arc end to 15 degrees",
-       [](Gestures& t) {
-         t.cad.SetShapeTool(SpElliArc);
-         t.mouse.Drag(100, 50, 300, 250);  // a circle of radius 100 about (200, 150)
-         dynamic_cast<TMyElliArc&>(*t.Last()).SetArcMode(amCircle);
-         return t.Last();
-       },
-       // The end handle sits at the right; drag it to about 40 degrees below.
-       SpSelecting, [](Gestures& t) { t.mouse.Drag(300, 150, 277, 214, Qt::ShiftModifier); },
-       [](TMyShape& s) {
-         const auto& arc = dynamic_cast<TMyElliArc&>(s);
-         EXPECT_NEAR(static_cast<double>(arc.EndAngle()), static_cast<double>(kPi / 4), 1e-4);
-         EXPECT_NEAR(static_cast<double>(arc.StartAngle()), static_cast<double>(-kPi / 2), 1e-4);
-       }},
-      {"a Bezier anchor drags with its controls", bezier, SpSelecting,
-       [](Gestures& t) { t.mouse.Drag(120, 150, 130, 160); },
-       [](TMyShape& s) {
-         EXPECT_EQ(s.GetPointsCount(), 7);
-         EXPECT_EQ(s.Points[2], MyPoint(130, 60));
-       }},
-      {"a Bezier piece is added on the curve", bezier, SpPolylinePolygonPointAdding,
-       [](Gestures& t) { t.mouse.Click(70, 75); }, pointCount(10)},
-      {"a Bezier piece is removed at an anchor", bezier, SpPolylinePolygonPointRemoving,
-       [](Gestures& t) { t.mouse.Click(120, 150); }, pointCount(4)},
-      {"a rotation with a constraint turns in whole steps",
-       [](Gestures& t) {
-         t.cad.SetRotateConstraintDegree(15);
-         return t.AddRect(100, 100, 200, 160);
-       },
-       SpRotateSelecting, [](Gestures& t) { t.mouse.Press(200, 160).Move(190, 175).Release(185, 182); },
-       [](TMyShape& s) {
-         const double degrees = s.GetAngle() * 180 / kPi;
-         EXPECT_GT(degrees, 1);
-         EXPECT_NEAR(std::fmod(degrees + 1e-3, 15.0), 0, 1e-2);
-       }},
-      {"horizontal drag mode drops the vertical part", box, SpSelecting,
-       [](Gestures& t) {
-         t.cad.SetDragMode(dgHorz);
-         t.mouse.Drag(20, 20, 60, 80);
-       },
-       corner({50, 10})},
-      {"snap lands the box's left edge (37) on the grid", box, SpSelecting,
-       [](Gestures& t) {
-         t.cad.GridOperation()->SetGridWidth(20);
-         t.cad.GridOperation()->SetGridHeight(20);
-         t.cad.SetSnap(true);
-         t.cad.SetSnapPixels(5);
-         t.mouse.Drag(20, 20, 47, 20);
-       },
-       corner({40, 10})},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    cad.DeleteAllShapes();
-    TMyShape* shape = c.make(*this);
-    cad.SelectShapeByCode(shape->ShapeId, true);
-    const TDocument before = DocumentState(cad);
-    cad.SetShapeTool(c.tool);
-    c.gesture(*this);
-    c.check(*shape);
-    ExpectUndoRestores(before);
-  }
-  // With no snap distance nothing ever snaps.
-  cad.SetSnapPixels(0);
-  std::int32_t x = 41, y = 39;
-  EXPECT_FALSE(cad.SnapXY(x, y));
-  EXPECT_EQ(Point(x, y), Point(41, 39));
+TEST_F(Gestures, RotatingWithAConstraintTurnsInWholeSteps) {
+  TMyShape* shape = AddRect(100, 100, 200, 160);
+  cad.SetRotateConstraintDegree(15);
+  cad.SelectShapeByCode(shape->ShapeId, true);
+  const TDocument before = DocumentState(cad);
+  cad.SetShapeTool(SpRotateSelecting);
+  mouse.Press(200, 160).Move(190, 175).Release(185, 182);
+  const double degrees = shape->GetAngle() * 180 / kPi;
+  EXPECT_GT(degrees, 1);
+  EXPECT_NEAR(std::fmod(degrees + 1e-3, 15.0), 0, 1e-2);
+  ExpectUndoRestores(before);
+}
+
+TEST_F(Gestures, DraggingAnArcEndWithShiftSnapsItTo15Degrees) {
+  cad.SetShapeTool(SpElliArc);
+  mouse.Drag(100, 50, 300, 250);  // a circle of radius 100 about (200, 150)
+  cad.SetShapeTool(SpSelecting);
+  auto* arc = dynamic_cast<TMyElliArc*>(Last());
+  arc->SetArcMode(amCircle);
+  const TDocument before = DocumentState(cad);
+  // The end handle sits at the right; drag it to about 40 degrees below.
+  mouse.Drag(300, 150, 277, 214, Qt::ShiftModifier);
+  EXPECT_NEAR(static_cast<double>(arc->EndAngle()), static_cast<double>(kPi / 4), 1e-4);
+  EXPECT_NEAR(static_cast<double>(arc->StartAngle()), static_cast<double>(-kPi / 2), 1e-4);
+  ExpectUndoRestores(before);
 }
 
 // ---------------------------------------------------------------------------
@@ -417,6 +388,34 @@ TEST_F(Gestures, NodeAddingInsertsTheClickBeforeTheSegmentsEnd) {
   EXPECT_EQ(added, std::vector<std::int32_t>{1});
   EXPECT_EQ(chain->Points, (TArrMyPoint{{10, 10}, {60, 12}, {110, 10}, {110, 110}}));
   ExpectUndoRestores(before);
+}
+
+TEST_F(Gestures, BezierAnchorsDragWithTheirControlsAndPiecesComeAndGo) {
+  TMyShape* chain = cad.AddShapeByCode2("TMyPolyBezier", "",
+                                        {{20, 150}, {20, 50}, {120, 50}, {120, 150}, {120, 250}, {220, 250}, {220, 150}}, 0);
+  const TDocument before = DocumentState(cad);
+  struct Case {
+    const char* name;
+    TDrawTool tool;
+    std::function<void(Gestures&)> gesture;
+    std::int32_t points;
+  };
+  const Case cases[] = {
+      {"anchor drag", SpSelecting, [](Gestures& t) { t.mouse.Drag(120, 150, 130, 160); }, 7},
+      {"piece added on the curve", SpPolylinePolygonPointAdding, [](Gestures& t) { t.mouse.Click(70, 75); }, 10},
+      {"piece removed at an anchor", SpPolylinePolygonPointRemoving, [](Gestures& t) { t.mouse.Click(120, 150); }, 4},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    cad.SetShapeTool(c.tool);
+    cad.SelectShapeByCode(chain->ShapeId, true);
+    c.gesture(*this);
+    EXPECT_EQ(chain->GetPointsCount(), c.points);
+    if (c.tool == SpSelecting) {
+      EXPECT_EQ(chain->Points[2], MyPoint(130, 60));
+    }
+    ExpectUndoRestores(before);
+  }
 }
 
 // ---------------------------------------------------------------------------
