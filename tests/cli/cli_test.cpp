@@ -10,19 +10,20 @@
 #include <string>
 #include <vector>
 
-#include "cli/drawing_bytes.h"
+#include "canvas/drawing_bytes.h"
 #include "library/library_fixture.h"
 #include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
 
+using test::BaseRecord;
 using test::Concat;
-using test::DrawingBytes;
+using test::Drawing;
 using test::Shape;
 using test::TagBytes;
 using test::TBytes;
-using test::TDrawingContent;
+using test::THeaderFields;
 using test::TScratchFolder;
 
 struct TRun {
@@ -46,14 +47,20 @@ TRun Lumatrex(const std::vector<std::string>& args,
 bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 // A rectangle and a line with an arrow head, user data with bytes that need
-// escapes, one layer.
+// escapes.
 TBytes SmallDrawing(const std::string& version = "XP.j") {
-  TDrawingContent content;
-  content.version = version;
-  content.userData = {{"k", "caf\xe9\n\""}};
-  content.shapes = {test::ShapeBytes(version, Shape("TMyRectangle", "Shape0", 0, {{10, 20}, {30.5f, 40}}, {20.25f, 30})),
-                 test::LineBytes(version, Shape("TMyLine", "Shape1", 1, {{0, 0}, {0.1f, 50}}, {0.05f, 25}))};
-  return DrawingBytes(content);
+  THeaderFields header;
+  header.version = version;
+  header.userData = {{"k", "caf\xe9\n\""}};
+  return Drawing(
+      header,
+      {{"TMyRectangle", BaseRecord(version, Shape("TMyRectangle", "Shape0", 0, {{10, 20}, {30.5f, 40}}, {20.25f, 30})).bytes},
+       {"TMyLine", test::LineRecord(version, Shape("TMyLine", "Shape1", 1, {{0, 0}, {0.1f, 50}}, {0.05f, 25}), ALeft).bytes}});
+}
+
+// A drawing of one black rectangle.
+TBytes BoxDrawing(const THeaderFields& header = {}) {
+  return Drawing(header, {{"TMyRectangle", BaseRecord("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30})).bytes}});
 }
 
 // The whole dumps are kept as files: every field of a small drawing (its
@@ -94,10 +101,7 @@ TEST(LumatrexErrors, GoToStandardErrorWithANonZeroStatus) {
   const std::string truncated = folder.Write("truncated.lmx", truncatedBytes);
   const std::string junk = folder.Write("junk.bin", TBytes(100, 'x'));
   const std::string empty = folder.Write("empty.lmx", {});
-  TDrawingContent noLayer;
-  noLayer.layers = {};
-  noLayer.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{0, 0}}, {}))};
-  const std::string layerless = folder.Write("nolayer.lmx", DrawingBytes(noLayer));
+  const std::string layerless = folder.Write("nolayer.lmx", BoxDrawing({.layers = {}}));
   const std::string lib = folder.Write("a.lib", Concat({TagBytes("ZOLTLIBX.j"), test::BoxEntry("A")}));
   struct Row {
     const char* edge;
@@ -182,9 +186,7 @@ TEST(LumatrexConvert, AnOlderDrawingBecomesXPjWithTheSameContent) {
 
 TEST(LumatrexRender, WritesAPngOfTheDrawingsExtentAtTheZoom) {
   TScratchFolder folder;
-  TDrawingContent content;
-  content.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30}))};
-  const std::string drawing = folder.Write("box.lmx", DrawingBytes(content));
+  const std::string drawing = folder.Write("box.lmx", BoxDrawing());
   ASSERT_EQ(Lumatrex({"render", drawing, folder.File("one.png")}).status, 0);
   const TRun twice = Lumatrex({"render", drawing, folder.File("two.png"), "--zoom", "2"});
   ASSERT_EQ(twice.status, 0) << twice.err;
@@ -224,10 +226,7 @@ TEST(LumatrexGenerate, WritesTheSameDrawingOfNShapesForTheSameSeed) {
 TEST(LumatrexLib, EverySubcommandEndToEnd) {
   TScratchFolder folder;
   const std::string lib = folder.File("shapes.lib");
-  TDrawingContent pump;
-  pump.userData = {{"part", "P-1"}};
-  pump.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30}))};
-  const std::string drawing = folder.Write("pump.lmx", DrawingBytes(pump));
+  const std::string drawing = folder.Write("pump.lmx", BoxDrawing({.userData = {{"part", "P-1"}}}));
   auto list = [&] { return Lumatrex({"lib", lib, "list"}).out; };
 
   ASSERT_EQ(Lumatrex({"lib", lib, "add", "Pump", drawing}).status, 0);  // creates the library
