@@ -9,7 +9,7 @@
 #include "canvas/document_state.h"
 #include "shapes/connectors.h"
 #include "shapes/drawing_modes.h"
-#include "shapes/shape_factory.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -37,29 +37,11 @@ void Group(TMyShape* group, const std::vector<TMyShape*>& members) {
 }
 
 // A library with the entry "Pair", drawn 20 x 10: a group (0) of a box (1)
-// and a connector (2) from the box's link point to a shape outside the entry.
+// and a connector (2) from the box's link point to a shape outside the entry
+// (its fields are in the lumatrex tool's dump of it).
 TLibManager PairLibrary() {
-  TCmbShape drawing("XP.j", nullptr);
-  for (const char* kind : {"TMyGroup", "TMyRectangle", "TMyLinkLine"})
-    drawing.Shapes.push_back(CreateShapeByClassName(kind, &drawing));
-  TMyShape& group = *drawing.Shapes[0];
-  TMyShape& box = *drawing.Shapes[1];
-  auto& link = static_cast<TMyLinkLine&>(*drawing.Shapes[2]);
-  group.Points = Box(0, 0, 20, 10);
-  group.ChildShapes = {1, 2};
-  box.ShapeNo = 1;
-  box.ParentId = 0;
-  box.Points = Box(0, 0, 10, 10);
-  box.LinkPoints = {{10, 5}};
-  link.ShapeNo = 2;
-  link.ParentId = 0;
-  link.Points = {{10, 5}, {20, 5}};
-  link.SetStartSpNo(1);
-  link.SetStartSpPtId(0);
-  link.SetEndSpNo(7);
-  link.SetEndSpPtId(0);
   TLibManager lib;
-  EXPECT_TRUE(lib.AppendNewShape("Pair", {&group, &box, &link}, {}, 20, 10));
+  lib.LoadFromFile(DataPath("libraries/pair.lib"));
   return lib;
 }
 

@@ -66,8 +66,8 @@ TBytes BoxDrawing(const THeaderFields& header = {}) {
 // The whole dumps are kept as files: every field of a small drawing (its
 // layer and both shapes, with the escapes and float spellings), of each
 // drawing under tests/data/drawings (every version built from the format
-// tables, and a shape of every class tag), and of a library with its tag and
-// stored coordinates. The tool runs headless without a platform chosen or a
+// tables, a shape of every class tag, the painted scene) and library under
+// tests/data/libraries, and of a library with its tag and stored coordinates. The tool runs headless without a platform chosen or a
 // display.
 TEST(LumatrexDump, PrintsEveryFieldOfADrawingOrALibraryWithoutADisplay) {
   TScratchFolder folder;
@@ -77,10 +77,14 @@ TEST(LumatrexDump, PrintsEveryFieldOfADrawingOrALibraryWithoutADisplay) {
       {{"dump", folder.Write("small.lmx", SmallDrawing())}, "cli/small-drawing-dump.json"},
       {{"dump", "--library", folder.Write("pump.lib", Concat({TagBytes("ZOLTLIBX.j"), test::PumpEntry()}))},
        "cli/pump-library-dump.json"}};
-  std::set<std::filesystem::path> drawings;
-  for (const auto& entry : std::filesystem::directory_iterator(test::DataPath("drawings"))) drawings.insert(entry.path());
-  for (const std::filesystem::path& drawing : drawings)
-    dumps.push_back({{"dump", drawing.string()}, "cli/" + drawing.stem().string() + "-dump.json"});
+  for (const char* folder : {"drawings", "libraries"}) {
+    std::set<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(test::DataPath(folder))) files.insert(entry.path());
+    for (const std::filesystem::path& file : files)
+      dumps.push_back({folder == std::string("libraries") ? std::vector<std::string>{"dump", "--library", file.string()}
+                                                           : std::vector<std::string>{"dump", file.string()},
+                       "cli/" + file.stem().string() + "-dump.json"});
+  }
   for (const auto& [args, golden] : dumps) {
     SCOPED_TRACE(golden);
     const TRun run = Lumatrex(args, env);
