@@ -15,6 +15,7 @@
 #include "canvas/document_state.h"
 #include "shapes/connectors.h"
 #include "support/mouse.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -244,30 +245,15 @@ TEST_F(Connectors, DraggingAnInnerSegmentMovesThatSegmentOnly) {
 // ---------------------------------------------------------------------------
 // The clipboard
 
-// D; the group G of A and B; the connector C from A's link point to B's.
+// D (0); the group G (4) of A (1) and B (2); the connector C (3) from A's
+// link point to B's; G selected.
 struct TDiagram {
   TMyCAD cad;
-  TMyShape* a;
-  TMyShape* b;
-  TMyShape* group;
-  TMyLinkLine* link;
   TDiagram() {
+    EXPECT_TRUE(cad.LoadFromFile(test::DataPath("drawings/diagram.zlt")));
     cad.GridOperation()->SetGridWidth(25);
     cad.GridOperation()->SetGridHeight(15);
-    AddBox(cad, 200, 0, 210, 10);
-    a = AddBox(cad, 0, 0, 20, 20);
-    b = AddBox(cad, 60, 0, 80, 20);
-    a->AddLinkPoint({20, 10});
-    b->AddLinkPoint({60, 10});
-    link = dynamic_cast<TMyLinkLine*>(cad.AddShapeByCode2("TMyLinkLine", "", {{20, 10}, {60, 10}}, 0));
-    link->SetStartSpNo(a->ShapeNo);
-    link->SetStartSpPtId(0);
-    link->SetEndSpNo(b->ShapeNo);
-    link->SetEndSpPtId(0);
-    AddLinklineShape(*a, static_cast<std::uint32_t>(link->ShapeNo));
-    AddLinklineShape(*b, static_cast<std::uint32_t>(link->ShapeNo));
-    group = cad.GroupShapes({a, b}, false);
-    cad.SelectShapeByCode(group->ShapeId, true);
+    cad.SelectShapeByCode(cad.GetShapeByNo(4)->ShapeId, true);
   }
 };
 
