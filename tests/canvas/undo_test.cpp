@@ -16,6 +16,7 @@
 #include "shapes/connectors.h"
 #include "shapes/groups.h"
 #include "support/mouse.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -34,18 +35,11 @@ void RecordedDrag(TMyCAD& cad, const std::vector<TMyShape*>& shapes, double dx, 
   for (TMyShape* s : shapes) cad.DragChangeValueDxDyforShapes(s, dx, dy);
 }
 
-// "A"; the group "G" of "M1", the group "Inner" (of "N1") and "M2"; "B".
+// "A"; the group "G" of "M1", the group "Inner" (of "N1") and "M2"; "B"; ten
+// wide each, side by side.
 struct TGroupScene {
   TMyCAD cad;
-  TGroupScene() {
-    AddNamedBox(cad, "A");
-    TMyShape* m1 = AddNamedBox(cad, "M1", 20);
-    TMyShape* inner = cad.GroupShapes({AddNamedBox(cad, "N1", 40)}, false);
-    inner->SetName("Inner");
-    TMyShape* m2 = AddNamedBox(cad, "M2", 60);
-    cad.GroupShapes({m1, inner, m2}, false)->SetName("G");
-    AddNamedBox(cad, "B", 80);
-  }
+  TGroupScene() { EXPECT_TRUE(cad.LoadFromFile(DataPath("drawings/group-scene.zlt"))); }
   TMyShape* operator[](const std::string& name) const { return cad.GetShapeByName(name); }
 };
 
