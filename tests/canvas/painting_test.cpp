@@ -17,6 +17,7 @@
 #include "platform/control.h"
 #include "platform/qt_interop.h"
 #include "shapes/drawing_modes.h"
+#include "support/golden.h"
 #include "support/test_paths.h"
 
 namespace lumatrex {
@@ -254,29 +255,10 @@ TBitmap Tile() {
   return tile;
 }
 
-std::string GoldenPath(const std::string& name) { return test::DataPath("golden/" + name + ".png"); }
-
 // Renders Cad through its paint pipeline and compares with the golden picture.
-void ExpectGolden(TMyCAD& cad, const std::string& name) {
+::testing::AssertionResult MatchesGolden(TMyCAD& cad, const std::string& name) {
   cad.Repaint();
-  const QImage actual = ToQImage(cad.ScreenBitmap());
-  const QString path = QString::fromStdString(GoldenPath(name));
-  if (qEnvironmentVariableIsSet("LUMATREX_UPDATE_GOLDEN")) {
-    ASSERT_TRUE(actual.save(path, "PNG")) << "cannot write " << path.toStdString();
-    return;
-  }
-  const QImage expected = QImage(path).convertToFormat(QImage::Format_RGB32);
-  ASSERT_FALSE(expected.isNull()) << "missing golden picture " << path.toStdString();
-  ASSERT_EQ(actual.size(), expected.size());
-  int differing = 0;
-  for (int y = 0; y < actual.height(); ++y)
-    for (int x = 0; x < actual.width(); ++x)
-      if ((actual.pixel(x, y) & 0xFFFFFF) != (expected.pixel(x, y) & 0xFFFFFF)) ++differing;
-  if (differing > 0) {
-    const std::string saved = testing::TempDir() + name + ".actual.png";
-    actual.save(QString::fromStdString(saved), "PNG");
-    ADD_FAILURE() << differing << " pixels differ from " << path.toStdString() << "; rendered picture: " << saved;
-  }
+  return test::MatchesGoldenPicture(ToQImage(cad.ScreenBitmap()), "golden/" + name + ".png");
 }
 
 TEST(Golden, TheSceneAtZoom1And2AndTheFourBackgroundPlacementsMatchTheirPictures) {
@@ -298,7 +280,7 @@ TEST(Golden, TheSceneAtZoom1And2AndTheFourBackgroundPlacementsMatchTheirPictures
     cad.SetHotSize(3);
     cad.SelectShapeByCode(cad.GetShapeByNo(6)->ShapeId, true);  // the turned frame
     cad.SetZoom(c.zoom);
-    ExpectGolden(cad, c.name);
+    EXPECT_TRUE(MatchesGolden(cad, c.name));
   }
   const std::pair<const char*, TBkBitmapMode> backgrounds[] = {
       {"background_tiled", Tiled}, {"background_stretch", Stretch}, {"background_center", Center}, {"background_lefttop", LeftTop}};
@@ -308,7 +290,7 @@ TEST(Golden, TheSceneAtZoom1And2AndTheFourBackgroundPlacementsMatchTheirPictures
     cad.resize(40, 30);
     cad.SetBkBitmap(Tile());
     cad.SetBkBitmapMode(mode);
-    ExpectGolden(cad, name);
+    EXPECT_TRUE(MatchesGolden(cad, name));
   }
 }
 
