@@ -31,28 +31,22 @@ TColor BufferAt(const TMyCAD& cad, int x, int y) { return TBitmap(cad.BackBuffer
 // The grid at the step and zoom given, painted in Clip: the back buffer
 // holds the clip only, so buffer (0, 0) is the clip's corner.
 TEST(TMyCADGrid, LinesAndDotsSitOnMultiplesOfTheStepInAnyClip) {
-  struct Probe {
-    int x, y;
-    TColor color;
-  };
   struct Case {
     const char* name;
     TGridType type;
     double step, zoom;
     bool inZoom, shown;
     TRect clip;
-    std::vector<Probe> probes;
+    const char* golden;  // under tests/data/canvas
   };
   const TRect all = Rect(0, 0, 100, 100), part = Rect(25, 25, 75, 75);
   const Case cases[] = {
-      {"lines in a partial paint: device x 30 is buffer x 5", gLine, 10, 1, false, true, part,
-       {{5, 2, clRed}, {4, 2, clWhite}, {15, 2, clRed}, {2, 5, clRed}}},
-      {"zoom alone leaves the spacing", gLine, 10, 2, false, true, all, {{10, 5, clRed}}},
-      {"zoom with GridInZoom spaces the lines", gLine, 10, 2, true, true, all, {{10, 5, clWhite}, {20, 5, clRed}}},
-      {"dots start at the buffer origin without phase", gPixel, 10, 1, false, true, part,
-       {{0, 0, clRed}, {10, 10, clRed}, {5, 5, clWhite}}},
-      {"a zero step draws nothing", gLine, 0, 1, false, true, all, {{0, 0, clWhite}}},
-      {"a hidden grid draws nothing", gLine, 10, 1, false, false, all, {{10, 3, clWhite}}},
+      {"lines in a partial paint: device x 30 is buffer x 5", gLine, 10, 1, false, true, part, "grid-lines-part"},
+      {"zoom alone leaves the spacing", gLine, 10, 2, false, true, all, "grid-lines-10"},
+      {"zoom with GridInZoom spaces the lines", gLine, 10, 2, true, true, all, "grid-lines-20"},
+      {"dots start at the buffer origin without phase", gPixel, 10, 1, false, true, part, "grid-dots-part"},
+      {"a zero step draws nothing", gLine, 0, 1, false, true, all, "grid-none"},
+      {"a hidden grid draws nothing", gLine, 10, 1, false, false, all, "grid-none"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -66,13 +60,12 @@ TEST(TMyCADGrid, LinesAndDotsSitOnMultiplesOfTheStepInAnyClip) {
     cad.GridOperation()->SetGridShow(c.shown);
     cad.SetZoom(c.zoom);
     cad.DrawAll(c.clip);
-    EXPECT_EQ(cad.BackBuffer().Width(), c.clip.Right - c.clip.Left);
-    for (const Probe& p : c.probes) EXPECT_EQ(BufferAt(cad, p.x, p.y), p.color) << p.x << ", " << p.y;
+    EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(cad.BackBuffer()), std::string("canvas/") + c.golden + ".png"));
   }
   TMyCAD fresh;  // no grid until a step is set
-  fresh.resize(50, 50);
-  fresh.DrawAll(Rect(0, 0, 50, 50));
-  EXPECT_EQ(BufferAt(fresh, 0, 0), clWhite);
+  fresh.resize(100, 100);
+  fresh.DrawAll(Rect(0, 0, 100, 100));
+  EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(fresh.BackBuffer()), "canvas/grid-none.png"));
 }
 
 // A 4 x 4 picture whose only red pixel is its top-left one.
