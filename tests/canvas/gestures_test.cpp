@@ -13,10 +13,12 @@
 #include <functional>
 
 #include "canvas/document_state.h"
+#include "platform/qt_interop.h"
 #include "shapes/arc.h"
 #include "shapes/closed_shapes.h"
 #include "shapes/image.h"
 #include "shapes/text.h"
+#include "support/golden.h"
 #include "support/mouse.h"
 
 namespace lumatrex {
@@ -475,6 +477,8 @@ TEST_F(Gestures, ImagesComeFromCodeAndTheClipboardAsOneAddedStep) {
 // ---------------------------------------------------------------------------
 // Drawing aids: the cross-hair and joining a new line to free ends
 
+// The screen after each move, as pictures: one cross-hair through the mouse,
+// the old one erased, the same after a repaint; nothing when it is off.
 TEST(TMyCADCrossHair, FollowsTheMouseInNotModeAndSurvivesARepaint) {
   for (const bool on : {true, false}) {
     SCOPED_TRACE(on ? "CrossLine on" : "CrossLine off");
@@ -482,18 +486,16 @@ TEST(TMyCADCrossHair, FollowsTheMouseInNotModeAndSurvivesARepaint) {
     cad.resize(200, 150);
     cad.SetCrossLine(on);
     cad.Repaint();
-    const auto pixel = [&cad](int x, int y) { return TBitmap(cad.ScreenBitmap()).Canvas().GetPixel(x, y); };
-    const TColor crossed = on ? clBlack : clWhite;
+    const auto screenIs = [&cad, on](const std::string& crossed) {
+      const std::string golden = "canvas/" + (on ? crossed : std::string("blank-200x150")) + ".png";
+      return test::MatchesGoldenPicture(ToQImage(cad.ScreenBitmap()), golden);
+    };
     TMouse(cad).Move(50, 40, false);
-    EXPECT_EQ(pixel(5, 40), crossed);
-    EXPECT_EQ(pixel(50, 140), crossed);
-    EXPECT_EQ(pixel(5, 5), clWhite);
+    EXPECT_TRUE(screenIs("cross-hair-50-40"));
     TMouse(cad).Move(120, 90, false);
-    EXPECT_EQ(pixel(5, 40), clWhite) << "the old cross-hair stays";
-    EXPECT_EQ(pixel(199, 90), crossed);
+    EXPECT_TRUE(screenIs("cross-hair-120-90"));
     cad.Repaint();
-    EXPECT_EQ(pixel(120, 3), crossed);
-    EXPECT_EQ(pixel(5, 40), clWhite);
+    EXPECT_TRUE(screenIs("cross-hair-120-90"));
   }
 }
 

@@ -12,8 +12,9 @@
 #include <cstdlib>
 
 #include "canvas/drawing_samples.h"
-#include "support/mouse.h"
 #include "platform/qt_interop.h"
+#include "support/golden.h"
+#include "support/mouse.h"
 
 namespace lumatrex {
 namespace {
@@ -187,11 +188,8 @@ TEST(AntialiasedView, SmoothsShapesOnlyWhenOn) {
     cad.SetAntialiased(on);
     cad.AddShapeByCode2("TMyLine", "", {{10, 10}, {90, 50}}, 0);
     cad.Repaint();
-    const QImage screen = ToQImage(cad.ScreenBitmap());
-    int between = 0;  // neither the background nor the line's black
-    for (int y = 0; y < 100; ++y)
-      for (int x = 0; x < 100; ++x) between += qGray(screen.pixel(x, y)) % 255 != 0;
-    EXPECT_EQ(between > 20, on);
+    EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(cad.ScreenBitmap()),
+                                           on ? "canvas/line-antialiased.png" : "canvas/line-aliased.png"));
   }
 }
 
@@ -212,20 +210,9 @@ TEST(SharpScreen, DrawsAtDeviceResolutionWhileEventsStayLogical) {
   cad.SetShapeTool(SpSelecting);
   mouse.Click(100, 70);  // nothing there: no handles in the picture
   EXPECT_EQ(cad.GetWorkingShapesCount(), 0);
-  cad.Repaint();
-  const QImage& sharp = cad.SharpPicture();
-  ASSERT_EQ(sharp.size(), QSize(240, 160));
   // The outline runs through the points x = 10 and 60: device pixels 20-21 and 120-121.
-  auto row = [&sharp](int from) {
-    std::string seen;
-    for (int x = from; x < from + 4; ++x) {
-      const QRgb c = sharp.pixel(x, 30) & 0xFFFFFF;
-      seen += c == 0 ? '#' : c == 0xFFFFFF ? '.' : c == 0xFFFF00 ? 'y' : '?';
-    }
-    return seen;
-  };
-  EXPECT_EQ(row(19), ".##y");
-  EXPECT_EQ(row(119), "y##.");
+  cad.Repaint();
+  EXPECT_TRUE(test::MatchesGoldenPicture(cad.SharpPicture(), "canvas/sharp-rectangle.png"));
   mouse.Click(35, 25);
   EXPECT_EQ(cad.GetWorkingShapesCount(), 1);
 }
