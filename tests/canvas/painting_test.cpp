@@ -26,8 +26,6 @@ namespace {
 using test::AddBox;
 using test::Box;
 
-TColor BufferAt(const TMyCAD& cad, int x, int y) { return TBitmap(cad.BackBuffer()).Canvas().GetPixel(x, y); }
-
 // The grid at the step and zoom given, painted in Clip: the back buffer
 // holds the clip only, so buffer (0, 0) is the clip's corner.
 TEST(TMyCADGrid, LinesAndDotsSitOnMultiplesOfTheStepInAnyClip) {
@@ -83,8 +81,7 @@ TEST(TMyCADPaint, ATiledBackgroundInAPartialRepaint) {
   cad.SetBkBitmap(Marker());
   cad.SetBkBitmapMode(Tiled);
   cad.DrawAll(Rect(2, 1, 50, 50));
-  EXPECT_EQ(BufferAt(cad, 2, 3), clRed);
-  EXPECT_EQ(BufferAt(cad, 0, 0), clWhite);
+  EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(cad.BackBuffer()), "canvas/tiles-from-2-1.png"));
 }
 
 TEST(TMyCADPaint, ShiftedPointsGetTheirExactValuesBack) {
@@ -107,17 +104,14 @@ TEST(TMyCADPaint, TheControlShowsTheSelectionHandlesAndNoShapeOfAHiddenLayerOrIn
   TMyShape* shape = AddBox(cad, 20, 20, 60, 60);
   cad.SelectShapeByCode(shape->ShapeId, true);
   cad.Repaint();
-  TBitmap screen(cad.ScreenBitmap());
-  EXPECT_EQ(screen.Canvas().GetPixel(17, 17), clBlack);  // handle outline around the corner
-  EXPECT_EQ(screen.Canvas().GetPixel(18, 18), GetHotColor());
-  EXPECT_EQ(screen.Canvas().GetPixel(40, 40), clBlue);
+  EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(cad.ScreenBitmap()), "canvas/selected-box.png"));
   cad.InVisibleLayerByID(0);
   cad.DrawAll(Rect(0, 0, 80, 80));
-  EXPECT_EQ(BufferAt(cad, 40, 40), clWhite);
+  EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(cad.BackBuffer()), "canvas/blank-80x80.png"));
   cad.VisibleAllLayer();
   shape->SetVisible(false);
   cad.DrawAll(Rect(0, 0, 80, 80));
-  EXPECT_EQ(BufferAt(cad, 40, 40), clWhite);
+  EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(cad.BackBuffer()), "canvas/blank-80x80.png"));
   int paints = 0;  // a paint arriving during a paint draws nothing
   cad.OnPaint = [&](QObject*) {
     ++paints;
