@@ -8,7 +8,6 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QPlainTextEdit>
-#include <QTemporaryDir>
 #include <cmath>
 #include <functional>
 
@@ -20,6 +19,7 @@
 #include "shapes/text.h"
 #include "support/golden.h"
 #include "support/mouse.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -30,18 +30,13 @@ using TDocument = std::vector<TShapeState>;
 struct Gestures : ::testing::Test {
   TMyCAD cad;
   TMouse mouse{cad};
-  QTemporaryDir dir;
-  std::string pictureFile;
+  const std::string pictureFile = DataPath("bmp/pal8-3x2.bmp");  // a 3 x 2 picture
   void SetUp() override {
     cad.resize(400, 300);
     cad.SetResizeEnable(true);
     cad.SetRotateEnable(true);
     cad.SetDragEnable(true);
     cad.SetDragMode(dgBoth);
-    QImage picture(3, 2, QImage::Format_RGB32);
-    picture.fill(Qt::red);
-    pictureFile = dir.filePath("picture.png").toStdString();
-    ASSERT_TRUE(picture.save(QString::fromStdString(pictureFile)));
     cad.OnGetImageFileName = [this](QObject*, std::string& name) {
       name = pictureFile;
       return true;
@@ -456,7 +451,7 @@ TEST_F(Gestures, ImagesComeFromCodeAndTheClipboardAsOneAddedStep) {
   cad.OnShapeAdded = [&](QObject*, TMyShape*&, std::int32_t count) { added = count; };
   TBitmap picture;
   ASSERT_TRUE(TMyCAD::LoadPictureFile(pictureFile, picture));
-  EXPECT_FALSE(TMyCAD::LoadPictureFile(dir.filePath("missing.png").toStdString(), picture));
+  EXPECT_FALSE(TMyCAD::LoadPictureFile(DataPath("missing.png"), picture));
   EXPECT_EQ(cad.AddImageShapeByCode(TBitmap(), "", {}, 0), nullptr);
   TMyShape* byCode = cad.AddImageShapeByCode(picture, "photo", {}, 0);
   ASSERT_NE(byCode, nullptr);
