@@ -398,10 +398,8 @@ TEST(TMyCADAlignment, AGroupMovesWithItsMembersAndAttachedConnectorsFollow) {
   cad.SelectShapeByCode(box->ShapeId, false);
 
   cad.AlignLeft();
-  EXPECT_EQ(group->Points, Box(10, 0, 40, 10));
-  EXPECT_EQ(member->Points, Box(10, 0, 20, 10));
-  EXPECT_EQ(link->GetPoint(0), (TMyPoint{20, 5}));
-  EXPECT_EQ(link->GetPoint(1), (TMyPoint{100, 5}));
+  // The group and its members at x 10, the connector's start on the member.
+  ExpectGoldenFile(DocumentText(cad), "canvas/group-aligned-left.txt");
   // The group, its two members, the box, and the connector that follows.
   EXPECT_EQ(cad.GetUndoRedoShapeList().size(), 5u);
 }
