@@ -44,6 +44,7 @@ inline std::vector<TShapeState> DocumentState(const TMyCAD& cad) {
 // points and, for a connector, its ends (shape number and link point).
 inline std::string DocumentText(const TMyCAD& cad) {
   std::ostringstream out;
+  out.precision(9);  // every float exactly
   const auto points = [&out](const char* what, const TArrMyPoint& list) {
     out << ' ' << what;
     for (const TMyPoint& p : list) out << ' ' << p.X << ',' << p.Y;
