@@ -8,6 +8,7 @@
 #include <cmath>
 #include <functional>
 #include <iterator>
+#include <map>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -265,49 +266,30 @@ TEST(TMyCADUndo, ADeletedGroupComesBackWithItsMembersAndTheirRelations) {
 // ---------------------------------------------------------------------------
 // Paint order
 
-struct TZOrderCase {
-  const char* edge;
-  void (TMyCAD::*command)(TMyShape*, bool);
-  const char* shape;
-  const char* action;
-  std::vector<std::string> afterCommand;
-  std::vector<std::string> afterUndo;
-};
-
-class TMyCADUndoZOrder : public testing::TestWithParam<TZOrderCase> {};
-
-TEST_P(TMyCADUndoZOrder, TheInverseCommandIsApplied) {
-  const TZOrderCase& row = GetParam();
-  TMyCAD cad;
-  for (const char* name : {"A", "B", "C"}) AddNamedBox(cad, name);
-  const auto before = DocumentState(cad);
-  (cad.*row.command)(cad.GetShapeByName(row.shape), true);
-  ASSERT_EQ(cad.GetUndoRedoShapeList().size(), 1u);
-  EXPECT_EQ(cad.GetUndoRedoShapeList()[0].ActionName, row.action);
-  EXPECT_EQ(Names(cad), row.afterCommand);
-  cad.PopFromUndoRedoShapeList();
-  EXPECT_EQ(Names(cad), row.afterUndo);
-  if (row.afterUndo == std::vector<std::string>{"A", "B", "C"}) {
-    EXPECT_EQ(DocumentState(cad), before);
+// Each paint-order command on "A", "B", "C" (back to front) and its undo:
+// the rows of tests/data/canvas/undo-z-order.txt.
+TEST(TMyCADUndo, PaintOrderCommandsAreTakenBackByTheirInverse) {
+  const std::map<std::string, void (TMyCAD::*)(TMyShape*, bool)> commands = {
+      {"BringToFront", &TMyCAD::BringToFront},
+      {"SendToBack", &TMyCAD::SendToBack},
+      {"BringToFrontByStep", &TMyCAD::BringToFrontByStep},
+      {"SendToBackByStep", &TMyCAD::SendToBackByStep}};
+  for (const std::vector<std::string>& row : DataTable("canvas/undo-z-order.txt")) {
+    SCOPED_TRACE(row.at(0));
+    TMyCAD cad;
+    for (const char* name : {"A", "B", "C"}) AddNamedBox(cad, name);
+    const auto before = DocumentState(cad);
+    (cad.*commands.at(row.at(1)))(cad.GetShapeByName(row.at(2)), true);
+    ASSERT_EQ(cad.GetUndoRedoShapeList().size(), 1u);
+    EXPECT_EQ(cad.GetUndoRedoShapeList()[0].ActionName, row.at(3));
+    EXPECT_EQ(Names(cad), Words(row.at(4)));
+    cad.PopFromUndoRedoShapeList();
+    EXPECT_EQ(Names(cad), Words(row.at(5)));
+    if (row.at(5) == "A B C") {
+      EXPECT_EQ(DocumentState(cad), before);
+    }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Commands, TMyCADUndoZOrder,
-    testing::Values(
-        TZOrderCase{"BringToFront_back_most", &TMyCAD::BringToFront, "A", ACT_BRINGTOFRONT, {"B", "C", "A"},
-                    {"A", "B", "C"}},
-        TZOrderCase{"BringToFront_middle_comes_back_at_the_very_back", &TMyCAD::BringToFront, "B",
-                    ACT_BRINGTOFRONT, {"A", "C", "B"}, {"B", "A", "C"}},
-        TZOrderCase{"BringToFront_front_most_records_and_undo_sends_it_back", &TMyCAD::BringToFront, "C",
-                    ACT_BRINGTOFRONT, {"A", "B", "C"}, {"C", "A", "B"}},
-        TZOrderCase{"SendToBack_front_most", &TMyCAD::SendToBack, "C", ACT_SENDTOBACK, {"C", "A", "B"},
-                    {"A", "B", "C"}},
-        TZOrderCase{"BringToFrontByStep", &TMyCAD::BringToFrontByStep, "A", ACT_BRINGTOFRONTBYSTEP,
-                    {"B", "A", "C"}, {"A", "B", "C"}},
-        TZOrderCase{"SendToBackByStep", &TMyCAD::SendToBackByStep, "C", ACT_SENDTOBACKBYSTEP, {"A", "C", "B"},
-                    {"A", "B", "C"}}),
-    [](const testing::TestParamInfo<TZOrderCase>& info) { return std::string(info.param.edge); });
 
 // ---------------------------------------------------------------------------
 // Alignment
