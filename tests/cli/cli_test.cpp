@@ -6,7 +6,9 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <filesystem>
+#include <map>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -97,51 +99,34 @@ TEST(LumatrexDump, PrintsEveryFieldOfADrawingOrALibraryWithoutADisplay) {
 // ---------------------------------------------------------------------------
 // Errors and help
 
+// The wrong uses listed in tests/data/cli/errors.txt, on files written here.
 TEST(LumatrexErrors, GoToStandardErrorWithANonZeroStatus) {
   TScratchFolder folder;
-  const std::string drawing = folder.Write("small.lmx", SmallDrawing());
-  TBytes truncatedBytes = SmallDrawing();
-  truncatedBytes.resize(300);
-  const std::string truncated = folder.Write("truncated.lmx", truncatedBytes);
-  const std::string junk = folder.Write("junk.bin", TBytes(100, 'x'));
-  const std::string empty = folder.Write("empty.lmx", {});
-  const std::string layerless = folder.Write("nolayer.lmx", BoxDrawing({.layers = {}}));
-  const std::string lib = folder.Write("a.lib", Concat({TagBytes("ZOLTLIBX.j"), test::BoxEntry("A")}));
-  struct Row {
-    const char* edge;
+  TBytes truncated = SmallDrawing();
+  truncated.resize(300);
+  const std::map<std::string, std::string> names = {
+      {"{drawing}", folder.Write("small.lmx", SmallDrawing())},
+      {"{truncated}", folder.Write("truncated.lmx", truncated)},
+      {"{junk}", folder.Write("junk.bin", TBytes(100, 'x'))},
+      {"{empty}", folder.Write("empty.lmx", {})},
+      {"{layerless}", folder.Write("nolayer.lmx", BoxDrawing({.layers = {}}))},
+      {"{lib}", folder.Write("a.lib", Concat({TagBytes("ZOLTLIBX.j"), test::BoxEntry("A")}))},
+      {"{dir}", folder.File("")},
+      {"\\n", "\n"}};
+  const auto expand = [&names](std::string text) {
+    for (const auto& [name, value] : names)
+      for (std::size_t at; (at = text.find(name)) != std::string::npos;) text.replace(at, name.size(), value);
+    return text;
+  };
+  for (const std::vector<std::string>& row : test::DataTable("cli/errors.txt")) {
+    SCOPED_TRACE(row.at(0));
     std::vector<std::string> args;
-    int status;
-    std::string stderrPart;
-  };
-  const std::vector<Row> rows = {
-      {"no arguments", {}, 2, "Usage: lumatrex COMMAND"},
-      {"unknown command", {"draw"}, 2, "unknown command \"draw\""},
-      {"dump without a file", {"dump"}, 2, "Usage: lumatrex dump"},
-      {"dump of two files", {"dump", drawing, drawing}, 2, "expected 1 argument\n"},
-      {"lib rename of one name", {"lib", lib, "rename", "A"}, 2, "lib rename: expected 2 arguments\n"},
-      {"unknown option", {"dump", "--fast", drawing}, 2, "unknown option --fast"},
-      {"missing file", {"dump", folder.File("absent.lmx")}, 1, folder.File("absent.lmx") + ": "},
-      {"not a drawing", {"dump", junk}, 1, junk + ": not a Lumatrex drawing file"},
-      {"empty file", {"render", empty, folder.File("e.png")}, 1, empty + ": not a Lumatrex drawing file\n"},
-      {"truncated drawing", {"dump", truncated}, 1, truncated + ": read error at byte"},
-      {"shapes but no layer", {"dump", layerless}, 1, "lumatrex: Error!There is no Layer!"},
-      {"a drawing is no library", {"dump", "--library", drawing}, 1, drawing + ": not a shape library"},
-      {"zoom not positive", {"render", drawing, folder.File("a.png"), "--zoom", "0"}, 2, "--zoom takes"},
-      {"zoom without value", {"render", drawing, folder.File("a.png"), "--zoom"}, 2, "--zoom needs a value"},
-      {"image type", {"render", drawing, folder.File("a.gif")}, 2, "must be .png, .jpg, .jpeg or .bmp"},
-      {"unknown lib subcommand", {"lib", lib, "shrink"}, 2, "unknown lib subcommand \"shrink\""},
-      {"lib without subcommand", {"lib", lib}, 2, "needs a library file and a subcommand"},
-      {"delete an absent entry", {"lib", lib, "delete", "B"}, 1, "no entry named \"B\""},
-      {"add a taken name", {"lib", lib, "add", "A", drawing}, 1, "an entry named \"A\" exists"},
-      {"rename an absent entry", {"lib", lib, "rename", "Q", "R"}, 1, "no entry named \"Q\""},
-      {"extract an absent entry", {"lib", lib, "extract", "Z", folder.File("z.lmx")}, 1, "no entry named \"Z\""},
-      {"list a drawing", {"lib", drawing, "list"}, 1, "not a shape library"},
-  };
-  for (const Row& row : rows) {
-    const TRun run = Lumatrex(row.args);
-    EXPECT_EQ(run.status, row.status) << row.edge << ": " << run.err;
-    EXPECT_TRUE(Contains(run.err, row.stderrPart)) << row.edge << ": " << run.err;
-    EXPECT_EQ(run.out, "") << row.edge;
+    std::istringstream words(row.at(1));
+    for (std::string word; words >> word;) args.push_back(expand(word));
+    const TRun run = Lumatrex(args);
+    EXPECT_EQ(run.status, std::stoi(row.at(2))) << run.err;
+    EXPECT_TRUE(Contains(run.err, expand(row.at(3)))) << run.err;
+    EXPECT_EQ(run.out, "");
   }
 }
 
