@@ -225,14 +225,16 @@ TEST(TMyCADDrawingLoad, EdgesOfTheHeaderAndRecordsLoadAsTheyMust) {
 // ---------------------------------------------------------------------------
 // Blocks
 
+// A drawing of 1000 x 100 built from the format tables: a group of two
+// members and a connector between them, on layers 3 and 7, with ids far from
+// the canvas's (the lumatrex tool's tests dump it).
+const char* const kBlock = "drawings/block.zlt";
+
 TEST(TMyCADDrawingBlock, MergeAppendsTheShapesWithNewIdsAndReferencesOnTheCurrentLayerSelected) {
   TMyCAD cad;
   FillWithOldDrawing(cad);  // two shapes, layers 0 and 1 (current)
   cad.SetModified(false);
-  THeaderFields header;
-  header.width = 1000;  // wider, lower
-  header.height = 100;
-  TMemoryStream stream(Drawing(header, GroupAndConnector()));
+  TMemoryStream stream(FileBytes(DataPath(kBlock)));
   ASSERT_TRUE(cad.LoadFromStreamforBlock(stream, Merge));
   // Ids 2 to 5 after the canvas's own, references renumbered, all on layer 1.
   ExpectGoldenFile(DocumentText(cad), "canvas/merged-block.txt");
@@ -429,7 +431,7 @@ TEST(TMyCADDrawingBlock, AFailedBlockChangesNothing) {
   TMyCAD cad;
   FillWithOldDrawing(cad);
   const TBytes before = Saved(cad);
-  TBytes block = Drawing(THeaderFields{}, GroupAndConnector());
+  TBytes block = FileBytes(DataPath(kBlock));
   block.pop_back();
   TMemoryStream stream(block);
   EXPECT_THROW(cad.LoadFromStreamforBlock(stream, Import), EReadError);

@@ -86,21 +86,6 @@ inline std::string GoldenPath(const std::string& version) { return DataPath("dra
 // tool's tests dump it field by field.
 inline std::string EveryKindPath() { return DataPath("drawings/every-kind.zlt"); }
 
-// A group of two members and a connector between them, on block layers 3
-// and 7, with ids far from the canvas's.
-inline std::vector<TEntry> GroupAndConnector() {
-  TRecordBytes link = LineRecord("XP.j", {.name = "W", .id = 53, .layer = 7});
-  link.i32(0).i32(0).i32(1).i32(0).u8(lldsLine);  // from member A to member B
-  return {
-      {"TMyRectangle",
-       BaseRecord("XP.j", {.name = "A", .id = 50, .layer = 3, .parent = 2, .points = Box(0, 0, 5, 5)}).bytes},
-      {"TMyEllipse",
-       BaseRecord("XP.j", {.name = "B", .id = 51, .layer = 7, .parent = 2, .points = Box(9, 0, 15, 5)}).bytes},
-      {"TMyGroup",
-       BaseRecord("XP.j", {.name = "G", .id = 52, .layer = 3, .children = {0, 1}, .points = Box(0, 0, 15, 5)}).bytes},
-      {"TMyLinkLine", link.bytes}};
-}
-
 // ---------------------------------------------------------------------------
 // Drawings made with the canvas
 
