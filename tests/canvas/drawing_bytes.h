@@ -11,23 +11,20 @@
 #include "persistence/user_data.h"
 #include "shapes/record_bytes.h"
 #include "shapes/shape_enums.h"
+#include "support/test_paths.h"
 
 namespace lumatrex::test {
+
+// The bytes of a file under tests/data.
+inline TBytes DataBytes(const std::string& relative) {
+  const std::string bytes = ReadFileBytes(DataPath(relative));
+  return TBytes(bytes.begin(), bytes.end());
+}
 
 inline TRecordBytes& FixText(TRecordBytes& r, const std::string& text, std::size_t n) {
   std::string bytes = text;
   bytes.resize(n, ' ');
   return r.raw(bytes.data(), n);
-}
-
-// A 2 x 1 BMP file of 24 bits a pixel: red, then blue; rows padded to 4 bytes.
-inline TBytes TwoPixelBmp() {
-  TRecordBytes r;
-  r.u8('B').u8('M').i32(62).i32(0).i32(54);                        // file header: size, reserved, pixel offset
-  r.i32(40).i32(2).i32(1).u8(1).u8(0).u8(24).u8(0).i32(0).i32(8);  // 2 x 1, one plane, 24 bits, BI_RGB, 8 bytes
-  r.i32(0).i32(0).i32(0).i32(0);                                   // resolution, palette
-  r.u8(0).u8(0).u8(255).u8(255).u8(0).u8(0).u8(0).u8(0);           // blue-green-red triples, padding
-  return r.bytes;
 }
 
 struct TLayerFields {
@@ -45,7 +42,7 @@ struct THeaderFields {
   std::int32_t width = 640;
   std::int32_t height = 480;
   std::uint8_t unit = inch;
-  TBytes bkBitmap = TwoPixelBmp();
+  TBytes bkBitmap = DataBytes("canvas/red-blue-2x1.bmp");  // 24 bits a pixel: red, then blue
   std::optional<std::int64_t> bkBitmapSize = {};
   std::int32_t bkMode = Stretch;
   double ratio = 0.25;

@@ -105,15 +105,8 @@ inline T& Kind(TMyCAD& cad, const std::string& classTag) {
   throw std::logic_error("no " + classTag);
 }
 
-// A canvas with content of its own, which failed loads must leave alone.
-inline void FillWithOldDrawing(TMyCAD& cad) {
-  cad.resize(320, 240);
-  cad.SetColorOfBackGround(clGreen);
-  cad.SetTag(-1);
-  cad.UserData().AddKeyandValue("old", "data");
-  cad.NewLayer("Old", true);
-  cad.AddShapeByCode2("TMyEllipse", "Old0", Box(1, 2, 30, 40), 0);
-  cad.AddShapeByCode2("TMyLine", "Old1", {{0, 0}, {9, 9}}, 0);
-}
+// A canvas with content of its own, which failed loads must leave alone:
+// 320 x 240, green, tag -1, user data, two layers, an ellipse and a line.
+inline void FillWithOldDrawing(TMyCAD& cad) { ASSERT_TRUE(cad.LoadFromFile(DataPath("drawings/old-drawing.zlt"))); }
 
 }  // namespace lumatrex::test

@@ -66,19 +66,17 @@ TEST(TMyCADGrid, LinesAndDotsSitOnMultiplesOfTheStepInAnyClip) {
   EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(fresh.BackBuffer()), "canvas/grid-none.png"));
 }
 
-// A 4 x 4 picture whose only red pixel is its top-left one.
-TBitmap Marker() {
-  TBitmap picture(4, 4, pf24bit);
-  picture.Canvas().SetPixel(0, 0, clRed);
+// A picture under tests/data/canvas.
+TBitmap Picture(const std::string& name) {
+  TBitmap picture;
+  picture.LoadFromFile(test::DataPath("canvas/" + name));
   return picture;
 }
 
-// The golden pictures pin every placement over a full repaint; this pins
-// where a partial repaint puts the tiles, and that it paints only its clip.
 TEST(TMyCADPaint, ATiledBackgroundInAPartialRepaint) {
   TMyCAD cad;
   cad.resize(100, 60);
-  cad.SetBkBitmap(Marker());
+  cad.SetBkBitmap(Picture("marker-4x4.bmp"));  // red at its top-left pixel only
   cad.SetBkBitmapMode(Tiled);
   cad.DrawAll(Rect(2, 1, 50, 50));
   EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(cad.BackBuffer()), "canvas/tiles-from-2-1.png"));
@@ -233,15 +231,6 @@ TEST(TCustomControl, InAScrollAreaOnlyTheVisiblePartIsPaintedAndTheRestWhenItSho
 // and look at the new files before committing them. A mismatch writes the
 // rendered picture next to the test's temporary files and names it.
 
-// A 6 x 6 picture: a blue square with a red top-left pixel.
-TBitmap Tile() {
-  TBitmap tile(6, 6, pf24bit);
-  tile.Canvas().Brush().SetColor(RGB(200, 210, 255));
-  tile.Canvas().FillRect(Rect(0, 0, 6, 6));
-  tile.Canvas().SetPixel(0, 0, clRed);
-  return tile;
-}
-
 // Renders Cad through its paint pipeline and compares with the golden picture.
 ::testing::AssertionResult MatchesGolden(TMyCAD& cad, const std::string& name) {
   cad.Repaint();
@@ -275,7 +264,7 @@ TEST(Golden, TheSceneAtZoom1And2AndTheFourBackgroundPlacementsMatchTheirPictures
     SCOPED_TRACE(name);
     TMyCAD cad;
     cad.resize(40, 30);
-    cad.SetBkBitmap(Tile());
+    cad.SetBkBitmap(Picture("tile-6x6.bmp"));  // light blue with a red top-left pixel
     cad.SetBkBitmapMode(mode);
     EXPECT_TRUE(MatchesGolden(cad, name));
   }
