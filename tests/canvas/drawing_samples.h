@@ -7,8 +7,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -31,11 +29,6 @@ namespace lumatrex::test {
 
 inline const std::vector<std::string> kVersions = {"XP.2", "XP.3", "XP.4", "XP.5", "XP.6", "XP.7", "XP.8",
                                                    "XP.9", "XP.a", "XP.e", "XP.h", "XP.i", "XP.j"};
-
-inline const std::vector<std::string> kClassTags = {
-    "TMyRectangle",    "TMyEllipse", "TMyPolygon", "TMyPolyLine", "TMyPolyBezier", "TMyBLine",
-    "TMyFreeLine",     "TMyGroup",   "TMyCombine", "TMyLine",     "TMyRuleLine",   "TMyLinkLine",
-    "TMyLineLinkLine", "TMyElliArc", "TMyText",    "TMyImage",    "TMyLinkPoint"};
 
 inline bool Load(TMyCAD& cad, const TBytes& bytes) {
   TMemoryStream stream(bytes);
@@ -91,18 +84,9 @@ inline std::string EveryKindPath() { return DataPath("drawings/every-kind.zlt");
 
 // A 3 x 2 picture with three colours in its first row.
 inline TBitmap SmallPicture() {
-  TBitmap bitmap(3, 2, pf24bit);
-  std::uint8_t* row = bitmap.ScanLine(0);
-  const std::uint8_t bgr[] = {0, 0, 255, 0, 255, 0, 255, 0, 0};
-  std::copy(std::begin(bgr), std::end(bgr), row);
-  return bitmap;
-}
-
-template <typename T>
-inline T& Kind(TMyCAD& cad, const std::string& classTag) {
-  for (std::int32_t i = 0; i < cad.GetShapesCount(); ++i)
-    if (cad.GetShapeByNo(i)->ClassName() == classTag) return dynamic_cast<T&>(*cad.GetShapeByNo(i));
-  throw std::logic_error("no " + classTag);
+  TBitmap picture;
+  picture.LoadFromFile(DataPath("canvas/three-colours-3x2.bmp"));
+  return picture;
 }
 
 // A canvas with content of its own, which failed loads must leave alone:

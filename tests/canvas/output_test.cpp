@@ -20,20 +20,6 @@ namespace lumatrex {
 namespace {
 
 using test::Box;
-using test::Kind;
-
-// Every kind side by side, a text and a picture among them.
-void BuildKinds(TMyCAD& cad) {
-  cad.resize(600, 200);
-  cad.Brush().SetColor(clYellow);
-  float x = 10;
-  for (const std::string& tag : test::kClassTags) {
-    if (tag != "TMyCombine") cad.AddShapeByCode2(tag, "", Box(x, 20, x + 30, 60), 0);
-    x += 34;
-  }
-  Kind<TMyText>(cad, "TMyText").SetLines({"Lumatrex"});
-  Kind<TMyImage>(cad, "TMyImage").Bitmap() = test::SmallPicture();
-}
 
 // Share of pixels whose colours differ by more than a third of the range in
 // some channel: smoothed glyphs and figure edges differ, a shift by a pixel
@@ -70,7 +56,8 @@ QImage Rasterised(const QString& pdf, int dpi, QSize crop = {}) {
 TEST(VectorOutput, SvgAndPdfShowTheRasterPictureAtEveryZoom) {
   QTemporaryDir folder;
   TMyCAD cad;
-  BuildKinds(cad);
+  // Every kind side by side, yellow, a text and a picture among them.
+  ASSERT_TRUE(cad.LoadFromFile(test::DataPath("drawings/kinds-side-by-side.zlt")));
   struct Case {
     bool pdf;
     double zoom;
