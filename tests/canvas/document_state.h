@@ -1,6 +1,7 @@
 // The whole document of a canvas as comparable values, for tests that check
 // an edit and its undo: every shape's class, name and drawing-file record
-// bytes (identity, list positions, points, pens, user data...), in list order.
+// bytes (identity, list positions, points, pens, user data...), in list order;
+// and as text, for golden files.
 #pragma once
 
 #include <gtest/gtest.h>

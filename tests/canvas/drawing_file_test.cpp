@@ -1,6 +1,7 @@
-// Drawing files: the writer's exact bytes, every version read field by field
-// from files built from the format tables, round trips of every class tag,
-// edges of loading, blocks, files and atomic saves, the modified flag;
+// Drawing files: the writer's exact bytes, the files of every version built
+// from the format tables (their fields are pinned by the lumatrex tool's
+// dumps of them), round trips of every class tag to the same bytes, edges of
+// loading, blocks, files and atomic saves, the modified flag;
 // malformed input (truncated, corrupted, hostile) failing with our errors and
 // leaving the canvas exactly as it was; and the values that must survive
 // opening and saving byte for byte.

@@ -1,5 +1,6 @@
 // The lumatrex tool end to end: the built binary is run on files written
-// here, and its standard output, standard error and exit status are checked.
+// here and on those under tests/data, and its standard output, standard
+// error and exit status are checked.
 #include <gtest/gtest.h>
 
 #include <QImage>
