@@ -15,9 +15,8 @@
 
 namespace lumatrex::test {
 
-// The bytes of a file under tests/data.
-inline TBytes DataBytes(const std::string& relative) {
-  const std::string bytes = ReadFileBytes(DataPath(relative));
+inline TBytes FileBytes(const std::string& path) {
+  const std::string bytes = ReadFileBytes(path);
   return TBytes(bytes.begin(), bytes.end());
 }
 
@@ -42,7 +41,7 @@ struct THeaderFields {
   std::int32_t width = 640;
   std::int32_t height = 480;
   std::uint8_t unit = inch;
-  TBytes bkBitmap = DataBytes("canvas/red-blue-2x1.bmp");  // 24 bits a pixel: red, then blue
+  TBytes bkBitmap = FileBytes(DataPath("canvas/red-blue-2x1.bmp"));  // 24 bits a pixel: red, then blue
   std::optional<std::int64_t> bkBitmapSize = {};
   std::int32_t bkMode = Stretch;
   double ratio = 0.25;

@@ -35,11 +35,6 @@ inline bool Load(TMyCAD& cad, const TBytes& bytes) {
   return cad.LoadFromStream(stream);
 }
 
-inline TBytes FileBytes(const std::string& path) {
-  const std::string bytes = ReadFileBytes(path);
-  return TBytes(bytes.begin(), bytes.end());
-}
-
 inline void WriteFileBytes(const std::string& path, const TBytes& bytes) {
   std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
