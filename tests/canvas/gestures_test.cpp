@@ -30,7 +30,7 @@ using TDocument = std::vector<TShapeState>;
 struct Gestures : ::testing::Test {
   TMyCAD cad;
   TMouse mouse{cad};
-  const std::string pictureFile = DataPath("bmp/pal8-3x2.bmp");  // a 3 x 2 picture
+  const std::string pictureFile = DataPath("canvas/red-3x2.png");  // read through Qt, not our BMP reader
   void SetUp() override {
     cad.resize(400, 300);
     cad.SetResizeEnable(true);
