@@ -15,6 +15,7 @@
 #include "canvas/document_state.h"
 #include "shapes/connectors.h"
 #include "support/mouse.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -60,13 +61,12 @@ struct Connectors : ::testing::Test {
 
 TEST_F(Connectors, DrawnFromLinkPointToLinkPointBindsBothEndsForEitherKind) {
   for (const TDrawTool tool : {SpLinkLine, SpLineLinkLine}) {
-    TMyShape* a = DrawBox(40, 40, 120, 100);
-    TMyShape* b = DrawBox(300, 140, 380, 200);
+    DrawBox(40, 40, 120, 100);
+    DrawBox(300, 140, 380, 200);
     TMyLinkLine* link = DrawLink(121, 71, 298, 172, tool);  // near A's right, B's left
     ASSERT_NE(link, nullptr);
-    EXPECT_EQ(std::make_pair(link->GetStartSpNo(), link->GetStartSpPtId()), std::make_pair(a->ShapeNo, 1));
-    EXPECT_EQ(std::make_pair(link->GetEndSpNo(), link->GetEndSpPtId()), std::make_pair(b->ShapeNo, 3));
-    EXPECT_EQ(link->Points, (TArrMyPoint{{120, 70}, {300, 70}, {300, 170}}));  // lldsHV: one bend
+    // From A's link point 1 to B's 3, with one bend (lldsHV).
+    ExpectGoldenFile(DocumentText(cad), std::string("canvas/drawn-") + link->ClassName() + ".txt");
     ExpectAttached(*link);
     cad.DeleteAllShapes();
   }
@@ -138,15 +138,8 @@ TEST_F(Connectors, DeletingAJoinedShapeFreesTheEndWhereItWasAndUndoKeepsItFree) 
   cad.DeleteSelectedShapes(true);
   ASSERT_EQ(cad.GetShapesCount(), 1);
   cad.PopFromUndoRedoShapeList();
-  ASSERT_EQ(cad.GetShapesCount(), 3);
-  for (std::int32_t i = 0; i < 3; ++i) {
-    if (auto* restored = dynamic_cast<TMyLinkLine*>(cad.GetShapeByNo(i))) {
-      EXPECT_EQ(std::make_pair(restored->GetStartSpNo(), restored->GetEndSpNo()), std::make_pair(-1, -1));
-      EXPECT_EQ(restored->Points, points);
-    } else {
-      EXPECT_TRUE(cad.GetShapeByNo(i)->LinkLines.empty());
-    }
-  }
+  // Both back, the connector with both ends free where they were.
+  ExpectGoldenFile(DocumentText(cad), "canvas/joined-shape-and-connector-back.txt");
 }
 
 TEST_F(Connectors, DraggingAnEndOffDetachesOntoAnotherReattachesAndUndoGoesBack) {
@@ -244,57 +237,31 @@ TEST_F(Connectors, DraggingAnInnerSegmentMovesThatSegmentOnly) {
 // ---------------------------------------------------------------------------
 // The clipboard
 
-// D; the group G of A and B; the connector C from A's link point to B's.
+// D (0); the group G (4) of A (1) and B (2); the connector C (3) from A's
+// link point to B's; G selected.
 struct TDiagram {
   TMyCAD cad;
-  TMyShape* a;
-  TMyShape* b;
-  TMyShape* group;
-  TMyLinkLine* link;
   TDiagram() {
+    EXPECT_TRUE(cad.LoadFromFile(test::DataPath("drawings/diagram.zlt")));
     cad.GridOperation()->SetGridWidth(25);
     cad.GridOperation()->SetGridHeight(15);
-    AddBox(cad, 200, 0, 210, 10);
-    a = AddBox(cad, 0, 0, 20, 20);
-    b = AddBox(cad, 60, 0, 80, 20);
-    a->AddLinkPoint({20, 10});
-    b->AddLinkPoint({60, 10});
-    link = dynamic_cast<TMyLinkLine*>(cad.AddShapeByCode2("TMyLinkLine", "", {{20, 10}, {60, 10}}, 0));
-    link->SetStartSpNo(a->ShapeNo);
-    link->SetStartSpPtId(0);
-    link->SetEndSpNo(b->ShapeNo);
-    link->SetEndSpPtId(0);
-    AddLinklineShape(*a, static_cast<std::uint32_t>(link->ShapeNo));
-    AddLinklineShape(*b, static_cast<std::uint32_t>(link->ShapeNo));
-    group = cad.GroupShapes({a, b}, false);
-    cad.SelectShapeByCode(group->ShapeId, true);
+    cad.SelectShapeByCode(cad.GetShapeByNo(4)->ShapeId, true);
   }
 };
 
-// The pasted copy of the diagram, starting at list position First, is a
-// group of two boxes joined by a connector that follows them, moved by D.
-void ExpectConnectedCopy(TMyCAD& cad, std::int32_t first, float dx, float dy) {
-  ASSERT_EQ(cad.GetShapesCount(), first + 4);
-  TMyShape* a = cad.GetShapeByNo(first);
-  TMyShape* b = cad.GetShapeByNo(first + 1);
+// The pasted copy of the diagram, from list position First: a group of two
+// boxes joined by a connector (the whole document is in Golden), selected,
+// whose connector follows the boxes when they move.
+void ExpectConnectedCopy(TMyCAD& cad, std::int32_t first, const std::string& golden) {
+  ExpectGoldenFile(DocumentText(cad), golden);
   auto* link = dynamic_cast<TMyLinkLine*>(cad.GetShapeByNo(first + 2));
   TMyShape* group = cad.GetShapeByNo(first + 3);
   ASSERT_TRUE(link && group);
-  EXPECT_EQ(group->ChildShapes, (std::vector<std::int32_t>{first, first + 1}));
-  EXPECT_EQ(a->ParentId, first + 3);
-  EXPECT_EQ(link->GetStartSpNo(), first);
-  EXPECT_EQ(link->GetEndSpNo(), first + 1);
-  const std::vector<std::uint32_t> listed{static_cast<std::uint32_t>(first + 2)};
-  EXPECT_EQ(a->LinkLines, listed);
-  EXPECT_EQ(b->LinkLines, listed);
-  EXPECT_EQ(a->GetPoint(0), (TMyPoint{dx, dy}));
-  EXPECT_EQ(group->GetName(), "Shape" + std::to_string(group->ShapeId));
   EXPECT_EQ(cad.GetSelectedShapes(), (std::vector<TMyShape*>{link, group}));
-  // Moving the copy drags the connector's ends along.
+  const TArrMyPoint ends = link->Points;
   cad.DragChangeValueDxDyforShapes(group, 5, 7);
   cad.ChangeLinkShapes(group);
-  EXPECT_EQ(link->GetPoint(0), (TMyPoint{20 + dx + 5, 10 + dy + 7}));
-  EXPECT_EQ(link->GetPoint(1), (TMyPoint{60 + dx + 5, 10 + dy + 7}));
+  EXPECT_EQ(link->Points, (TArrMyPoint{{ends[0].X + 5, ends[0].Y + 7}, {ends[1].X + 5, ends[1].Y + 7}}));
 }
 
 TEST(TMyCADClipboard, CopyAndPasteKeepGroupsAndConnectorsWithinAndBetweenCanvases) {
@@ -305,13 +272,13 @@ TEST(TMyCADClipboard, CopyAndPasteKeepGroupsAndConnectorsWithinAndBetweenCanvase
   EXPECT_TRUE(svg.contains("<svg") && svg.contains("<path")) << "and vectors";
   const auto before = Saved(d.cad);
   ASSERT_TRUE(d.cad.Paste());
-  ExpectConnectedCopy(d.cad, 5, 25, 15);
+  ExpectConnectedCopy(d.cad, 5, "canvas/pasted-diagram.txt");  // moved by a grid step
   d.cad.PopFromUndoRedoShapeList();  // one step takes the whole paste back
   EXPECT_EQ(Saved(d.cad), before);
 
   TMyCAD other;
   ASSERT_TRUE(other.Paste());
-  ExpectConnectedCopy(other, 0, 0, 0);  // where they were copied from
+  ExpectConnectedCopy(other, 0, "canvas/diagram-pasted-elsewhere.txt");  // where they were copied from
 }
 
 TEST(TMyCADClipboard, CutThenPastePutsTheShapesBackWhereTheyWere) {

@@ -1,18 +1,21 @@
 // The whole document of a canvas as comparable values, for tests that check
 // an edit and its undo: every shape's class, name and drawing-file record
-// bytes (identity, list positions, points, pens, user data...), in list order.
+// bytes (identity, list positions, points, pens, user data...), in list order;
+// and as text, for golden files.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "canvas/tmycad.h"
 #include "platform/hooks.h"
 #include "platform/stream.h"
+#include "shapes/connectors.h"
 
 namespace lumatrex::test {
 
@@ -35,6 +38,33 @@ inline std::vector<TShapeState> DocumentState(const TMyCAD& cad) {
     state.push_back({shape->ClassName(), shape->GetName(), record.Bytes()});
   }
   return state;
+}
+
+// The document as text, for golden files: a shape a line with its list
+// position, class, name, id, layer, group relations, connectors, points, link
+// points and, for a connector, its ends (shape number and link point).
+inline std::string DocumentText(const TMyCAD& cad) {
+  std::ostringstream out;
+  out.precision(9);  // every float exactly
+  const auto points = [&out](const char* what, const TArrMyPoint& list) {
+    out << ' ' << what;
+    for (const TMyPoint& p : list) out << ' ' << p.X << ',' << p.Y;
+  };
+  for (std::int32_t i = 0; i < cad.GetShapesCount(); ++i) {
+    const TMyShape& s = *cad.GetShapeByNo(i);
+    out << s.ShapeNo << ' ' << s.ClassName() << " \"" << s.GetName() << "\" id " << s.ShapeId << " layer " << s.LayerId
+        << " parent " << s.ParentId << " members";
+    for (const std::int32_t member : s.ChildShapes) out << ' ' << member;
+    out << " connectors";
+    for (const std::uint32_t link : s.LinkLines) out << ' ' << link;
+    points("points", s.Points);
+    points("link points", s.LinkPoints);
+    if (const auto* link = dynamic_cast<const TMyLinkLine*>(&s))
+      out << " from " << link->GetStartSpNo() << ':' << link->GetStartSpPtId() << " to " << link->GetEndSpNo() << ':'
+          << link->GetEndSpPtId();
+    out << '\n';
+  }
+  return out.str();
 }
 
 // The drawing as its file holds it.

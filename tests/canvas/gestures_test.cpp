@@ -8,16 +8,18 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QPlainTextEdit>
-#include <QTemporaryDir>
 #include <cmath>
 #include <functional>
 
 #include "canvas/document_state.h"
+#include "platform/qt_interop.h"
 #include "shapes/arc.h"
 #include "shapes/closed_shapes.h"
 #include "shapes/image.h"
 #include "shapes/text.h"
+#include "support/golden.h"
 #include "support/mouse.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -28,18 +30,13 @@ using TDocument = std::vector<TShapeState>;
 struct Gestures : ::testing::Test {
   TMyCAD cad;
   TMouse mouse{cad};
-  QTemporaryDir dir;
-  std::string pictureFile;
+  const std::string pictureFile = DataPath("canvas/red-3x2.png");  // read through Qt, not our BMP reader
   void SetUp() override {
     cad.resize(400, 300);
     cad.SetResizeEnable(true);
     cad.SetRotateEnable(true);
     cad.SetDragEnable(true);
     cad.SetDragMode(dgBoth);
-    QImage picture(3, 2, QImage::Format_RGB32);
-    picture.fill(Qt::red);
-    pictureFile = dir.filePath("picture.png").toStdString();
-    ASSERT_TRUE(picture.save(QString::fromStdString(pictureFile)));
     cad.OnGetImageFileName = [this](QObject*, std::string& name) {
       name = pictureFile;
       return true;
@@ -63,61 +60,52 @@ struct Gestures : ::testing::Test {
 // ---------------------------------------------------------------------------
 // Drawing every kind
 
+// The shape each tool makes, its class and points, are listed under the
+// row's name in tests/data/canvas/drawn-by-each-tool.txt.
 TEST_F(Gestures, EachToolMakesItsKindSelectedAndOneUndoRemovesIt) {
   struct Case {
     const char* name;
     TDrawTool tool;
     std::function<void(Gestures&)> gesture;
-    const char* className;
-    TArrMyPoint points;
   };
   const auto drag = [](Gestures& t) { t.mouse.Drag(50, 40, 150, 120); };
   const Case cases[] = {
-      {"line", SpLine, drag, "TMyLine", {{50, 40}, {150, 120}}},
-      {"measuring line", SpRuleLine, drag, "TMyRuleLine", {{50, 40}, {150, 120}}},
-      {"rectangle", SpRectangle, drag, "TMyRectangle", Box(50, 40, 150, 120)},
+      {"line", SpLine, drag},
+      {"measuring line", SpRuleLine, drag},
+      {"rectangle", SpRectangle, drag},
       {"rectangle by two clicks", SpRectangle,
-       [](Gestures& t) { t.mouse.Click(10, 10).Move(40, 30, false).Click(40, 30); }, "TMyRectangle",
-       Box(10, 10, 40, 30)},
-      {"square with Shift", SpRectangle, [](Gestures& t) { t.mouse.Drag(100, 100, 130, 180, Qt::ShiftModifier); },
-       "TMyRectangle", Box(100, 100, 180, 180)},
-      {"ellipse", SpEllipse, drag, "TMyEllipse", Box(50, 40, 150, 120)},
-      {"free line: every move", SpFreeLine, drag, "TMyFreeLine",
-       {{50, 40}, {75, 60}, {100, 80}, {125, 100}, {150, 120}}},
+       [](Gestures& t) { t.mouse.Click(10, 10).Move(40, 30, false).Click(40, 30); }},
+      {"square with Shift", SpRectangle, [](Gestures& t) { t.mouse.Drag(100, 100, 130, 180, Qt::ShiftModifier); }},
+      {"ellipse", SpEllipse, drag},
+      {"free line: every move", SpFreeLine, drag},
       {"poly-line: a point per click, ends on a double click", SpPolyLine,
-       [](Gestures& t) { t.mouse.Click(10, 10).Move(60, 20, false).Click(60, 20).Move(100, 80, false).DoubleClick(100, 80); },
-       "TMyPolyLine", {{10, 10}, {60, 20}, {100, 80}}},
+       [](Gestures& t) { t.mouse.Click(10, 10).Move(60, 20, false).Click(60, 20).Move(100, 80, false).DoubleClick(100, 80); }},
       {"polygon: Enter closes it", SpPolygon,
        [](Gestures& t) {
          t.mouse.Click(20, 20).Click(80, 30).Click(60, 90);
          Key(t.cad, Qt::Key_Return);
-       },
-       "TMyPolygon", {{20, 20}, {80, 30}, {60, 90}, {20, 20}}},
+       }},
       {"polygon: closes on a click near its first point", SpPolygon,
-       [](Gestures& t) { t.mouse.Click(10, 10).Click(100, 10).Click(100, 90).Click(12, 11); }, "TMyPolygon",
-       {{10, 10}, {100, 10}, {100, 90}, {10, 10}}},
+       [](Gestures& t) { t.mouse.Click(10, 10).Click(100, 10).Click(100, 90).Click(12, 11); }},
       {"spline: clicks, double click", SpBLine,
-       [](Gestures& t) { t.mouse.Click(10, 10).Click(50, 60).Click(90, 10).DoubleClick(130, 60); }, "TMyBLine",
-       {{10, 10}, {50, 60}, {90, 10}, {130, 60}}},
-      {"arc: a frame, then a quarter arc", SpElliArc, drag, "TMyElliArc", {}},
+       [](Gestures& t) { t.mouse.Click(10, 10).Click(50, 60).Click(90, 10).DoubleClick(130, 60); }},
+      {"arc: a frame, then a quarter arc", SpElliArc, drag},
       {"Bezier: drag tangents, double click", SpPolyBezier,
-       [](Gestures& t) { t.mouse.Drag(20, 20, 60, 20).Drag(100, 80, 140, 80).DoubleClick(200, 30); }, "TMyPolyBezier",
-       {{20, 20}, {60, 20}, {60, 80}, {100, 80}, {140, 80}, {200, 30}, {200, 30}}},
+       [](Gestures& t) { t.mouse.Drag(20, 20, 60, 20).Drag(100, 80, 140, 80).DoubleClick(200, 30); }},
       {"Bezier: clicks, Enter", SpPolyBezier,
        [](Gestures& t) {
          t.mouse.Click(20, 20).Move(90, 90, false).Click(90, 90);
          Key(t.cad, Qt::Key_Return);
-       },
-       "TMyPolyBezier", {{20, 20}, {20, 20}, {90, 90}, {90, 90}}},
+       }},
       {"text: a frame from its far corner, typed lines, Ctrl+Enter", SpText,
        [](Gestures& t) {
          t.mouse.Drag(150, 120, 50, 40);
          t.Type("Hi");
          Key(*t.Editor(), Qt::Key_Return, Qt::ControlModifier);
-       },
-       "TMyText", Box(50, 40, 150, 120)},
-      {"image: a frame, then a file", SpImage, drag, "TMyImage", Box(50, 40, 150, 120)},
+       }},
+      {"image: a frame, then a file", SpImage, drag},
   };
+  std::string drawn;
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     cad.DeleteAllShapes();
@@ -126,15 +114,9 @@ TEST_F(Gestures, EachToolMakesItsKindSelectedAndOneUndoRemovesIt) {
     cad.OnShapeAdded = [&](QObject*, TMyShape*&, std::int32_t count) { added = count; };
     cad.SetShapeTool(c.tool);
     c.gesture(*this);
+    drawn += std::string("# ") + c.name + "\n" + DocumentText(cad);
     ASSERT_EQ(cad.GetShapesCount(), 1);
     EXPECT_EQ(added, 1);
-    EXPECT_STREQ(Last()->ClassName(), c.className);
-    if (c.points.empty()) {
-      EXPECT_EQ(Last()->GetPointsCount(), 6);
-    } else {
-      EXPECT_EQ(Last()->Points, c.points);
-    }
-    EXPECT_EQ(Last()->GetName(), "Shape" + std::to_string(Last()->ShapeId));
     EXPECT_EQ(cad.GetSelectedShape(), Last());
     EXPECT_EQ(Editor(), nullptr);
     if (auto* text = dynamic_cast<TMyText*>(Last())) {
@@ -146,6 +128,7 @@ TEST_F(Gestures, EachToolMakesItsKindSelectedAndOneUndoRemovesIt) {
     ExpectUndoRestores(before);
     cad.SetShapeTool(SpSelecting);
   }
+  ExpectGoldenFile(drawn, "canvas/drawn-by-each-tool.txt");
 }
 
 TEST_F(Gestures, CancelledToolsAddNothingAndTheNextShapeStartsAfresh) {
@@ -454,7 +437,7 @@ TEST_F(Gestures, ImagesComeFromCodeAndTheClipboardAsOneAddedStep) {
   cad.OnShapeAdded = [&](QObject*, TMyShape*&, std::int32_t count) { added = count; };
   TBitmap picture;
   ASSERT_TRUE(TMyCAD::LoadPictureFile(pictureFile, picture));
-  EXPECT_FALSE(TMyCAD::LoadPictureFile(dir.filePath("missing.png").toStdString(), picture));
+  EXPECT_FALSE(TMyCAD::LoadPictureFile(DataPath("missing.png"), picture));
   EXPECT_EQ(cad.AddImageShapeByCode(TBitmap(), "", {}, 0), nullptr);
   TMyShape* byCode = cad.AddImageShapeByCode(picture, "photo", {}, 0);
   ASSERT_NE(byCode, nullptr);
@@ -475,6 +458,8 @@ TEST_F(Gestures, ImagesComeFromCodeAndTheClipboardAsOneAddedStep) {
 // ---------------------------------------------------------------------------
 // Drawing aids: the cross-hair and joining a new line to free ends
 
+// The screen after each move, as pictures: one cross-hair through the mouse,
+// the old one erased, the same after a repaint; nothing when it is off.
 TEST(TMyCADCrossHair, FollowsTheMouseInNotModeAndSurvivesARepaint) {
   for (const bool on : {true, false}) {
     SCOPED_TRACE(on ? "CrossLine on" : "CrossLine off");
@@ -482,18 +467,16 @@ TEST(TMyCADCrossHair, FollowsTheMouseInNotModeAndSurvivesARepaint) {
     cad.resize(200, 150);
     cad.SetCrossLine(on);
     cad.Repaint();
-    const auto pixel = [&cad](int x, int y) { return TBitmap(cad.ScreenBitmap()).Canvas().GetPixel(x, y); };
-    const TColor crossed = on ? clBlack : clWhite;
+    const auto screenIs = [&cad, on](const std::string& crossed) {
+      const std::string golden = "canvas/" + (on ? crossed : std::string("blank-200x150")) + ".png";
+      return test::MatchesGoldenPicture(ToQImage(cad.ScreenBitmap()), golden);
+    };
     TMouse(cad).Move(50, 40, false);
-    EXPECT_EQ(pixel(5, 40), crossed);
-    EXPECT_EQ(pixel(50, 140), crossed);
-    EXPECT_EQ(pixel(5, 5), clWhite);
+    EXPECT_TRUE(screenIs("cross-hair-50-40"));
     TMouse(cad).Move(120, 90, false);
-    EXPECT_EQ(pixel(5, 40), clWhite) << "the old cross-hair stays";
-    EXPECT_EQ(pixel(199, 90), crossed);
+    EXPECT_TRUE(screenIs("cross-hair-120-90"));
     cad.Repaint();
-    EXPECT_EQ(pixel(120, 3), crossed);
-    EXPECT_EQ(pixel(5, 40), clWhite);
+    EXPECT_TRUE(screenIs("cross-hair-120-90"));
   }
 }
 

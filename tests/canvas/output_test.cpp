@@ -12,27 +12,14 @@
 #include <cstdlib>
 
 #include "canvas/drawing_samples.h"
-#include "support/mouse.h"
 #include "platform/qt_interop.h"
+#include "support/golden.h"
+#include "support/mouse.h"
 
 namespace lumatrex {
 namespace {
 
 using test::Box;
-using test::Kind;
-
-// Every kind side by side, a text and a picture among them.
-void BuildKinds(TMyCAD& cad) {
-  cad.resize(600, 200);
-  cad.Brush().SetColor(clYellow);
-  float x = 10;
-  for (const std::string& tag : test::kClassTags) {
-    if (tag != "TMyCombine") cad.AddShapeByCode2(tag, "", Box(x, 20, x + 30, 60), 0);
-    x += 34;
-  }
-  Kind<TMyText>(cad, "TMyText").SetLines({"Lumatrex"});
-  Kind<TMyImage>(cad, "TMyImage").Bitmap() = test::SmallPicture();
-}
 
 // Share of pixels whose colours differ by more than a third of the range in
 // some channel: smoothed glyphs and figure edges differ, a shift by a pixel
@@ -69,7 +56,8 @@ QImage Rasterised(const QString& pdf, int dpi, QSize crop = {}) {
 TEST(VectorOutput, SvgAndPdfShowTheRasterPictureAtEveryZoom) {
   QTemporaryDir folder;
   TMyCAD cad;
-  BuildKinds(cad);
+  // Every kind side by side, yellow, a text and a picture among them.
+  ASSERT_TRUE(cad.LoadFromFile(test::DataPath("drawings/kinds-side-by-side.zlt")));
   struct Case {
     bool pdf;
     double zoom;
@@ -187,11 +175,8 @@ TEST(AntialiasedView, SmoothsShapesOnlyWhenOn) {
     cad.SetAntialiased(on);
     cad.AddShapeByCode2("TMyLine", "", {{10, 10}, {90, 50}}, 0);
     cad.Repaint();
-    const QImage screen = ToQImage(cad.ScreenBitmap());
-    int between = 0;  // neither the background nor the line's black
-    for (int y = 0; y < 100; ++y)
-      for (int x = 0; x < 100; ++x) between += qGray(screen.pixel(x, y)) % 255 != 0;
-    EXPECT_EQ(between > 20, on);
+    EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(cad.ScreenBitmap()),
+                                           on ? "canvas/line-antialiased.png" : "canvas/line-aliased.png"));
   }
 }
 
@@ -212,20 +197,9 @@ TEST(SharpScreen, DrawsAtDeviceResolutionWhileEventsStayLogical) {
   cad.SetShapeTool(SpSelecting);
   mouse.Click(100, 70);  // nothing there: no handles in the picture
   EXPECT_EQ(cad.GetWorkingShapesCount(), 0);
-  cad.Repaint();
-  const QImage& sharp = cad.SharpPicture();
-  ASSERT_EQ(sharp.size(), QSize(240, 160));
   // The outline runs through the points x = 10 and 60: device pixels 20-21 and 120-121.
-  auto row = [&sharp](int from) {
-    std::string seen;
-    for (int x = from; x < from + 4; ++x) {
-      const QRgb c = sharp.pixel(x, 30) & 0xFFFFFF;
-      seen += c == 0 ? '#' : c == 0xFFFFFF ? '.' : c == 0xFFFF00 ? 'y' : '?';
-    }
-    return seen;
-  };
-  EXPECT_EQ(row(19), ".##y");
-  EXPECT_EQ(row(119), "y##.");
+  cad.Repaint();
+  EXPECT_TRUE(test::MatchesGoldenPicture(cad.SharpPicture(), "canvas/sharp-rectangle.png"));
   mouse.Click(35, 25);
   EXPECT_EQ(cad.GetWorkingShapesCount(), 1);
 }

@@ -1,28 +1,32 @@
 // The lumatrex tool end to end: the built binary is run on files written
-// here, and its standard output, standard error and exit status are checked.
+// here and on those under tests/data, and its standard output, standard
+// error and exit status are checked.
 #include <gtest/gtest.h>
 
 #include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <fstream>
-#include <iterator>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
-#include "cli/drawing_bytes.h"
+#include "canvas/drawing_bytes.h"
 #include "library/library_fixture.h"
 #include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
 
+using test::BaseRecord;
 using test::Concat;
-using test::DrawingBytes;
+using test::Drawing;
 using test::Shape;
 using test::TagBytes;
 using test::TBytes;
-using test::TDrawingContent;
+using test::THeaderFields;
 using test::TScratchFolder;
 
 struct TRun {
@@ -45,96 +49,85 @@ TRun Lumatrex(const std::vector<std::string>& args,
 
 bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
-// Compares Text with a file under tests/data; after an intended change of the
-// output, LUMATREX_UPDATE_GOLDEN=1 rewrites the file.
-void ExpectGoldenText(const std::string& text, const std::string& relative) {
-  const std::string path = test::DataPath(relative);
-  if (qEnvironmentVariableIsSet("LUMATREX_UPDATE_GOLDEN")) std::ofstream(path, std::ios::binary) << text;
-  std::ifstream expected(path, std::ios::binary);
-  EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(expected), std::istreambuf_iterator<char>()));
+// A rectangle and a line with an arrow head, user data with bytes that need
+// escapes.
+TBytes SmallDrawing(const std::string& version = "XP.j") {
+  THeaderFields header;
+  header.version = version;
+  header.userData = {{"k", "caf\xe9\n\""}};
+  return Drawing(
+      header,
+      {{"TMyRectangle", BaseRecord(version, Shape("TMyRectangle", "Shape0", 0, {{10, 20}, {30.5f, 40}}, {20.25f, 30})).bytes},
+       {"TMyLine", test::LineRecord(version, Shape("TMyLine", "Shape1", 1, {{0, 0}, {0.1f, 50}}, {0.05f, 25}), ALeft).bytes}});
 }
 
-// A rectangle and a line with an arrow head, user data with bytes that need
-// escapes, one layer.
-TBytes SmallDrawing(const std::string& version = "XP.j") {
-  TDrawingContent content;
-  content.version = version;
-  content.userData = {{"k", "caf\xe9\n\""}};
-  content.shapes = {test::ShapeBytes(version, Shape("TMyRectangle", "Shape0", 0, {{10, 20}, {30.5f, 40}}, {20.25f, 30})),
-                 test::LineBytes(version, Shape("TMyLine", "Shape1", 1, {{0, 0}, {0.1f, 50}}, {0.05f, 25}))};
-  return DrawingBytes(content);
+// A drawing of one black rectangle.
+TBytes BoxDrawing(const THeaderFields& header = {}) {
+  return Drawing(header, {{"TMyRectangle", BaseRecord("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30})).bytes}});
 }
 
 // The whole dumps are kept as files: every field of a small drawing (its
-// layer and both shapes, with the escapes and float spellings), and of a
-// library with its tag and stored coordinates. The tool runs headless without
-// a platform chosen or a display.
+// layer and both shapes, with the escapes and float spellings), of each
+// drawing under tests/data/drawings (every version built from the format
+// tables, a shape of every class tag, the painted scene) and library under
+// tests/data/libraries, and of a library with its tag and stored coordinates. The tool runs headless without a platform chosen or a
+// display.
 TEST(LumatrexDump, PrintsEveryFieldOfADrawingOrALibraryWithoutADisplay) {
   TScratchFolder folder;
   QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
   for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"}) env.remove(name);
-  const TRun drawing = Lumatrex({"dump", folder.Write("small.lmx", SmallDrawing())}, env);
-  EXPECT_EQ(drawing.status, 0);
-  EXPECT_EQ(drawing.err, "");
-  ExpectGoldenText(drawing.out, "cli/small-drawing-dump.json");
-  const TRun library =
-      Lumatrex({"dump", "--library", folder.Write("pump.lib", Concat({TagBytes("ZOLTLIBX.j"), test::PumpEntry()}))});
-  EXPECT_EQ(library.status, 0);
-  EXPECT_EQ(library.err, "");
-  ExpectGoldenText(library.out, "cli/pump-library-dump.json");
+  std::vector<std::pair<std::vector<std::string>, std::string>> dumps = {
+      {{"dump", folder.Write("small.lmx", SmallDrawing())}, "cli/small-drawing-dump.json"},
+      {{"dump", "--library", folder.Write("pump.lib", Concat({TagBytes("ZOLTLIBX.j"), test::PumpEntry()}))},
+       "cli/pump-library-dump.json"}};
+  for (const char* folder : {"drawings", "libraries"}) {
+    std::set<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(test::DataPath(folder))) files.insert(entry.path());
+    for (const std::filesystem::path& file : files)
+      dumps.push_back({folder == std::string("libraries") ? std::vector<std::string>{"dump", "--library", file.string()}
+                                                           : std::vector<std::string>{"dump", file.string()},
+                       "cli/" + file.stem().string() + "-dump.json"});
+  }
+  for (const auto& [args, golden] : dumps) {
+    SCOPED_TRACE(golden);
+    const TRun run = Lumatrex(args, env);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+    test::ExpectGoldenFile(run.out, golden);
+  }
 }
 
 // ---------------------------------------------------------------------------
 // Errors and help
 
+// The wrong uses listed in tests/data/cli/errors.txt, on files written here.
 TEST(LumatrexErrors, GoToStandardErrorWithANonZeroStatus) {
   TScratchFolder folder;
-  const std::string drawing = folder.Write("small.lmx", SmallDrawing());
-  TBytes truncatedBytes = SmallDrawing();
-  truncatedBytes.resize(300);
-  const std::string truncated = folder.Write("truncated.lmx", truncatedBytes);
-  const std::string junk = folder.Write("junk.bin", TBytes(100, 'x'));
-  const std::string empty = folder.Write("empty.lmx", {});
-  TDrawingContent noLayer;
-  noLayer.layers = {};
-  noLayer.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{0, 0}}, {}))};
-  const std::string layerless = folder.Write("nolayer.lmx", DrawingBytes(noLayer));
-  const std::string lib = folder.Write("a.lib", Concat({TagBytes("ZOLTLIBX.j"), test::BoxEntry("A")}));
-  struct Row {
-    const char* edge;
+  TBytes truncated = SmallDrawing();
+  truncated.resize(300);
+  const std::map<std::string, std::string> names = {
+      {"{drawing}", folder.Write("small.lmx", SmallDrawing())},
+      {"{truncated}", folder.Write("truncated.lmx", truncated)},
+      {"{junk}", folder.Write("junk.bin", TBytes(100, 'x'))},
+      {"{empty}", folder.Write("empty.lmx", {})},
+      {"{layerless}", folder.Write("nolayer.lmx", BoxDrawing({.layers = {}}))},
+      {"{lib}", folder.Write("a.lib", Concat({TagBytes("ZOLTLIBX.j"), test::BoxEntry("A")}))},
+      {"{dir}", folder.File("")},
+      {"\\n", "\n"}};
+  const auto expand = [&names](std::string text) {
+    for (const auto& [name, value] : names)
+      for (std::size_t at; (at = text.find(name)) != std::string::npos;) text.replace(at, name.size(), value);
+    return text;
+  };
+  for (const std::vector<std::string>& row : test::DataTable("cli/errors.txt")) {
+    SCOPED_TRACE(row.at(0));
     std::vector<std::string> args;
-    int status;
-    std::string stderrPart;
-  };
-  const std::vector<Row> rows = {
-      {"no arguments", {}, 2, "Usage: lumatrex COMMAND"},
-      {"unknown command", {"draw"}, 2, "unknown command \"draw\""},
-      {"dump without a file", {"dump"}, 2, "Usage: lumatrex dump"},
-      {"dump of two files", {"dump", drawing, drawing}, 2, "expected 1 argument\n"},
-      {"lib rename of one name", {"lib", lib, "rename", "A"}, 2, "lib rename: expected 2 arguments\n"},
-      {"unknown option", {"dump", "--fast", drawing}, 2, "unknown option --fast"},
-      {"missing file", {"dump", folder.File("absent.lmx")}, 1, folder.File("absent.lmx") + ": "},
-      {"not a drawing", {"dump", junk}, 1, junk + ": not a Lumatrex drawing file"},
-      {"empty file", {"render", empty, folder.File("e.png")}, 1, empty + ": not a Lumatrex drawing file\n"},
-      {"truncated drawing", {"dump", truncated}, 1, truncated + ": read error at byte"},
-      {"shapes but no layer", {"dump", layerless}, 1, "lumatrex: Error!There is no Layer!"},
-      {"a drawing is no library", {"dump", "--library", drawing}, 1, drawing + ": not a shape library"},
-      {"zoom not positive", {"render", drawing, folder.File("a.png"), "--zoom", "0"}, 2, "--zoom takes"},
-      {"zoom without value", {"render", drawing, folder.File("a.png"), "--zoom"}, 2, "--zoom needs a value"},
-      {"image type", {"render", drawing, folder.File("a.gif")}, 2, "must be .png, .jpg, .jpeg or .bmp"},
-      {"unknown lib subcommand", {"lib", lib, "shrink"}, 2, "unknown lib subcommand \"shrink\""},
-      {"lib without subcommand", {"lib", lib}, 2, "needs a library file and a subcommand"},
-      {"delete an absent entry", {"lib", lib, "delete", "B"}, 1, "no entry named \"B\""},
-      {"add a taken name", {"lib", lib, "add", "A", drawing}, 1, "an entry named \"A\" exists"},
-      {"rename an absent entry", {"lib", lib, "rename", "Q", "R"}, 1, "no entry named \"Q\""},
-      {"extract an absent entry", {"lib", lib, "extract", "Z", folder.File("z.lmx")}, 1, "no entry named \"Z\""},
-      {"list a drawing", {"lib", drawing, "list"}, 1, "not a shape library"},
-  };
-  for (const Row& row : rows) {
-    const TRun run = Lumatrex(row.args);
-    EXPECT_EQ(run.status, row.status) << row.edge << ": " << run.err;
-    EXPECT_TRUE(Contains(run.err, row.stderrPart)) << row.edge << ": " << run.err;
-    EXPECT_EQ(run.out, "") << row.edge;
+    std::istringstream words(row.at(1));
+    for (std::string word; words >> word;) args.push_back(expand(word));
+    const TRun run = Lumatrex(args);
+    EXPECT_EQ(run.status, std::stoi(row.at(2))) << run.err;
+    EXPECT_TRUE(Contains(run.err, expand(row.at(3)))) << run.err;
+    EXPECT_EQ(run.out, "");
   }
 }
 
@@ -183,9 +176,7 @@ TEST(LumatrexConvert, AnOlderDrawingBecomesXPjWithTheSameContent) {
 
 TEST(LumatrexRender, WritesAPngOfTheDrawingsExtentAtTheZoom) {
   TScratchFolder folder;
-  TDrawingContent content;
-  content.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30}))};
-  const std::string drawing = folder.Write("box.lmx", DrawingBytes(content));
+  const std::string drawing = folder.Write("box.lmx", BoxDrawing());
   ASSERT_EQ(Lumatrex({"render", drawing, folder.File("one.png")}).status, 0);
   const TRun twice = Lumatrex({"render", drawing, folder.File("two.png"), "--zoom", "2"});
   ASSERT_EQ(twice.status, 0) << twice.err;
@@ -225,10 +216,7 @@ TEST(LumatrexGenerate, WritesTheSameDrawingOfNShapesForTheSameSeed) {
 TEST(LumatrexLib, EverySubcommandEndToEnd) {
   TScratchFolder folder;
   const std::string lib = folder.File("shapes.lib");
-  TDrawingContent pump;
-  pump.userData = {{"part", "P-1"}};
-  pump.shapes = {test::ShapeBytes("XP.j", Shape("TMyRectangle", "S", 0, {{10, 20}, {50, 40}}, {30, 30}))};
-  const std::string drawing = folder.Write("pump.lmx", DrawingBytes(pump));
+  const std::string drawing = folder.Write("pump.lmx", BoxDrawing({.userData = {{"part", "P-1"}}}));
   auto list = [&] { return Lumatrex({"lib", lib, "list"}).out; };
 
   ASSERT_EQ(Lumatrex({"lib", lib, "add", "Pump", drawing}).status, 0);  // creates the library
@@ -238,10 +226,8 @@ TEST(LumatrexLib, EverySubcommandEndToEnd) {
   EXPECT_EQ(std::string(written.begin(), written.begin() + 10), "ZOLTLIBX.j");
 
   ASSERT_EQ(Lumatrex({"lib", lib, "extract", "Pump", folder.File("out.lmx")}).status, 0);
-  const TRun extracted = Lumatrex({"dump", folder.File("out.lmx")});
-  EXPECT_TRUE(Contains(extracted.out, "\"Width\": 40,\n  \"Height\": 20,")) << extracted.out;
-  EXPECT_TRUE(Contains(extracted.out, "[\"part\", \"P-1\"]")) << extracted.out;
-  EXPECT_TRUE(Contains(extracted.out, "\"Points\": [\n        [0, 0],\n        [40, 20]\n      ]")) << extracted.out;
+  // The entry's drawing: 40 x 20, its user data, the shape moved to the origin.
+  test::ExpectGoldenFile(Lumatrex({"dump", folder.File("out.lmx")}).out, "cli/extracted-entry-dump.json");
 
   ASSERT_EQ(Lumatrex({"lib", lib, "rename", "Pump", "Big pump"}).status, 0);
   EXPECT_EQ(list(), "Big pump\nValve\n");

@@ -5,13 +5,11 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QMouseEvent>
 #include <QProcess>
 #include <QPushButton>
 #include <QScrollArea>
@@ -255,19 +253,15 @@ QAction* MenuAction(QMenuBar& bar, const QString& text) {
 // Answers the user data editor as a user would: Add…, key and value, OK.
 // Buttons are clicked from the event loop, as Add… opens a dialog of its own
 // whose loop must see the timer again.
-void AddRecordInTheDialogs(QTimer& timer) {
+void AddRecord(QWidget& dialog) {
   const auto click = [](QPushButton* button) { QTimer::singleShot(0, button, &QPushButton::click); };
-  QObject::connect(&timer, &QTimer::timeout, [click] {
-    QWidget* dialog = QApplication::activeModalWidget();
-    if (auto* record = qobject_cast<TUserKeyAddFrm*>(dialog)) {
-      record->KeyEdit->setText("part");
-      record->ValueEdit->setText("42");
-      click(record->findChild<QPushButton*>("btnOK"));
-    } else if (auto* editor = qobject_cast<TUserKeyFrm*>(dialog)) {
-      click(editor->findChild<QPushButton*>(editor->lvKeyValue->topLevelItemCount() ? "btnOK" : "btnAdd"));
-    }
-  });
-  timer.start(10);
+  if (auto* record = qobject_cast<TUserKeyAddFrm*>(&dialog)) {
+    record->KeyEdit->setText("part");
+    record->ValueEdit->setText("42");
+    click(record->findChild<QPushButton*>("btnOK"));
+  } else if (auto* editor = qobject_cast<TUserKeyFrm*>(&dialog)) {
+    click(editor->findChild<QPushButton*>(editor->lvKeyValue->topLevelItemCount() ? "btnOK" : "btnAdd"));
+  }
 }
 
 TEST(EditorInspector, UserDataEditsTheSelectedShapeAsOneUndoStepOrElseTheCanvas) {
@@ -286,8 +280,7 @@ TEST(EditorInspector, UserDataEditsTheSelectedShapeAsOneUndoStepOrElseTheCanvas)
 
     QAction* userData = MenuAction(*window.menuBar(), "User &data…");
     ASSERT_NE(userData, nullptr);
-    QTimer answer;
-    AddRecordInTheDialogs(answer);
+    const auto answering = AnswerDialogs(AddRecord);
     userData->trigger();
     TUserData& edited = selectShape ? shape->UserData() : cad.UserData();
     EXPECT_EQ(edited.GetValueByKey("part"), "42");
