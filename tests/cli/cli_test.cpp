@@ -80,12 +80,14 @@ TEST(LumatrexDump, PrintsEveryFieldOfADrawingOrALibraryWithoutADisplay) {
       {{"dump", folder.Write("small.lmx", SmallDrawing())}, "cli/small-drawing-dump.json"},
       {{"dump", "--library", folder.Write("pump.lib", Concat({TagBytes("ZOLTLIBX.j"), test::PumpEntry()}))},
        "cli/pump-library-dump.json"}};
-  for (const char* folder : {"drawings", "libraries"}) {
+  // The folders also hold the library tests' tables and hostile files.
+  for (const auto& [folder, extension] : {std::pair{"drawings", ".zlt"}, std::pair{"libraries", ".lib"}}) {
     std::set<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(test::DataPath(folder))) files.insert(entry.path());
+    for (const auto& entry : std::filesystem::directory_iterator(test::DataPath(folder)))
+      if (entry.path().extension() == extension) files.insert(entry.path());
     for (const std::filesystem::path& file : files)
-      dumps.push_back({folder == std::string("libraries") ? std::vector<std::string>{"dump", "--library", file.string()}
-                                                           : std::vector<std::string>{"dump", file.string()},
+      dumps.push_back({extension == std::string(".lib") ? std::vector<std::string>{"dump", "--library", file.string()}
+                                                         : std::vector<std::string>{"dump", file.string()},
                        "cli/" + file.stem().string() + "-dump.json"});
   }
   for (const auto& [args, golden] : dumps) {
