@@ -49,9 +49,11 @@ std::unique_ptr<TMyShape> TMyCAD::CreateAndDelete(const TMyShape& drawn) {
     bool atStart = false;
     TMyShape* piece = GetMergeShape(drawn, front ? points.front() : points.back(), atStart);
     if (!piece || std::find(pieces.begin(), pieces.end(), piece) != pieces.end()) continue;
-    // The piece's points run away from the shared end; it keeps its end point.
+    // The piece goes before the drawn points ending at the shared end, or
+    // after them starting there: turned round when it runs the other way. The
+    // piece's end point stands for the drawn one it met.
     TArrMyPoint extra = piece->Points;
-    if (atStart != front) std::reverse(extra.begin(), extra.end());
+    if (atStart == front) std::reverse(extra.begin(), extra.end());
     if (front) {
       points.erase(points.begin());
       points.insert(points.begin(), extra.begin(), extra.end());

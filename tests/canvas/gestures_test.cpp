@@ -486,17 +486,18 @@ TEST(TMyCADLineJoining, ALineDrawnFromAFreeEndBecomesOnePolyLineInOneUndoStep) {
     int x1, y1, x2, y2;  // the line drawn
     Qt::KeyboardModifiers mods;
     bool otherLayer;           // the existing lines lie on another layer
-    int shapes;                // shapes afterwards
-    std::size_t joinedPoints;  // points of the last shape
+    int shapes;            // shapes afterwards
+    TArrMyPoint points;    // of the last shape, running on through the joined ends
   };
   // Existing lines: (10,10)-(100,10) and (100,100)-(180,100); HotSize 4.
   const Case cases[] = {
-      {"end meets an end", 103, 12, 150, 60, {}, false, 2, 3},
-      {"end meets a start", 60, 60, 12, 8, {}, false, 2, 3},
-      {"both ends meet two lines", 100, 10, 100, 100, {}, false, 1, 4},
-      {"beyond HotSize", 105, 10, 150, 60, {}, false, 3, 2},
-      {"Shift held", 100, 10, 150, 60, Qt::ShiftModifier, false, 3, 2},
-      {"another layer", 100, 10, 150, 60, {}, true, 3, 2},
+      {"end meets an end", 103, 12, 150, 60, {}, false, 2, {{10, 10}, {100, 10}, {150, 60}}},
+      {"end meets a start", 60, 60, 12, 8, {}, false, 2, {{60, 60}, {10, 10}, {100, 10}}},
+      {"both ends meet two lines", 100, 10, 100, 100, {}, false, 1, {{10, 10}, {100, 10}, {100, 100}, {180, 100}}},
+      {"start meets a start", 12, 8, 40, 60, {}, false, 2, {{100, 10}, {10, 10}, {40, 60}}},
+      {"beyond HotSize", 105, 10, 150, 60, {}, false, 3, {{105, 10}, {150, 60}}},
+      {"Shift held (and the line kept level)", 100, 10, 150, 60, Qt::ShiftModifier, false, 3, {{100, 10}, {150, 10}}},
+      {"another layer", 100, 10, 150, 60, {}, true, 3, {{100, 10}, {150, 60}}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -509,8 +510,8 @@ TEST(TMyCADLineJoining, ALineDrawnFromAFreeEndBecomesOnePolyLineInOneUndoStep) {
     TMouse(cad).Drag(c.x1, c.y1, c.x2, c.y2, c.mods);
     ASSERT_EQ(cad.GetShapesCount(), c.shapes);
     const TMyShape& last = *cad.GetShapeByNo(c.shapes - 1);
-    EXPECT_EQ(last.Points.size(), c.joinedPoints);
-    EXPECT_STREQ(last.ClassName(), c.joinedPoints > 2 ? "TMyPolyLine" : "TMyLine");
+    EXPECT_EQ(last.Points, c.points);
+    EXPECT_STREQ(last.ClassName(), c.points.size() > 2 ? "TMyPolyLine" : "TMyLine");
     cad.PopFromUndoRedoShapeList();
     ASSERT_EQ(cad.GetShapesCount(), 2);
     // One undo gives the pieces back where they were (deleted ones come back
