@@ -272,8 +272,9 @@ TMyLinkPoint* TMyCAD::BreakLineByAPoint(TMyLinkLine* link, const TMyPoint& at, b
   // the second meet at the new point.
   TMyShape* oldEnd = GetShapeByNo(link->EndShapeNo(llEnd));
   const std::int32_t oldEndPoint = link->EndPointId(llEnd);
-  rest->BindEnd(llStart, -1, -1);
-  rest->BindEnd(llEnd, -1, -1);
+  // The copy came with Link's bindings, listed by both shapes: let go first.
+  DetachLinkEnd(*rest, llStart);
+  DetachLinkEnd(*rest, llEnd);
   rest->Points = {at, link->Points.back()};
   link->Points.back() = at;
   AttachLinkEnd(*link, llEnd, *joint, 0);

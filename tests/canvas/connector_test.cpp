@@ -163,7 +163,7 @@ TEST_F(Connectors, DraggingAnEndOffDetachesOntoAnotherReattachesAndUndoGoesBack)
 }
 
 TEST_F(Connectors, BreakLineJoinsTwoHalvesAtANewPointAndTwoUndosRestore) {
-  DrawBox(40, 40, 120, 100);
+  TMyShape* a = DrawBox(40, 40, 120, 100);
   TMyShape* b = DrawBox(300, 140, 380, 200);
   TMyLinkLine* link = DrawLink(120, 70, 300, 170);
   const auto before = DocumentState(cad);
@@ -173,6 +173,11 @@ TEST_F(Connectors, BreakLineJoinsTwoHalvesAtANewPointAndTwoUndosRestore) {
   EXPECT_EQ(link->GetEndSpNo(), joint->ShapeNo);
   EXPECT_EQ(rest->GetStartSpNo(), joint->ShapeNo);
   EXPECT_EQ(rest->GetEndSpNo(), b->ShapeNo);
+  // Each shape lists exactly the connectors bound to it.
+  const auto no = [](const TMyShape* s) { return static_cast<std::uint32_t>(s->ShapeNo); };
+  EXPECT_EQ(a->LinkLines, (std::vector<std::uint32_t>{no(link)}));
+  EXPECT_EQ(b->LinkLines, (std::vector<std::uint32_t>{no(rest)}));
+  EXPECT_EQ(joint->LinkLines, (std::vector<std::uint32_t>{no(link), no(rest)}));
   ExpectAttached(*link);
   ExpectAttached(*rest);
   cad.PopFromUndoRedoShapeList();
