@@ -19,6 +19,7 @@
 #include "shapes/closed_shapes.h"
 #include "shapes/lines.h"
 #include "shapes/outline.h"
+#include "support/golden.h"
 
 namespace lumatrex {
 namespace {
@@ -261,18 +262,6 @@ TEST(TMyCADScale, TheIndexAgreesWithABruteForceScanAfterRandomEdits) {
 
 QImage Picture(const TMyCAD& cad) { return ToQImage(cad.ScreenBitmap()).copy(); }
 
-// The number of pixels that differ, and the box around them.
-int Differing(const QImage& a, const QImage& b, QRect& where) {
-  int count = 0;
-  for (int y = 0; y < a.height(); ++y)
-    for (int x = 0; x < a.width(); ++x)
-      if ((a.pixel(x, y) & 0xFFFFFF) != (b.pixel(x, y) & 0xFFFFFF)) {
-        ++count;
-        where |= QRect(x, y, 1, 1);
-      }
-  return count;
-}
-
 TEST(TMyCADScale, PartialRepaintsGiveTheSamePictureAsAFullRepaint) {
   TRandom r(77);
   TMyCAD cad;
@@ -291,15 +280,7 @@ TEST(TMyCADScale, PartialRepaintsGiveTheSamePictureAsAFullRepaint) {
     const QImage partial = Picture(cad);
     cad.Repaint();
     const QImage full = Picture(cad);
-    QRect where;
-    const int differing = Differing(partial, full, where);
-    if (differing != 0) {
-      partial.save(QString::fromStdString(testing::TempDir() + "/partial.png"));
-      full.save(QString::fromStdString(testing::TempDir() + "/full.png"));
-    }
-    ASSERT_EQ(differing, 0) << "after " << what << " (step " << step << "), within (" << where.left() << ", "
-                            << where.top() << ")-(" << where.right() << ", " << where.bottom() << "); pictures in "
-                            << testing::TempDir();
+    ASSERT_TRUE(test::SamePicture(partial, full, "partial-repaint")) << "after " << what << " (step " << step << ")";
   }
 }
 

@@ -573,13 +573,6 @@ QImage Vector(const Case& c) {
   return image;
 }
 
-int Differing(const QImage& a, const QImage& b) {
-  int n = 0;
-  for (int y = 0; y < kSide; ++y)
-    for (int x = 0; x < kSide; ++x) n += (a.pixel(x, y) & 0xFFFFFF) != (b.pixel(x, y) & 0xFFFFFF);
-  return n;
-}
-
 TEST(PainterCanvas, LightsTheRasterPixels) {
   const std::vector<Case> cases = {
       {"one-pixel line leaves out its end",
@@ -612,7 +605,7 @@ TEST(PainterCanvas, LightsTheRasterPixels) {
          c.Rectangle(2, 2, 20, 12);
        }, 0},
   };
-  for (const Case& c : cases) EXPECT_LE(Differing(Raster(c), Vector(c)), c.tolerance) << c.name;
+  for (const Case& c : cases) EXPECT_LE(test::DifferingPixels(Raster(c), Vector(c)), c.tolerance) << c.name;
 }
 
 }  // namespace

@@ -6,6 +6,32 @@
 
 namespace lumatrex::test {
 
+int DifferingPixels(const QImage& a, const QImage& b, QRect* where) {
+  int differing = 0;
+  for (int y = 0; y < a.height(); ++y)
+    for (int x = 0; x < a.width(); ++x)
+      if ((a.pixel(x, y) & 0xFFFFFF) != (b.pixel(x, y) & 0xFFFFFF)) {
+        ++differing;
+        if (where) *where |= QRect(x, y, 1, 1);
+      }
+  return differing;
+}
+
+::testing::AssertionResult SamePicture(const QImage& actual, const QImage& expected, const std::string& name) {
+  if (actual.size() != expected.size())
+    return ::testing::AssertionFailure() << name << ": size " << actual.width() << "x" << actual.height()
+                                         << ", expected " << expected.width() << "x" << expected.height();
+  QRect where;
+  const int differing = DifferingPixels(actual, expected, &where);
+  if (differing == 0) return ::testing::AssertionSuccess();
+  const std::string saved = ::testing::TempDir() + QFileInfo(QString::fromStdString(name)).completeBaseName().toStdString();
+  actual.save(QString::fromStdString(saved + ".actual.png"), "PNG");
+  expected.save(QString::fromStdString(saved + ".expected.png"), "PNG");
+  return ::testing::AssertionFailure() << differing << " pixels differ from " << name << " within (" << where.left()
+                                       << ", " << where.top() << ")-(" << where.right() << ", " << where.bottom()
+                                       << "); pictures: " << saved << ".actual.png and .expected.png";
+}
+
 ::testing::AssertionResult MatchesGoldenPicture(const QImage& actual, const std::string& relative) {
   const QString path = QString::fromStdString(DataPath(relative));
   if (qEnvironmentVariableIsSet("LUMATREX_UPDATE_GOLDEN")) {
@@ -15,17 +41,7 @@ namespace lumatrex::test {
   }
   const QImage expected = QImage(path).convertToFormat(QImage::Format_RGB32);
   if (expected.isNull()) return ::testing::AssertionFailure() << "missing golden picture " << path.toStdString();
-  const QImage got = actual.convertToFormat(QImage::Format_RGB32);
-  if (got.size() != expected.size())
-    return ::testing::AssertionFailure() << relative << ": size " << got.width() << "x" << got.height() << ", expected "
-                                         << expected.width() << "x" << expected.height();
-  int differing = 0;
-  for (int y = 0; y < got.height(); ++y)
-    for (int x = 0; x < got.width(); ++x) differing += (got.pixel(x, y) & 0xFFFFFF) != (expected.pixel(x, y) & 0xFFFFFF);
-  if (differing == 0) return ::testing::AssertionSuccess();
-  const std::string saved = ::testing::TempDir() + QFileInfo(path).completeBaseName().toStdString() + ".actual.png";
-  got.save(QString::fromStdString(saved), "PNG");
-  return ::testing::AssertionFailure() << differing << " pixels differ from " << relative << "; rendered picture: " << saved;
+  return SamePicture(actual, expected, relative);
 }
 
 }  // namespace lumatrex::test

@@ -11,6 +11,14 @@
 
 namespace lumatrex::test {
 
+// The pixels whose colours (alpha left out) differ between two pictures of
+// one size; Where, when given, grows to the box around them.
+int DifferingPixels(const QImage& a, const QImage& b, QRect* where = nullptr);
+
+// Actual and Expected have one size and the same colours. A mismatch saves
+// both in the test's temporary folder, named after Name, and says where.
+::testing::AssertionResult SamePicture(const QImage& actual, const QImage& expected, const std::string& name);
+
 // Compares the colours of Actual (alpha left out) with the picture at
 // tests/data/Relative, pixel for pixel. A mismatch saves the actual picture
 // in the test's temporary folder and names it.
