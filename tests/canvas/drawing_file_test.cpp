@@ -140,19 +140,6 @@ INSTANTIATE_TEST_SUITE_P(EveryVersion, TGoldenDrawing, ::testing::ValuesIn(kVers
 // ---------------------------------------------------------------------------
 // Loading: round trips and edges
 
-TEST(TMyCADDrawingLoad, ShapesWithoutALayerShowTheMessageEndTheApplicationAndChangeNothing) {
-  THeaderFields header;
-  header.layers = {};
-  TMyCAD cad;
-  FillWithOldDrawing(cad);
-  const TBytes before = Saved(cad);
-  THookRecorder hooks;
-  EXPECT_FALSE(Load(cad, Drawing(header, GoldenShapes("XP.j"))));
-  EXPECT_EQ(hooks.messages, std::vector<std::string>{"Error!There is no Layer!"});
-  EXPECT_EQ(hooks.terminations, 1);
-  EXPECT_EQ(Saved(cad), before);
-}
-
 // A rectangle record whose font size (after its height, -11) is the
 // smallest int32.
 TBytes RecordWithTheSmallestFontSize() {
