@@ -65,18 +65,6 @@ TEST(TLibManagerRead, TheWalkFindsEveryEntryInOrder) {
   EXPECT_EQ(lib.GetCmbShape("C"), nullptr);
 }
 
-TEST(TLibManagerRead, OlderTagsReadTheirOwnLayoutWithoutUserData) {
-  // ".3" libraries hold "XP.4" records: 80-bit coordinates and legacy bytes.
-  const TBytes entry =
-      test::EntryBytes("Old", 8, 4, nullptr,
-                       {test::ShapeBytes("XP.4", test::Shape("TMyRectangle", "R", 0, {{0, 0}, {1, 1}}, {0.5f, 0.5f}))});
-  const TLibManager lib = Library(Concat({TagBytes("ZOLTLIBX.3"), entry}));
-  const std::unique_ptr<TCmbShape> old = lib.GetCmbShape("Old");
-  ASSERT_TRUE(old);
-  EXPECT_EQ(old->Shapes[0]->Points, (TArrMyPoint{{0, 0}, {8, 4}}));
-  EXPECT_EQ(old->UserData.GetCount(), 0);
-}
-
 TEST(TLibManagerRead, TheReadersForOlderTagsReadTheirLayoutWhateverTheLibraryTag) {
   using TReader = std::unique_ptr<TCmbShape> (TLibManager::*)(const std::string&, const TCmbShapePlacement&) const;
   const std::vector<std::pair<TReader, const char*>> rows = {
