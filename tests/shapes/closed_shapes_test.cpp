@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QVariant>
 #include <array>
 #include <functional>
 #include <memory>

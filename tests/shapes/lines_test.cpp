@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QVariant>
 #include <cmath>
 #include <functional>
 #include <memory>
