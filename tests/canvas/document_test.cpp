@@ -213,22 +213,12 @@ TEST(TMyCADPage, PaperStylesMeasureAtTheScreenResolutionInBothOrientations) {
 // ---------------------------------------------------------------------------
 // Defaults and groups as frames
 
-TEST(TMyCAD, NewShapesTakeTheCanvasDefaultsAtCreationAndTheHandleColourIsProcessWide) {
-  TMyCAD cad;
-  cad.Pen().SetColor(clRed);
-  cad.SetHotShow(false);
-  cad.SetRotateEnable(true);
-  cad.SetPenStyleJoinType(psjtMITER);
-  TMyShape shape(&cad);
-  cad.Pen().SetColor(clGreen);  // later canvas changes do not reach the shape
-  EXPECT_EQ(shape.Pen().Color(), clRed);
-  EXPECT_FALSE(shape.GetHotShow());
-  EXPECT_TRUE(shape.GetRotateEnable());
-  EXPECT_FALSE(shape.GetResizeEnable());  // the canvas's switches start off
-  EXPECT_EQ(shape.GetPenStyleJoinType(), psjtMITER);
+// The handle colour is one for the whole process; a new canvas leaves it.
+TEST(TMyCAD, TheHandleColourIsProcessWideAndANewCanvasLeavesIt) {
   const TColor before = GetHotColor();
-  EXPECT_EQ(TMyCAD().GetColorOfHot(), 0x808080);
-  EXPECT_EQ(GetHotColor(), before);  // a new canvas does not set it
+  TMyCAD cad;
+  EXPECT_EQ(cad.GetColorOfHot(), 0x808080);
+  EXPECT_EQ(GetHotColor(), before);
   cad.SetColorOfHot(clAqua);
   EXPECT_EQ(GetHotColor(), clAqua);
   SetHotColor(before);

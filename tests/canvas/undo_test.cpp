@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <algorithm>
-#include <cmath>
 #include <functional>
 #include <iterator>
 #include <map>
