@@ -171,20 +171,17 @@ TEST(LinePictures, HeadsHandlesPreviewsAndLabelsDrawExactlyTheirPictures) {
     line->SetArrowOffset(offset);
     line->Draw(c);
   };
+  const auto longHead = [](TFakeOwner& o, TCanvas& c, std::uint8_t length) {
+    auto line = Make<TMyLine>(o, {{10, 150}, {150, 150}});
+    line->SetArrowLength(length);
+    line->Draw(c);
+  };
   const Case cases[] = {
       {"line_head_of_10_device_pixels_at_zoom_2", 2, 64, [&](TFakeOwner& o, TCanvas& c) { head(o, c, 5, 0); }},
       {"line_head_set_back_5_device_pixels_not_zoomed", 2, 64, [&](TFakeOwner& o, TCanvas& c) { head(o, c, 5, 5); }},
       // 400 device pixels wrap modulo 256 to 144, as a head of 72 at zoom 2 is.
-      {"line_head_of_144_device_pixels", 2, 320, [](TFakeOwner& o, TCanvas& c) {
-         auto line = Make<TMyLine>(o, {{10, 150}, {150, 150}});
-         line->SetArrowLength(200);
-         line->Draw(c);
-       }},
-      {"line_head_of_144_device_pixels", 2, 320, [](TFakeOwner& o, TCanvas& c) {
-         auto line = Make<TMyLine>(o, {{10, 150}, {150, 150}});
-         line->SetArrowLength(72);
-         line->Draw(c);
-       }},
+      {"line_head_of_144_device_pixels", 2, 320, [&](TFakeOwner& o, TCanvas& c) { longHead(o, c, 200); }},
+      {"line_head_of_144_device_pixels", 2, 320, [&](TFakeOwner& o, TCanvas& c) { longHead(o, c, 72); }},
       {"line_handle_squares_at_every_point", 1, 64,
        [](TFakeOwner& o, TCanvas& c) { Make<TMyLine>(o, {{10, 10}, {40, 40}})->DrawHot(c); }},
       {"blank", 1, 64, [](TFakeOwner& o, TCanvas& c) {  // the owner hides handles
