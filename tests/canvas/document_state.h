@@ -73,6 +73,11 @@ inline std::vector<std::uint8_t> Saved(const TMyCAD& cad) {
   EXPECT_TRUE(cad.SaveToStream(stream));
   return stream.Bytes();
 }
+// The same bytes, for comparing with a golden file.
+inline std::string SavedText(const TMyCAD& cad) {
+  const std::vector<std::uint8_t> bytes = Saved(cad);
+  return {bytes.begin(), bytes.end()};
+}
 
 inline TArrMyPoint Box(float l, float t, float r, float b) { return {{l, t}, {r, t}, {r, b}, {l, b}}; }
 

@@ -213,22 +213,12 @@ TEST(TMyCADPage, PaperStylesMeasureAtTheScreenResolutionInBothOrientations) {
 // ---------------------------------------------------------------------------
 // Defaults and groups as frames
 
-TEST(TMyCAD, NewShapesTakeTheCanvasDefaultsAtCreationAndTheHandleColourIsProcessWide) {
-  TMyCAD cad;
-  cad.Pen().SetColor(clRed);
-  cad.SetHotShow(false);
-  cad.SetRotateEnable(true);
-  cad.SetPenStyleJoinType(psjtMITER);
-  TMyShape shape(&cad);
-  cad.Pen().SetColor(clGreen);  // later canvas changes do not reach the shape
-  EXPECT_EQ(shape.Pen().Color(), clRed);
-  EXPECT_FALSE(shape.GetHotShow());
-  EXPECT_TRUE(shape.GetRotateEnable());
-  EXPECT_FALSE(shape.GetResizeEnable());  // the canvas's switches start off
-  EXPECT_EQ(shape.GetPenStyleJoinType(), psjtMITER);
+// The handle colour is one for the whole process; a new canvas leaves it.
+TEST(TMyCAD, TheHandleColourIsProcessWideAndANewCanvasLeavesIt) {
   const TColor before = GetHotColor();
-  EXPECT_EQ(TMyCAD().GetColorOfHot(), 0x808080);
-  EXPECT_EQ(GetHotColor(), before);  // a new canvas does not set it
+  TMyCAD cad;
+  EXPECT_EQ(cad.GetColorOfHot(), 0x808080);
+  EXPECT_EQ(GetHotColor(), before);
   cad.SetColorOfHot(clAqua);
   EXPECT_EQ(GetHotColor(), clAqua);
   SetHotColor(before);
@@ -306,19 +296,26 @@ TEST(TMyCADGrouping, AGroupIsAddedAfterItsMembersFramingThemAndUngroupingRemoves
   EXPECT_EQ(DocumentState(cad), before);
 }
 
-TEST(TMyCADGrouping, OnlyTopLevelShapesOfTheCanvasBecomeMembersEachOnce) {
+TEST(TMyCADGrouping, OnlyTopLevelShapesOfTheCanvasBecomeMembersEachOnceAndRefusalsChangeNothing) {
   TMyCAD cad;
   TMyCAD other;
   TMyShape* a = AddBox(cad, 0, 0, 10, 10);
   TMyShape* c = AddBox(cad, 20, 0, 30, 10);
-  cad.GroupShapes({a}, false);
-  TMyShape* g = cad.GroupShapes({a, c, c, nullptr, AddBox(other, 0, 0, 10, 10)}, false);
+  TMyShape* inner = cad.GroupShapes({a}, false);
+  TMyShape* g = cad.GroupShapes({a, c, c, inner, nullptr, AddBox(other, 0, 0, 10, 10)}, false);
   ASSERT_NE(g, nullptr);
-  EXPECT_EQ(g->ChildShapes, (std::vector<std::int32_t>{c->ShapeNo}));
-  const auto before = DocumentState(cad);
+  EXPECT_EQ(g->ChildShapes, (std::vector<std::int32_t>{c->ShapeNo, inner->ShapeNo}));
+  const auto grouped = DocumentState(cad);
   EXPECT_EQ(cad.GroupShapes({a, nullptr}, false), nullptr);
   EXPECT_EQ(cad.GroupShapes({}, true), nullptr);
-  EXPECT_EQ(DocumentState(cad), before);
+  EXPECT_EQ(DocumentState(cad), grouped);
+  // Ungrouping a null, a non-group, a nested or a locked group.
+  for (TMyShape* shape : {static_cast<TMyShape*>(nullptr), a, inner, g}) {
+    if (shape == g) g->StoreLocked(true);
+    const auto before = DocumentState(cad);
+    cad.UnGroupShape(shape, true);
+    EXPECT_EQ(DocumentState(cad), before);
+  }
   EXPECT_EQ(StepCount(cad), 0);
 }
 
@@ -329,20 +326,6 @@ TEST(TMyCADGrouping, AGroupDrawsNothingOverOrAroundItsMembers) {
   for (TMyShape* s : {a, b}) s->Brush().SetColor(clRed);
   cad.GroupShapes({a, b}, false);
   EXPECT_TRUE(test::MatchesGoldenPicture(ToQImage(cad.RenderToBitmap({1.0, false, 16})), "canvas/group-of-two.png"));
-}
-
-TEST(TMyCADGrouping, UngroupingANullANonGroupANestedOrALockedGroupChangesAndRecordsNothing) {
-  TMyCAD cad;
-  TMyShape* a = AddBox(cad, 0, 0, 10, 10);
-  TMyShape* inner = cad.GroupShapes({AddBox(cad, 20, 0, 30, 10)}, false);
-  TMyShape* outer = cad.GroupShapes({a, inner}, false);
-  for (TMyShape* shape : {static_cast<TMyShape*>(nullptr), a, inner, outer}) {
-    if (shape == outer) outer->StoreLocked(true);
-    const auto before = DocumentState(cad);
-    cad.UnGroupShape(shape, true);
-    EXPECT_EQ(DocumentState(cad), before);
-    EXPECT_EQ(StepCount(cad), 0);
-  }
 }
 
 // ---------------------------------------------------------------------------

@@ -73,45 +73,36 @@ std::vector<std::pair<double, double>> Vertices(const std::vector<std::string>& 
   return points;
 }
 
-struct CurveCase {
-  const char* name;
-  const char* className;
-  TArcStyle style;
-  float width, height;
-  const char* polylineFlag;  // nullptr: no polyline expected
-};
-
 // Curves traced as polylines stay within 0.01 mm of the true outline; a
 // circular open arc is one ARC whose angles are counter-clockwise in y up.
+// The cases are the rows of tests/data/dxf/curves.txt.
 TEST(SaveToDxf1, TracesCurvesWithinOneHundredthMillimetre) {
-  const CurveCase cases[] = {
-      {"ellipse: open 3D polyline", "TMyEllipse", asArc, 200, 100, "8"},
-      {"elliptical open arc stays open", "TMyElliArc", asArc, 200, 100, "0"},
-      {"elliptical chord is closed", "TMyElliArc", asChord, 200, 100, "1"},
-      {"circular sector is closed", "TMyElliArc", asPie, 192, 192, "1"},
-      {"circular open arc is an ARC", "TMyElliArc", asArc, 192, 192, nullptr},
-  };
-  for (const CurveCase& c : cases) {
-    SCOPED_TRACE(c.name);
+  const auto rows = test::DataTable("dxf/curves.txt");
+  ASSERT_EQ(rows.size(), 5u);
+  for (const std::vector<std::string>& row : rows) {
+    SCOPED_TRACE(row.at(0));
+    std::istringstream in(row.at(2));
+    int style;
+    float width, height;
+    in >> style >> width >> height;
+    const std::string& polylineFlag = row.at(3);  // "-": no polyline expected
     TMyCAD cad;
     cad.resize(400, 388);
-    TArrMyPoint points = Box(96, 100, 96 + c.width, 100 + c.height);
-    const float cx = 96 + c.width / 2, cy = 100 + c.height / 2;
+    TArrMyPoint points = Box(96, 100, 96 + width, 100 + height);
+    const float cx = 96 + width / 2, cy = 100 + height / 2;
     // From the ray to the right, counter-clockwise on the screen, to the ray up.
     points.push_back({cx + 10, cy});
     points.push_back({cx, cy - 10});
-    TMyShape* s = cad.AddShapeByCode2(c.className, "", points, 0);
-    if (auto* arc = dynamic_cast<TMyElliArc*>(s)) arc->SetArcStyle(c.style);
+    TMyShape* s = cad.AddShapeByCode2(row.at(1), "", points, 0);
+    if (auto* arc = dynamic_cast<TMyElliArc*>(s)) arc->SetArcStyle(static_cast<TArcStyle>(style));
     const auto lines = Lines(DxfText1(cad));
-    if (!c.polylineFlag) {
-      const L arc = {"0", "ARC", "5", "20", "8", "0", "10", "50.8", "20", "50.8",
-                     "30", "0.0", "40", "25.4", "50", "0", "51", "90"};
-      EXPECT_EQ(L(lines.begin() + 4, lines.end() - 4), arc);
+    if (polylineFlag == "-") {
+      EXPECT_EQ(L(lines.begin() + 4, lines.end() - 4), Expected("circular-open-arc-entity.dxf"));
       continue;
     }
     ASSERT_EQ(lines[4 + 1], "POLYLINE");
-    EXPECT_EQ(lines[4 + 15], c.polylineFlag);
-    const double a = c.width / 2 / kDxfPixelsPerMm, b = c.height / 2 / kDxfPixelsPerMm;
+    EXPECT_EQ(lines[4 + 15], polylineFlag);
+    const double a = width / 2 / kDxfPixelsPerMm, b = height / 2 / kDxfPixelsPerMm;
     const double mx = cx / kDxfPixelsPerMm, my = (388 - cy) / kDxfPixelsPerMm;
     const auto vertices = Vertices(lines);
     ASSERT_GT(vertices.size(), 8u);

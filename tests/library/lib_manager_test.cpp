@@ -3,12 +3,14 @@
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "library/library_fixture.h"
 #include "platform/canvas.h"
 #include "shapes/shape_factory.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -25,6 +27,14 @@ std::vector<TMyShape*> Pointers(const TCmbShape& entry) {
   std::vector<TMyShape*> shapes;
   for (const auto& s : entry.Shapes) shapes.push_back(s.get());
   return shapes;
+}
+
+// The points of a table cell: x and y after x and y.
+TArrMyPoint PointsOf(const std::string& cell) {
+  std::istringstream in(cell);
+  TArrMyPoint points;
+  for (TMyPoint p; in >> p.X >> p.Y;) points.push_back(p);
+  return points;
 }
 
 // Bit-exact float comparison: the library must not drift in the last bits.
@@ -65,18 +75,6 @@ TEST(TLibManagerRead, TheWalkFindsEveryEntryInOrder) {
   EXPECT_EQ(lib.GetCmbShape("C"), nullptr);
 }
 
-TEST(TLibManagerRead, OlderTagsReadTheirOwnLayoutWithoutUserData) {
-  // ".3" libraries hold "XP.4" records: 80-bit coordinates and legacy bytes.
-  const TBytes entry =
-      test::EntryBytes("Old", 8, 4, nullptr,
-                       {test::ShapeBytes("XP.4", test::Shape("TMyRectangle", "R", 0, {{0, 0}, {1, 1}}, {0.5f, 0.5f}))});
-  const TLibManager lib = Library(Concat({TagBytes("ZOLTLIBX.3"), entry}));
-  const std::unique_ptr<TCmbShape> old = lib.GetCmbShape("Old");
-  ASSERT_TRUE(old);
-  EXPECT_EQ(old->Shapes[0]->Points, (TArrMyPoint{{0, 0}, {8, 4}}));
-  EXPECT_EQ(old->UserData.GetCount(), 0);
-}
-
 TEST(TLibManagerRead, TheReadersForOlderTagsReadTheirLayoutWhateverTheLibraryTag) {
   using TReader = std::unique_ptr<TCmbShape> (TLibManager::*)(const std::string&, const TCmbShapePlacement&) const;
   const std::vector<std::pair<TReader, const char*>> rows = {
@@ -109,41 +107,28 @@ TEST(TLibManagerWrite, ShapesReadBackAndAppendedGiveTheHandWrittenBytesTagFirst)
 }
 
 TEST(TLibManagerWrite, UnitCoordinatesFollowTheRoundedBoxOfAllButLinkPoints) {
-  struct Row {
-    const char* edge;
-    TArrMyPoint points;
-    TMyPoint centre;
-    bool withLinkPoint;
-    TArrMyPoint storedPoints;
-    TMyPoint storedCentre;
-  };
-  const std::vector<Row> rows = {
-      {"box 40 x 20 at (10, 10)", {{10, 10}, {50, 30}}, {30, 20}, false, {{0, 0}, {1, 1}}, {0.5f, 0.5f}},
-      {"flat entry: height 0 is stored as 1, y offsets from the top", {{5, 7}, {25, 7}}, {15, 9}, false,
-       {{0, 0}, {1, 0}}, {0.5f, 2}},
-      {"a single point: both sizes 1", {{3, 4}}, {3, 4}, false, {{0, 0}}, {0, 0}},
-      {"a link point far away does not widen the box", {{10, 10}, {50, 30}}, {30, 20}, true, {{0, 0}, {1, 1}},
-       {0.5f, 0.5f}},
-      {"width 2.5 rounds half to even: 2", {{0, 0}, {2.5f, 1}}, {0, 0}, false, {{0, 0}, {1.25f, 1}}, {0, 0}},
-  };
-  for (const Row& row : rows) {
+  const auto rows = test::DataTable("libraries/unit-coordinates.txt");
+  ASSERT_EQ(rows.size(), 5u);
+  for (const std::vector<std::string>& row : rows) {
+    SCOPED_TRACE(row.at(0));
+    const bool withLinkPoint = row.at(3) == "yes";
     TCmbShape drawing("XP.j", nullptr);
     std::vector<TMyShape*> shapes;
     for (const char* kind : {"TMyRectangle", "TMyLinkPoint"}) {
-      if (kind == std::string("TMyLinkPoint") && !row.withLinkPoint) continue;
+      if (kind == std::string("TMyLinkPoint") && !withLinkPoint) continue;
       drawing.Shapes.push_back(CreateShapeByClassName(kind, &drawing));
       shapes.push_back(drawing.Shapes.back().get());
     }
-    shapes[0]->Points = row.points;
-    shapes[0]->CenterPoint = row.centre;
-    if (row.withLinkPoint) shapes[1]->Points = {{900, -900}};
+    shapes[0]->Points = PointsOf(row.at(1));
+    shapes[0]->CenterPoint = PointsOf(row.at(2)).at(0);
+    if (withLinkPoint) shapes[1]->Points = {{900, -900}};
     TLibManager lib;
-    ASSERT_TRUE(lib.AppendNewShape("E", shapes, {}, 0, 0)) << row.edge;
+    ASSERT_TRUE(lib.AppendNewShape("E", shapes, {}, 0, 0));
     const std::unique_ptr<TCmbShape> stored = lib.GetCmbShape("E", kAsStored);
-    EXPECT_EQ(stored->Shapes[0]->Points, row.storedPoints) << row.edge;
-    EXPECT_EQ(stored->Shapes[0]->CenterPoint, row.storedCentre) << row.edge;
-    if (row.withLinkPoint) {
-      EXPECT_EQ(stored->Shapes[1]->Points, (TArrMyPoint{{900, -900}})) << row.edge;
+    EXPECT_EQ(stored->Shapes[0]->Points, PointsOf(row.at(4)));
+    EXPECT_EQ(stored->Shapes[0]->CenterPoint, PointsOf(row.at(5)).at(0));
+    if (withLinkPoint) {
+      EXPECT_EQ(stored->Shapes[1]->Points, (TArrMyPoint{{900, -900}}));
     }
   }
 }

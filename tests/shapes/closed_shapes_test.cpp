@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QVariant>
 #include <array>
 #include <functional>
 #include <memory>
@@ -214,10 +213,8 @@ TEST(TMyEllipse, AChangedEllipsePaintsAsAFreshOne) {
     c.change(*cached, owner);
     auto fresh = Make<TMyEllipse>(owner, Frame(10, 10, 50, 30));
     c.change(*fresh, owner);
-    TSheet after, expected;
-    cached->Draw(after.canvas());
-    fresh->Draw(expected.canvas());
-    EXPECT_TRUE(after == expected);
+    const TSheet after = test::Drawn(*cached);
+    EXPECT_TRUE(after == test::Drawn(*fresh));
     EXPECT_FALSE(after == before);
   }
 }

@@ -42,18 +42,15 @@ TEST(Markers, EachMarkerDrawsExactlyItsPicture) {
          DrawDiamond(s, c, {20, 20}, clYellow);
        }},
       {"marker_info_A", [](TFakeOwner&, TMyShape& s, TCanvas& c) {
-         s.TextoutPoint = {32, 32};
          s.SetInfo("A");
          s.DrawInfo(c);
        }},
       {"marker_info_A", [](TFakeOwner&, TMyShape& s, TCanvas& c) {  // the info wins over the lines
-         s.TextoutPoint = {32, 32};
          s.SetInfo("A");
          s.SetMultiInfo({"one", "two", "three"});
          s.DrawInfo(c);
        }},
       {"marker_none", [](TFakeOwner&, TMyShape& s, TCanvas& c) {
-         s.TextoutPoint = {32, 32};
          s.SetInfo("A");
          s.SetCaptionShow(false);
          s.DrawInfo(c);
@@ -63,6 +60,7 @@ TEST(Markers, EachMarkerDrawsExactlyItsPicture) {
     SCOPED_TRACE(c.picture);
     TFakeOwner owner;
     TMyShape shape(&owner);
+    shape.TextoutPoint = {32, 32};  // where the info is written
     test::TSheet sheet;
     sheet.canvas().Brush().SetStyle(bsSolid);
     c.draw(owner, shape, sheet.canvas());

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <QVariant>
 #include <cmath>
 #include <functional>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -13,6 +13,7 @@
 #include "shapes/lines.h"
 #include "shapes/record_bytes.h"
 #include "shapes/sheet.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -73,29 +74,20 @@ TEST(TMyLine, TheCaptionFollowsTheFirstSegmentButNeverReadsUpsideDown) {
 // ---------------------------------------------------------------------------
 // Hit tests
 
+// The rows of tests/data/shapes/line-hits.txt: a model segment, the zoom, a
+// device point and whether it hits.
 TEST(TMyLine, HitsUseAnEightPixelBandInsideTheSegmentsExtent) {
-  struct Case {
-    const char* name;
-    TMyPoint a, b;  // model segment
+  const auto rows = test::DataTable("shapes/line-hits.txt");
+  ASSERT_EQ(rows.size(), 10u);
+  for (const std::vector<std::string>& row : rows) {
+    std::istringstream in(row.at(1));
+    TMyPoint a, b;
     double zoom;
     TPoint p;
-    bool hit;
-  };
-  constexpr TMyPoint kTop{50, 20}, kBottom{50, 80}, kLeft{20, 50}, kRight{80, 50};
-  const Case cases[] = {{"vertical, 8 left", kTop, kBottom, 1, {42, 50}, true},
-                        {"vertical, 9 left", kTop, kBottom, 1, {41, 50}, false},
-                        {"vertical, top end", kTop, kBottom, 1, {50, 20}, true},
-                        {"vertical, bottom end excluded", kTop, kBottom, 1, {50, 80}, false},
-                        {"band not zoomed", {25, 10}, {25, 40}, 2, {42, 50}, true},
-                        {"vertical, 8 right: edge excluded", kTop, kBottom, 1, {58, 50}, false},
-                        {"horizontal, left of start", kLeft, kRight, 1, {19, 50}, false},
-                        {"flat, on the line", {10, 10}, {50, 30}, 1, {30, 20}, true},
-                        {"flat, extension outside the box", {10, 10}, {50, 30}, 1, {5, 8}, false},
-                        {"steep, 8 right", {10, 10}, {20, 50}, 1, {19, 20}, true}};
-  for (const Case& c : cases) {
-    TFakeOwner owner(c.zoom);
+    in >> a.X >> a.Y >> b.X >> b.Y >> zoom >> p.X >> p.Y;
+    TFakeOwner owner(zoom);
     TSheet sheet;
-    EXPECT_EQ(Make<TMyLine>(owner, {c.a, c.b})->IsClickedMe(sheet.canvas(), c.p), c.hit) << c.name;
+    EXPECT_EQ(Make<TMyLine>(owner, {a, b})->IsClickedMe(sheet.canvas(), p), row.at(2) == "hit") << row.at(0);
   }
 }
 
@@ -179,20 +171,17 @@ TEST(LinePictures, HeadsHandlesPreviewsAndLabelsDrawExactlyTheirPictures) {
     line->SetArrowOffset(offset);
     line->Draw(c);
   };
+  const auto longHead = [](TFakeOwner& o, TCanvas& c, std::uint8_t length) {
+    auto line = Make<TMyLine>(o, {{10, 150}, {150, 150}});
+    line->SetArrowLength(length);
+    line->Draw(c);
+  };
   const Case cases[] = {
       {"line_head_of_10_device_pixels_at_zoom_2", 2, 64, [&](TFakeOwner& o, TCanvas& c) { head(o, c, 5, 0); }},
       {"line_head_set_back_5_device_pixels_not_zoomed", 2, 64, [&](TFakeOwner& o, TCanvas& c) { head(o, c, 5, 5); }},
       // 400 device pixels wrap modulo 256 to 144, as a head of 72 at zoom 2 is.
-      {"line_head_of_144_device_pixels", 2, 320, [](TFakeOwner& o, TCanvas& c) {
-         auto line = Make<TMyLine>(o, {{10, 150}, {150, 150}});
-         line->SetArrowLength(200);
-         line->Draw(c);
-       }},
-      {"line_head_of_144_device_pixels", 2, 320, [](TFakeOwner& o, TCanvas& c) {
-         auto line = Make<TMyLine>(o, {{10, 150}, {150, 150}});
-         line->SetArrowLength(72);
-         line->Draw(c);
-       }},
+      {"line_head_of_144_device_pixels", 2, 320, [&](TFakeOwner& o, TCanvas& c) { longHead(o, c, 200); }},
+      {"line_head_of_144_device_pixels", 2, 320, [&](TFakeOwner& o, TCanvas& c) { longHead(o, c, 72); }},
       {"line_handle_squares_at_every_point", 1, 64,
        [](TFakeOwner& o, TCanvas& c) { Make<TMyLine>(o, {{10, 10}, {40, 40}})->DrawHot(c); }},
       {"blank", 1, 64, [](TFakeOwner& o, TCanvas& c) {  // the owner hides handles

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 
 #include "persistence/stream_io.h"
 #include "platform/bitmap.h"
