@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "platform/stream.h"
+#include "support/test_paths.h"
 
 namespace lumatrex {
 namespace {
@@ -34,6 +35,17 @@ Bytes ReadAll(TStream& stream) {
   return bytes;
 }
 
+// The error Call throws; a failure, and offset -1, when it throws none.
+EReadError ReadErrorOf(const std::function<void()>& call) {
+  try {
+    call();
+  } catch (const EReadError& e) {
+    return e;
+  }
+  ADD_FAILURE() << "no error";
+  return EReadError(-1, "");
+}
+
 // ---------------------------------------------------------------------------
 // Exact-size reads and copies
 // ---------------------------------------------------------------------------
@@ -42,14 +54,10 @@ TEST(ReadBuffer, ShortReadThrowsWithTheOffsetWhereTheReadBeganZeroBytesNeverAndN
   TMemoryStream stream(Bytes(10));
   stream.SetPosition(6);
   Bytes buffer(8);
-  try {
-    stream.ReadBuffer(buffer.data(), 8, "shape count");
-    FAIL() << "no error";
-  } catch (const EReadError& e) {
-    EXPECT_EQ(e.Offset(), 6);
-    EXPECT_NE(std::string(e.what()).find("shape count"), std::string::npos) << e.what();
-    EXPECT_NE(std::string(e.what()).find("byte 6"), std::string::npos) << e.what();
-  }
+  const EReadError e = ReadErrorOf([&] { stream.ReadBuffer(buffer.data(), 8, "shape count"); });
+  EXPECT_EQ(e.Offset(), 6);
+  EXPECT_NE(std::string(e.what()).find("shape count"), std::string::npos) << e.what();
+  EXPECT_NE(std::string(e.what()).find("byte 6"), std::string::npos) << e.what();
   EXPECT_NO_THROW(stream.ReadBuffer(nullptr, 0));
   EXPECT_THROW(stream.ReadBuffer(nullptr, -1), EReadError);
 }
@@ -75,12 +83,7 @@ TEST(CopyFrom, MoreThanTheSourceHoldsOrANegativeCountThrowsEReadError) {
   TMemoryStream source(Bytes{1, 2, 3});
   source.SetPosition(1);
   TMemoryStream target;
-  try {
-    target.CopyFrom(source, 5);
-    FAIL() << "no error";
-  } catch (const EReadError& e) {
-    EXPECT_EQ(e.Offset(), 1);
-  }
+  EXPECT_EQ(ReadErrorOf([&] { target.CopyFrom(source, 5); }).Offset(), 1);
   EXPECT_THROW(target.CopyFrom(source, -1), EReadError);
   EXPECT_EQ(target.Size(), 0);
 }
@@ -179,12 +182,7 @@ TEST_F(FileStream, ReadPastTheEndThrowsWithItsOffsetAfterBufferedReads) {
   Bytes buffer(20);
   file.ReadBuffer(buffer.data(), 10);  // fills the buffer from the start
   file.SetPosition(99990);
-  try {
-    file.ReadBuffer(buffer.data(), 20, "tail");
-    FAIL() << "no error";
-  } catch (const EReadError& e) {
-    EXPECT_EQ(e.Offset(), 99990);
-  }
+  EXPECT_EQ(ReadErrorOf([&] { file.ReadBuffer(buffer.data(), 20, "tail"); }).Offset(), 99990);
 }
 
 TEST_F(FileStream, AFailedWriteIsReportedWhenSmallOrLarge) {
@@ -202,11 +200,6 @@ TEST_F(FileStream, AFailedWriteIsReportedWhenSmallOrLarge) {
 // the old one, says why in plain words, and never turns something that is not
 // a regular file into one.
 // ---------------------------------------------------------------------------
-
-Bytes Read(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
 
 std::size_t EntryCount(const std::string& folder) {
   return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
@@ -274,20 +267,20 @@ TEST(SaveBytesToFileAtomically, AFailedWriteKeepsTheOldFileAndSaysWhy) {
     const std::string folder = dir.path().toStdString();
     std::string message;
     std::size_t entries = 0;
-    Bytes kept;
+    std::string kept;
     const bool ran = c.run(folder, [&] {
       try {
         SaveBytesToFileAtomically(folder + "/old.lmx", big);
       } catch (const EWriteError& e) {
         message = e.what();
       }
-      kept = Read(folder + "/old.lmx");
+      kept = test::ReadFileBytes(folder + "/old.lmx");
       entries = EntryCount(folder);
     });
     if (!ran) continue;
     EXPECT_NE(message.find(c.reason), std::string::npos) << message;
     EXPECT_NE(message.find("old.lmx"), std::string::npos) << message;
-    EXPECT_EQ(std::string(kept.begin(), kept.end()), "old drawing");
+    EXPECT_EQ(kept, "old drawing");
     EXPECT_EQ(entries, 1u) << "a temporary file was left";
   }
 }
@@ -330,7 +323,7 @@ TEST(SaveBytesToFileAtomically, ReplacesTheFileBehindALinkAndKeepsItsMode) {
   symlink("real.lmx", (folder + "/link.lmx").c_str());
   SaveBytesToFileAtomically(folder + "/link.lmx", Bytes{'n', 'e', 'w'});
   EXPECT_TRUE(std::filesystem::is_symlink(folder + "/link.lmx"));
-  EXPECT_EQ(Read(folder + "/real.lmx"), (Bytes{'n', 'e', 'w'}));
+  EXPECT_EQ(test::ReadFileBytes(folder + "/real.lmx"), "new");
   struct stat st {};
   stat((folder + "/real.lmx").c_str(), &st);
   EXPECT_EQ(st.st_mode & 07777, 0640u);
