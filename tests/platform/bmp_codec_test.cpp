@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <cstdint>
 #include <random>
 #include <sstream>
@@ -34,8 +32,8 @@ Bytes Hex(std::string text) {
 bmp::TDecodedBmp Decode(const Bytes& file) { return bmp::Decode(file.data(), file.size()); }
 
 Bytes DataFile(const std::string& name) {
-  std::ifstream in(test::DataPath(name), std::ios::binary);
-  return Bytes(std::istreambuf_iterator<char>(in), {});
+  const std::string bytes = test::ReadFileBytes(test::DataPath(name));
+  return Bytes(bytes.begin(), bytes.end());
 }
 
 // Hex numbers separated by blanks.
