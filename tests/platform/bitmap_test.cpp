@@ -4,7 +4,6 @@
 
 #include <QImage>
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include "platform/bitmap.h"
