@@ -6,8 +6,6 @@
 
 #include <QImage>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -26,17 +24,10 @@ struct TSuiteCase {
 
 // The expected outcomes, listed in tests/data/bmpsuite/outcomes.txt.
 std::vector<TSuiteCase> SuiteCases() {
-  std::ifstream in(test::DataPath("bmpsuite/outcomes.txt"));
   std::vector<TSuiteCase> cases;
-  for (std::string line; std::getline(in, line);) {
-    std::istringstream fields(line.substr(0, line.find('#')));
-    TSuiteCase c;
-    std::string outcome;
-    if (!(fields >> c.file >> outcome >> c.reference)) continue;
-    fields >> c.tolerance;
-    c.decodes = outcome == "decodes";
-    if (c.reference == "-") c.reference.clear();
-    cases.push_back(c);
+  for (const std::vector<std::string>& row : test::DataTable("bmpsuite/outcomes.txt")) {
+    cases.push_back({row.at(0), row.at(1) == "decodes", row.at(2) == "-" ? "" : row.at(2),
+                     row.size() > 3 ? std::stoi(row[3]) : 0});
   }
   return cases;
 }
