@@ -20,14 +20,7 @@
 namespace lumatrex {
 namespace {
 
-using test::BaseRecord;
-using test::Concat;
-using test::Drawing;
-using test::Shape;
-using test::TagBytes;
-using test::TBytes;
-using test::THeaderFields;
-using test::TScratchFolder;
+using namespace test;
 
 struct TRun {
   int status = -1;
