@@ -19,14 +19,19 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
+// Hex numbers separated by blanks.
+std::vector<std::uint32_t> Numbers(const std::string& text) {
+  std::vector<std::uint32_t> numbers;
+  std::istringstream in(text);
+  for (std::uint32_t n = 0; in >> std::hex >> n;) numbers.push_back(n);
+  return numbers;
+}
+
 // "42 4D ..." -> bytes; '|' may separate groups for readability.
 Bytes Hex(std::string text) {
   std::replace(text.begin(), text.end(), '|', ' ');
-  Bytes bytes;
-  std::istringstream in(text);
-  std::string token;
-  while (in >> token) bytes.push_back(static_cast<std::uint8_t>(std::stoul(token, nullptr, 16)));
-  return bytes;
+  const std::vector<std::uint32_t> numbers = Numbers(text);
+  return Bytes(numbers.begin(), numbers.end());
 }
 
 bmp::TDecodedBmp Decode(const Bytes& file) { return bmp::Decode(file.data(), file.size()); }
@@ -34,14 +39,6 @@ bmp::TDecodedBmp Decode(const Bytes& file) { return bmp::Decode(file.data(), fil
 Bytes DataFile(const std::string& name) {
   const std::string bytes = test::ReadFileBytes(test::DataPath(name));
   return Bytes(bytes.begin(), bytes.end());
-}
-
-// Hex numbers separated by blanks.
-std::vector<std::uint32_t> Numbers(const std::string& text) {
-  std::vector<std::uint32_t> numbers;
-  std::istringstream in(text);
-  for (std::uint32_t n = 0; in >> std::hex >> n;) numbers.push_back(n);
-  return numbers;
 }
 
 // ---------------------------------------------------------------------------
