@@ -554,9 +554,7 @@ void Style(TCanvas& c, TColor pen, int width, TPenStyle style, TColor brush, TBr
 }
 
 QImage Raster(const Case& c) {
-  TBitmap bitmap(kSide, kSide, pf32bit);
-  bitmap.Canvas().Brush().SetColor(clWhite);
-  bitmap.Canvas().FillRect(Rect(0, 0, kSide, kSide));
+  TBitmap bitmap(kSide, kSide, pf32bit);  // white, as the painter's image
   c.draw(bitmap.Canvas());
   return ToQImage(bitmap);
 }
