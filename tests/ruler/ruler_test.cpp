@@ -78,35 +78,53 @@ TEST(TRsRuler, IgnoresValuesThatWouldBreakTheScale) {
 }
 
 // ---------------------------------------------------------------------------
-// TRsRuler: ticks
+// TRsRuler: ticks and labels
 // ---------------------------------------------------------------------------
 
 // A tick every two advances of the unit, on the truncated pixel, every fifth
-// long; the picture names say where the first ticks fall.
-TEST(TRsRuler, TicksFallOnTheTruncatedMultiplesOfTwiceTheAdvance) {
+// long, and a label every tenth tick, centred on it; the picture names say
+// where the first ticks fall or which texts the labels show.
+TEST(TRsRuler, TicksFallOnTheTruncatedMultiplesOfTwiceTheAdvanceAndEveryTenthIsLabelled) {
   struct Case {
     const char* picture;
     TRulerUnit unit;
-    int previousScale;  // set before Scale, for multiplier carry-over
     int scale;
-    int length;
+    double offset = 0;
+    bool showMinus = true;
+    int previousScale = 100;  // set before Scale, for multiplier carry-over
+    int length = 400;
   };
   const Case cases[] = {
-      {"ticks_mm_at_100: 0 7 15 22 30 37 45 52 60 68 75 (7.56 px: 2 mm at 96 ppi)", ruMilli, 100, 100, 400},
-      {"ticks_inch_at_400: 0 19 38 57 76 96 115 134 153 172 192", ruInch, 100, 400, 400},
-      {"ticks_pixel_at_50: 0 10 20 30 40 50 60 70 80 90 100", ruPixel, 100, 50, 400},
-      {"ticks_mm_at_150_inside_a_step_range: 0 5 11 17 22 28 34 39 45 51 56", ruMilli, 100, 150, 400},
-      {"ticks_mm_at_2000_keeps_the_finest_step: 0 15 30 45 60 75 90 105 120 136 151", ruMilli, 1000, 2000, 400},
-      {"ticks_mm_at_2000_keeps_the_unit_step: 0 151 302", ruMilli, 100, 2000, 400},
-      {"ticks_none_like_mm: 0 7 15 22 30 37 45 52 60 68 75", ruNone, 100, 50, 400},
+      {"ticks_mm_at_100: 0 7 15 22 30 37 45 52 60 68 75 (7.56 px: 2 mm at 96 ppi)", ruMilli, 100},
+      {"ticks_inch_at_400: 0 19 38 57 76 96 115 134 153 172 192", ruInch, 400},
+      {"ticks_pixel_at_50: 0 10 20 30 40 50 60 70 80 90 100", ruPixel, 50},
+      {"ticks_mm_at_150_inside_a_step_range: 0 5 11 17 22 28 34 39 45 51 56", ruMilli, 150},
+      {"ticks_mm_at_2000_keeps_the_finest_step: 0 15 30 45 60 75 90 105 120 136 151", ruMilli, 2000, 0, true, 1000},
+      {"ticks_mm_at_2000_keeps_the_unit_step: 0 151 302", ruMilli, 2000},
+      {"ticks_none_like_mm: 0 7 15 22 30 37 45 52 60 68 75", ruNone, 50},
       // 254 mm at 70 per cent is exactly 672 pixels; computed, it comes out a hair below.
-      {"ticks_on_a_whole_pixel_keep_it: the 128th at 672", ruMilli, 100, 70, 700}};
+      {"ticks_on_a_whole_pixel_keep_it: the 128th at 672", ruMilli, 70, 0, true, 100, 700},
+      {"labels_mm_at_50: 40 80 120 160 200", ruMilli, 50},
+      {"labels_cm_at_400: 0.5 1 1.5 2 2.5", ruCenti, 400},
+      {"labels_km_below_a_hundredth: 0 0 0 0 0", ruKilo, 100},
+      {"labels_inch_at_150: 1 2", ruInch, 150},
+      {"labels_pixel_last_on_the_end_pixel: 100 200 300 400", ruPixel, 100},
+      {"labels_pixel_half_rounds_to_even: 102 202 302 402", ruPixel, 100, 2.5},
+      {"labels_none: no labels", ruNone, 100},
+      {"labels_offset_shifts_values_not_ticks: 25 45 65 85 105", ruMilli, 100, 5},
+      {"labels_fractional_offset: 20.33 40.33 60.33 80.33 100.33", ruMilli, 100, 0.333},
+      {"labels_negative_offset: -30 -10 10 30 50", ruMilli, 100, -50},
+      {"labels_without_show_minus: 30 10 10 30 50", ruMilli, 100, -50, false},
+      {"labels_rounding_to_zero_has_no_sign: 0 0.02 0.04 0.06 0.08", ruMeter, 100, -0.021},
+  };
   for (const Case& c : cases) {
     TRsRuler ruler;
     Place(ruler, rdTop, c.length);
     ruler.SetUnit(c.unit);
     ruler.SetScale(c.previousScale);
     ruler.SetScale(c.scale);
+    ruler.SetOffset(c.offset);
+    ruler.SetShowMinus(c.showMinus);
     EXPECT_TRUE(LooksLike(ruler, c.picture));
   }
 }
@@ -138,41 +156,8 @@ TEST(TRsRuler, EveryEdgePutsTicksOnItAndLabelsBesideThemCountingEitherWay) {
 }
 
 // ---------------------------------------------------------------------------
-// TRsRuler: label texts
+// TRsRuler: colours and the raised edge
 // ---------------------------------------------------------------------------
-
-// A label every tenth tick, centred on it; the texts each picture shows follow the colon.
-TEST(TRsRuler, LabelsShowTheScaleValueAtEveryTenthTick) {
-  struct Case {
-    const char* picture;
-    TRulerUnit unit;
-    int scale;
-    double offset;
-    bool showMinus;
-  };
-  const Case cases[] = {
-      {"labels_mm_at_50: 40 80 120 160 200", ruMilli, 50, 0, true},
-      {"labels_cm_at_400: 0.5 1 1.5 2 2.5", ruCenti, 400, 0, true},
-      {"labels_km_below_a_hundredth: 0 0 0 0 0", ruKilo, 100, 0, true},
-      {"labels_inch_at_150: 1 2", ruInch, 150, 0, true},
-      {"labels_pixel_last_on_the_end_pixel: 100 200 300 400", ruPixel, 100, 0, true},
-      {"labels_pixel_half_rounds_to_even: 102 202 302 402", ruPixel, 100, 2.5, true},
-      {"labels_none: no labels", ruNone, 100, 0, true},
-      {"labels_offset_shifts_values_not_ticks: 25 45 65 85 105", ruMilli, 100, 5, true},
-      {"labels_fractional_offset: 20.33 40.33 60.33 80.33 100.33", ruMilli, 100, 0.333, true},
-      {"labels_negative_offset: -30 -10 10 30 50", ruMilli, 100, -50, true},
-      {"labels_without_show_minus: 30 10 10 30 50", ruMilli, 100, -50, false},
-      {"labels_rounding_to_zero_has_no_sign: 0 0.02 0.04 0.06 0.08", ruMeter, 100, -0.021, true}};
-  for (const Case& c : cases) {
-    TRsRuler ruler;
-    Place(ruler, rdTop, 400);
-    ruler.SetUnit(c.unit);
-    ruler.SetScale(c.scale);
-    ruler.SetOffset(c.offset);
-    ruler.SetShowMinus(c.showMinus);
-    EXPECT_TRUE(LooksLike(ruler, c.picture));
-  }
-}
 
 TEST(TRsRuler, PaintsInItsColoursWithARaisedEdgeUnlessFlat) {
   TRsRuler ruler;
