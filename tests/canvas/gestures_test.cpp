@@ -31,6 +31,7 @@ struct Gestures : ::testing::Test {
   TMyCAD cad;
   TMouse mouse{cad};
   const std::string pictureFile = DataPath("canvas/red-3x2.png");  // read through Qt, not our BMP reader
+  // The canvas starts with the selecting tool, which most tests use as it is.
   void SetUp() override {
     cad.resize(400, 300);
     cad.SetResizeEnable(true);
@@ -177,7 +178,6 @@ TEST_F(Gestures, ClickShiftClickAndRubberBandSelect) {
   TMyShape* a = AddRect(10, 10, 50, 50);
   TMyShape* b = AddRect(100, 10, 150, 50);
   AddRect(200, 200, 250, 250);
-  cad.SetShapeTool(SpSelecting);
   // Presses keep off the shapes' centres, where the text point's handle is.
   mouse.Click(20, 20);
   EXPECT_EQ(cad.GetSelectedShape(), a);
@@ -196,7 +196,6 @@ TEST_F(Gestures, ASecondClickWithoutMovingSelectsTheSmallerShapeBeneath) {
   TMyShape* big = AddRect(10, 10, 200, 200);
   TMyShape* small = AddRect(50, 50, 80, 80);
   cad.SendToBack(small, false);
-  cad.SetShapeTool(SpSelecting);
   mouse.Click(60, 60);
   EXPECT_EQ(cad.GetSelectedShape(), big);
   mouse.Click(60, 60);
@@ -212,7 +211,6 @@ TEST_F(Gestures, DraggingMovesTheSelectionAndOneUndoMovesItBack) {
   const TDocument before = DocumentState(cad);
   int dragged = 0;
   cad.OnShapeMouseDragged = [&](QObject*, TMyShape*, const TPoint&, TPoint&) { ++dragged; };
-  cad.SetShapeTool(SpSelecting);
   cad.SelectAllShapes();
   mouse.Drag(20, 20, 35, 60);
   EXPECT_EQ(a->GetPoint(0), (TMyPoint{25, 50}));
@@ -247,7 +245,6 @@ TEST_F(Gestures, DragModeAndSnapShapeTheMove) {
     cad.DeleteAllShapes();
     TMyShape* a = AddRect(10, 10, 50, 50);
     c.set(cad);
-    cad.SetShapeTool(SpSelecting);
     mouse.Click(20, 20).Drag(20, 20, c.toX, c.toY);
     EXPECT_EQ(a->GetPoint(0), c.corner);
   }
@@ -297,7 +294,6 @@ TEST_P(ResizeRotatedRectangle, EachHandleResizesLikeTheShapeItselfAndUndoRestore
   const TArrMyPoint original = shape->Points;
   const int hot = GetParam();
   const TPoint handle = MyPtToPt(shape->GetPointInZoom(hot));
-  cad.SetShapeTool(SpSelecting);
   // Outward from the centre, so that no handle crosses it.
   const TMyPoint center = shape->GetCenterPointInZoom();
   const TPoint to = Point(handle.X + Round((handle.X - center.X) * 0.15L), handle.Y + Round((handle.Y - center.Y) * 0.15L));
@@ -407,7 +403,6 @@ TEST_F(Gestures, BezierAnchorsDragWithTheirControlsAndPiecesComeAndGo) {
 TEST_F(Gestures, DoubleClickEditsATextInPlaceOneStepPerCommit) {
   TMyShape* text = cad.AddShapeByCode2("TMyText", "", Box(50, 40, 200, 120), 0);
   dynamic_cast<TMyText*>(text)->SetLines({"old"});
-  cad.SetShapeTool(SpSelecting);
   const TDocument before = DocumentState(cad);
   struct Case {
     const char* name;
