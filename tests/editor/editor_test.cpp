@@ -99,18 +99,9 @@ TEST_F(Editor, ThePaintedAreaFollowsTheCanvasSizeAfterEveryZoom) {
   window.show();
   cad.SetColorOfBackGround(RGB(255, 255, 0));
   QApplication::processEvents();
-  struct Case {
-    const char* name;
-    std::function<void()> zoom;
-  };
-  const Case cases[] = {
-      {"zoom in", [&] { window.findChild<QAction*>("zoomIn")->trigger(); }},
-      {"zoom to fit", [&] { window.findChild<QAction*>("zoomFit")->trigger(); }},
-      {"back to 100 %", [&] { window.findChild<QAction*>("zoom100")->trigger(); }},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    c.zoom();
+  for (const char* zoom : {"zoomIn", "zoomFit", "zoom100"}) {
+    SCOPED_TRACE(zoom);
+    window.findChild<QAction*>(zoom)->trigger();
     QApplication::processEvents();
     const QImage shown = cad.grab().toImage();
     ASSERT_EQ(shown.width(), static_cast<int>(cad.GetPageWidth() * cad.GetZoom()));
