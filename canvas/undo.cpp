@@ -259,12 +259,8 @@ void TMyCAD::PushStep(std::vector<TSavedShape> records) {
 // which are the state the copies would hold.
 void TMyCAD::RemoveRecordingDeletion(const std::vector<TMyShape*>& roots, const std::vector<TMyShape*>& doomed,
                                      bool record) {
-  if (!record) {
-    RemoveShapes(doomed);
-    return;
-  }
-  redoList_.clear();
-  if (undoRedoSize_ == 0) {
+  if (record) redoList_.clear();  // a new change ends what could be redone
+  if (!record || undoRedoSize_ == 0) {
     RemoveShapes(doomed);
     return;
   }
