@@ -227,8 +227,9 @@ QRgb TBitmap::Impl::PixelAt(int x, int y) {
   return pixels.pixel(x, y);
 }
 
-void TBitmap::Impl::Replace(TPixelFormat stored, std::int32_t w, std::int32_t h, QImage image) {
+void TBitmap::Impl::Replace(TPixelFormat stored, std::int32_t w, std::int32_t h, QImage image, bool opaque) {
   format = stored;
+  opaque_ = opaque;
   width = std::max(w, 0);
   height = std::max(h, 0);
   pixels_ = std::move(image);
@@ -249,7 +250,7 @@ TBitmap::Impl& TBitmap::impl() const {
 
 TBitmap::TBitmap(std::int32_t width, std::int32_t height, TPixelFormat format) : TBitmap() {
   const TPixelFormat stored = StoredFormat(format);
-  impl().Replace(stored, width, height, WhiteImage(stored, width, height, DefaultPalette(stored)));
+  impl().Replace(stored, width, height, WhiteImage(stored, width, height, DefaultPalette(stored)), true);
 }
 
 TBitmap::~TBitmap() = default;
@@ -263,7 +264,7 @@ TBitmap& TBitmap::operator=(const TBitmap& other) {
     return *this;
   }
   const Impl& from = *other.impl_;
-  impl().Replace(from.format, from.width, from.height, other.impl().Pixels().copy());
+  impl().Replace(from.format, from.width, from.height, other.impl().Pixels().copy(), from.OpaqueSurface());
   return *this;
 }
 
@@ -280,8 +281,9 @@ void TBitmap::SetSize(std::int32_t width, std::int32_t height) {
   const QImage& old = impl().Pixels();
   const QList<QRgb> palette = old.isNull() ? DefaultPalette(impl().format) : old.colorTable();
   QImage resized = WhiteImage(impl().format, width, height, palette);
+  const bool opaque = old.isNull() || impl().OpaqueSurface();
   if (!old.isNull() && !resized.isNull()) CopyOverlap(old, resized);
-  impl().Replace(impl().format, width, height, std::move(resized));
+  impl().Replace(impl().format, width, height, std::move(resized), opaque);
 }
 
 TPixelFormat TBitmap::PixelFormat() const { return impl_ ? impl_->format : Impl::kNewFormat; }

@@ -31,18 +31,28 @@ struct TBitmap::Impl {
   // painted on the working copy. A row pointer into them stays valid until
   // the size or the format changes.
   QImage& Pixels();
-  // Call after handing out writable rows: the working copy is stale then.
-  void PixelsWritten() { fresh_ = Fresh::Pixels; }
+  // Call after handing out writable rows: the working copy is stale then,
+  // and the rows may hold any top bytes.
+  void PixelsWritten() {
+    fresh_ = Fresh::Pixels;
+    opaque_ = false;
+  }
   // The 32-bit image a canvas paints on (Format_RGB32 or ARGB32); for a
   // non-32-bit bitmap this marks the working copy as the newer one.
   QImage& PaintSurface();
+  // True when every pixel of PaintSurface() has the top byte 0xFF, so that a
+  // fill may store whole pixels instead of keeping each one's top byte.
+  // Drawing never changes top bytes; only rows handed out and pictures from
+  // outside can.
+  bool OpaqueSurface() const { return opaque_ && !pixels_.isNull() && pixels_.format() == QImage::Format_RGB32; }
   // The stored pixels as a 32-bit image, for reading (blits, brush patterns).
   const QImage& Rgb32();
   // A stored pixel's colour.
   QRgb PixelAt(int x, int y);
 
   // Replaces the whole picture; Image must be empty or in QtFormat(Format).
-  void Replace(TPixelFormat format, std::int32_t width, std::int32_t height, QImage image);
+  // Opaque: every top byte of Image is known to be 0xFF.
+  void Replace(TPixelFormat format, std::int32_t width, std::int32_t height, QImage image, bool opaque = false);
 
   static constexpr TPixelFormat kNewFormat = pf24bit;  // of a bitmap never given one
   TPixelFormat format = kNewFormat;
@@ -62,6 +72,7 @@ struct TBitmap::Impl {
   QImage pixels_;   // null when the bitmap is empty
   QImage surface_;  // the 32-bit working copy of a non-32-bit bitmap
   Fresh fresh_ = Fresh::Pixels;
+  bool opaque_ = false;  // see OpaqueSurface
 };
 
 }  // namespace lumatrex

@@ -161,7 +161,7 @@ void TCanvas::Impl::DrawEllipseBox(const QRect& box) {
 }
 
 void TCanvas::Impl::DrawEllipseDirectly(const QRect& box, const QRect& area, bool drawPen, bool drawBrush) {
-  const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
+  const raster::TSurfaceRows rows = SurfaceRows();
   const raster::TPaintSource source = BrushSource();
   if (drawBrush && !(source.kind == raster::TPaintSource::Kind::Tile && source.tile->isNull())) {
     for (int y = area.top(); y <= area.bottom(); ++y) {
@@ -169,7 +169,7 @@ void TCanvas::Impl::DrawEllipseDirectly(const QRect& box, const QRect& area, boo
       if (!raster::EllipseRow(box, y, x0, x1)) continue;
       x0 = std::max(x0, area.left());
       x1 = std::min(x1, area.right() + 1);
-      if (x0 < x1) raster::PaintSpan(rows.Row(y), y, x0, x1, source, pmCopy);
+      if (x0 < x1) raster::PaintSpan(rows, y, x0, x1, source, pmCopy);
     }
   }
   if (drawPen) {

@@ -149,6 +149,8 @@ struct TCanvas::Impl {
   // Clips the masks and combines them with the surface, brush first.
   void Render(TPenMasks* pen, raster::TMask* brush);
   void PaintMask(const raster::TMask& mask, const raster::TPaintSource& source, TPenMode mode);
+  // The rows of the surface painted on, and whether they are all opaque.
+  raster::TSurfaceRows SurfaceRows();
   // Fills Polygons with the brush, copying, within Area. Without a clip
   // polygon the spans are painted as they are found, no mask in between.
   void FillWithBrush(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area);

@@ -2,6 +2,7 @@
 // masks, which are combined with the surface in the pen mode.
 #include <QPainterPathStroker>
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 #include "platform/bitmap.h"
@@ -181,7 +182,7 @@ void TCanvas::Impl::DrawFigure(const TFigure& figure, bool stroke, bool fill) {
 void TCanvas::Impl::DrawFigureDirectly(const TFigure& figure, const QRect& area, bool drawPen, bool drawBrush) {
   if (drawBrush) FillWithBrush(figure.area, figure.winding, area);
   if (drawPen) {
-    const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
+    const raster::TSurfaceRows rows = SurfaceRows();
     const std::uint32_t color = raster::ToRgb(pen.Color()) & 0x00FFFFFFu;
     ForEachOutlinePixel(figure, area, [&](int x, int y, std::int64_t) {
       if (!raster::InArea(area, x, y)) return;
@@ -220,7 +221,7 @@ void TCanvas::Impl::DrawThinOutline(const TFigure& figure, const QRect& area) {
   penSource.color = raster::ToRgb(pen.Color());
   gapSource.color = Background();
   const TPenMode mode = pen.Mode();
-  const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
+  const raster::TSurfaceRows rows = SurfaceRows();
   for (std::size_t i = 0; i < visits.size();) {
     const TVisit run = visits[i];
     int x1 = run.x + 1;
@@ -229,7 +230,7 @@ void TCanvas::Impl::DrawThinOutline(const TFigure& figure, const QRect& area) {
       if (visits[i].on != run.on) break;
       x1 = visits[i].x + 1;
     }
-    raster::PaintSpan(rows.Row(run.y), run.y, run.x, x1, run.on ? penSource : gapSource, mode);
+    raster::PaintSpan(rows, run.y, run.x, x1, run.on ? penSource : gapSource, mode);
   }
 }
 
@@ -269,15 +270,21 @@ void TCanvas::Impl::FillWithBrush(const std::vector<QPolygonF>& polygons, bool w
     return;
   }
   if (source.kind == TPaintSource::Kind::Tile && (!source.tile || source.tile->isNull())) return;
-  const raster::TSurfaceRows rows(bitmap.impl().PaintSurface());
+  const raster::TSurfaceRows rows = SurfaceRows();
   raster::FillPolygons(
-      polygons, winding, area, [&](int y, int x0, int x1) { raster::PaintSpan(rows.Row(y), y, x0, x1, source, pmCopy); },
+      polygons, winding, area, [&](int y, int x0, int x1) { raster::PaintSpan(rows, y, x0, x1, source, pmCopy); },
       scan);
+}
+
+raster::TSurfaceRows TCanvas::Impl::SurfaceRows() {
+  TBitmap::Impl& pixels = bitmap.impl();
+  return raster::TSurfaceRows(pixels.PaintSurface(), pixels.OpaqueSurface());
 }
 
 void TCanvas::Impl::PaintMask(const TMask& mask, const TPaintSource& source, TPenMode mode) {
   if (mask.Area().isEmpty() || mask.Empty()) return;
-  raster::Composite(bitmap.impl().PaintSurface(), mask, source, mode);
+  assert(mask.Area().isEmpty() || bitmap.impl().PaintSurface().rect().contains(mask.Area()));
+  raster::Composite(SurfaceRows(), mask, source, mode);
 }
 
 }  // namespace lumatrex

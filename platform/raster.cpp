@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cassert>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -164,6 +163,23 @@ void ScanRow(int y, const QRect& area, std::size_t& next, TScanBuffers& buffers)
     for (std::size_t j = i; j > 0 && before(crossings[j], crossings[j - 1]); --j) std::swap(crossings[j], crossings[j - 1]);
 }
 
+bool AxisAlignedBox(const std::vector<QPolygonF>& polygons, const QRect& area, QRect& box) {
+  if (polygons.size() != 1) return false;
+  const QPolygonF& p = polygons.front();
+  if (p.size() != 4 && !(p.size() == 5 && p[4] == p[0])) return false;
+  const bool flatFirst = p[0].y() == p[1].y() && p[1].x() == p[2].x() && p[2].y() == p[3].y() && p[3].x() == p[0].x();
+  const bool upFirst = p[0].x() == p[1].x() && p[1].y() == p[2].y() && p[2].x() == p[3].x() && p[3].y() == p[0].y();
+  if (!(flatFirst || upFirst) || !std::isfinite(p[0].x() + p[0].y() + p[2].x() + p[2].y())) return false;
+  // The thresholds the scan would find: rows [ceil top, ceil bottom) and, on
+  // each, pixels from the first at or right of one side to the other's.
+  const int left = area.left(), right = area.right() + 1, top = area.top(), bottom = area.bottom() + 1;
+  const auto [x0, x1] = std::minmax({p[0].x(), p[2].x()});
+  const auto [y0, y1] = std::minmax({p[0].y(), p[2].y()});
+  box.setCoords(ClampToInt(std::ceil(x0), left, right), ClampToInt(std::ceil(y0), top, bottom),
+                ClampToInt(std::ceil(x1), left, right), ClampToInt(std::ceil(y1), top, bottom));
+  return true;
+}
+
 TMask PolygonMask(const std::vector<QPolygonF>& polygons, bool winding, const QRect& area, TScanBuffers& buffers) {
   TMask mask(area);
   FillPolygons(polygons, winding, area, [&mask](int y, int x0, int x1) { mask.SetSpan(y, x0, x1); }, buffers);
@@ -307,11 +323,9 @@ bool TPaintSource::At(int x, int y, QRgb& out) const {
   return false;
 }
 
-void Composite(QImage& surface, const TMask& mask, const TPaintSource& source, TPenMode mode) {
-  assert(surface.depth() == 32 && surface.rect().contains(mask.Area()));
+void Composite(const TSurfaceRows& rows, const TMask& mask, const TPaintSource& source, TPenMode mode) {
   if (source.kind == TPaintSource::Kind::Tile && (!source.tile || source.tile->isNull())) return;
-  const TSurfaceRows rows(surface);
-  mask.ForEachSpan([&](int y, int x0, int x1) { PaintSpan(rows.Row(y), y, x0, x1, source, mode); });
+  mask.ForEachSpan([&](int y, int x0, int x1) { PaintSpan(rows, y, x0, x1, source, mode); });
 }
 
 }  // namespace lumatrex::raster

@@ -7,6 +7,7 @@
 
 #include <QPainter>
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <functional>
 #include <map>
@@ -284,6 +285,27 @@ TEST(CanvasFigures, CopyingPenPaintsAsTheMaskPipelineDoes) {
   }
 }
 
+// Upright rectangles skip the scan; their spans must be the scan's for any
+// corners, however fractional or far outside the area. A sixth, redundant
+// corner on the top edge sends the same rectangle through the scan.
+TEST(CanvasFigures, UprightRectanglesFillAsTheScanDoes) {
+  std::mt19937 random(5);
+  std::uniform_real_distribution<double> coordinate(-12, 36);
+  const QRect area(2, 3, 20, 18);
+  using Spans = std::vector<std::array<int, 3>>;
+  auto spans = [&area](const QPolygonF& polygon) {
+    Spans out;
+    raster::FillPolygons({polygon}, false, area, [&out](int y, int x0, int x1) { out.push_back({y, x0, x1}); });
+    return out;
+  };
+  for (int i = 0; i < 300; ++i) {
+    const double l = coordinate(random), t = coordinate(random), r = coordinate(random), b = coordinate(random);
+    const QPolygonF corners{QPointF(l, t), QPointF(r, t), QPointF(r, b), QPointF(l, b)};
+    const QPolygonF scanned{QPointF(l, t), QPointF((l + r) / 2, t), QPointF(r, t), QPointF(r, b), QPointF(l, b)};
+    ASSERT_EQ(spans(corners), spans(scanned)) << l << " " << t << " " << r << " " << b;
+  }
+}
+
 // ---------------------------------------------------------------------------
 // Lines
 // ---------------------------------------------------------------------------
@@ -332,6 +354,24 @@ TEST(CanvasPenModes, AllSixteenCombinePenWithDestinationBitwiseAndKeepAlphaOpaqu
   }
   EXPECT_EQ(got, expected);
   EXPECT_EQ(canvas.GetPixel(16, 0), clWhite);  // the end pixel is left out
+}
+
+// Filling stores whole pixels only on bitmaps known to be opaque: top bytes
+// a host wrote through ScanLine survive fills, copies and resizing.
+TEST(CanvasPenModes, FillsKeepTopBytesTheHostWrote) {
+  for (const std::string after : {"nothing", "copy", "resize"}) {
+    TBitmap written(9, 1, pf32bit);
+    for (int x = 0; x < 9; ++x) written.ScanLine(0)[4 * x + 3] = 0x40;
+    TBitmap copy(written);
+    if (after == "resize") copy.SetSize(10, 2);
+    TBitmap& filled = after == "nothing" ? written : copy;
+    filled.Canvas().Brush().SetColor(RGB(0x12, 0x34, 0x56));
+    filled.Canvas().FillRect(Rect(0, 0, 10, 2));
+    for (int x = 0; x < 9; ++x) {
+      EXPECT_EQ(filled.ScanLine(0)[4 * x + 3], 0x40) << after << " pixel " << x;
+      EXPECT_EQ(filled.ScanLine(0)[4 * x], 0x56) << after << " pixel " << x;
+    }
+  }
 }
 
 TEST(CanvasPenModes, NotInvertsWhateverThePenColourAndAppliesToTheBrushToo) {
