@@ -67,8 +67,6 @@ bool StepAngle(float& angle, long double delta) {
 
 // lrint honours the current rounding mode; the library never changes it from
 // the default round-to-nearest-even. Values past 32 bits wrap.
-std::int32_t Round(long double value) { return static_cast<std::int32_t>(std::lrint(value)); }
-
 // ---------------------------------------------------------------------------
 // Conversions
 // ---------------------------------------------------------------------------

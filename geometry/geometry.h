@@ -9,6 +9,7 @@
 // index-taking functions answer false or do nothing on a bad index.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -39,8 +40,14 @@ using TArrPoint = std::vector<TPoint>;
 
 inline constexpr long double kPi = 3.141592653589793238462643383279502884L;
 
-// Round half to even on the exact value (2.5 -> 2, 3.5 -> 4, -2.5 -> -2).
-std::int32_t Round(long double value);
+// Round half to even on the exact value (2.5 -> 2, 3.5 -> 4, -2.5 -> -2), as
+// lrint gives it. Inline, rounding in the FPU: every outline point of every
+// paint comes through here, and lrint is a library call.
+inline std::int32_t Round(long double value) {
+  const long double nearest = __builtin_rintl(value);
+  if (!(nearest > -9.0e18L && nearest < 9.0e18L)) return static_cast<std::int32_t>(std::lrint(value));
+  return static_cast<std::int32_t>(static_cast<std::int64_t>(nearest));
+}
 
 // ---------------------------------------------------------------------------
 // Conversions

@@ -177,6 +177,17 @@ void TCanvas::LineTo(std::int32_t x, std::int32_t y) {
   impl_->penPos = TPoint{x, y};
 }
 
+void TCanvas::LineChain(const std::vector<TPoint>& points) {
+  if (points.empty()) return;
+  if (impl_->path.recording || impl_->painter || impl_->WidePen() || impl_->clipPolygon) {
+    MoveTo(points.front().X, points.front().Y);
+    for (std::size_t i = 1; i < points.size(); ++i) LineTo(points[i].X, points[i].Y);
+    return;
+  }
+  impl_->DrawThinChain(points);
+  impl_->penPos = points.back();
+}
+
 void TCanvas::Polyline(const std::vector<TPoint>& points) {
   if (points.size() < 2) return;
   if (impl_->path.recording)

@@ -138,6 +138,11 @@ class TCanvas {
   void LineTo(std::int32_t x, std::int32_t y);
   TPoint PenPos() const;
   void SetPenPos(TPoint p);
+  // MoveTo the first point, then LineTo each following one: the same pixels,
+  // each segment combined with the picture before the next (an XOR chain
+  // inverts a pixel two segments share twice), and the pen ends on the last
+  // point. Cheaper than the separate calls: previews draw long chains.
+  void LineChain(const std::vector<TPoint>& points);
   void Polyline(const std::vector<TPoint>& points);
   // Closed figure filled with the brush (fill rule from SetPolyFillMode) and
   // outlined with the pen.

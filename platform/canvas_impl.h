@@ -146,6 +146,9 @@ struct TCanvas::Impl {
   // A one-pixel outline alone, in any pen mode: the picture the masks give,
   // without building them (the XOR previews of a drag are such figures).
   void DrawThinOutline(const TFigure& figure, const QRect& area);
+  // LineChain's segments in a one-pixel pen without a clip polygon, each as
+  // LineTo would draw it alone, with the pen set up once for them all.
+  void DrawThinChain(const std::vector<TPoint>& points);
   // Clips the masks and combines them with the surface, brush first.
   void Render(TPenMasks* pen, raster::TMask* brush);
   void PaintMask(const raster::TMask& mask, const raster::TPaintSource& source, TPenMode mode);

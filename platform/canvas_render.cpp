@@ -83,13 +83,21 @@ QRect TCanvas::Impl::AreaFor(const QRectF& bounds) const {
 // ---------------------------------------------------------------------------
 // Strokes
 
+namespace {
+
+QPoint DevicePixel(QPointF p) {
+  return QPoint(static_cast<int>(std::floor(p.x() + 0.5)), static_cast<int>(std::floor(p.y() + 0.5)));
+}
+
+}  // namespace
+
 template <class Plot>
 void TCanvas::Impl::ForEachOutlinePixel(const TFigure& figure, const QRect& area, Plot&& plot) {
   std::int64_t step = 0;  // the dash pattern runs on across the whole figure
   for (std::size_t k = 0; k < figure.outline.size(); ++k) {
     vertices.clear();
     for (const QPointF& p : figure.outline[k]) {
-      const QPoint pixel(static_cast<int>(std::floor(p.x() + 0.5)), static_cast<int>(std::floor(p.y() + 0.5)));
+      const QPoint pixel = DevicePixel(p);
       if (vertices.empty() || vertices.back() != pixel) vertices.push_back(pixel);
     }
     if (figure.closed[k] && vertices.size() > 1 && vertices.front() != vertices.back())
@@ -231,6 +239,50 @@ void TCanvas::Impl::DrawThinOutline(const TFigure& figure, const QRect& area) {
       x1 = visits[i].x + 1;
     }
     raster::PaintSpan(rows, run.y, run.x, x1, run.on ? penSource : gapSource, mode);
+  }
+}
+
+// A segment alone is a figure whose pixels are all different, in place
+// order, with its own dash count from zero: each pixel is combined with the
+// picture as it comes. LineTo's area only trims the segment to the clip, so
+// the clip serves; a segment too far out to round to pixels is left to
+// LineTo's own figure.
+void TCanvas::Impl::DrawThinChain(const std::vector<TPoint>& points) {
+  if (!PenVisible()) return;
+  const QRect clip = ClipArea();
+  const raster::TDashPattern dash(pen.Style());
+  const bool paintGaps = bkMode == bkOpaque && !dash.Solid();
+  const std::uint32_t penColor = raster::ToRgb(pen.Color()), gapColor = Background();
+  const TPenMode mode = pen.Mode();
+  const raster::TSurfaceRows rows = SurfaceRows();
+  // Each point mapped, and its pixel as a figure rounds it: with no world
+  // transform, the point itself.
+  struct TEnd {
+    QPointF mapped;
+    QPoint pixel;
+    bool nearby;
+  };
+  const bool identity = world.isIdentity();
+  const auto endAt = [&](const TPoint& p) {
+    TEnd end{identity ? QPointF(p.X, p.Y) : Map(p.X, p.Y), QPoint(), false};
+    end.nearby = std::fabs(end.mapped.x()) < 1e9 && std::fabs(end.mapped.y()) < 1e9;
+    if (end.nearby) end.pixel = identity ? QPoint(p.X, p.Y) : DevicePixel(end.mapped);
+    return end;
+  };
+  TEnd from = endAt(points.front());
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    const TEnd to = endAt(points[i]);
+    if (!from.nearby || !to.nearby) {
+      DrawFigure(OneOutline({from.mapped, to.mapped}, false), true, false);
+    } else if (!clip.isEmpty()) {
+      raster::LinePixels(from.pixel, to.pixel, clip, [&](int x, int y, std::int64_t step) {
+        const bool on = dash.On(step);
+        if (!raster::InArea(clip, x, y) || !(on || paintGaps)) return;
+        std::uint32_t& pixel = rows.Row(y)[x];
+        pixel = raster::Rop2(mode, on ? penColor : gapColor, pixel);
+      });
+    }
+    from = to;
   }
 }
 

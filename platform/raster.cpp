@@ -226,29 +226,6 @@ QRgb ToRgb(TColor color) {
   return qRgb(GetRValue(c), GetGValue(c), GetBValue(c));
 }
 
-std::uint32_t Rop2(TPenMode mode, std::uint32_t p, std::uint32_t d) {
-  std::uint32_t r = d;
-  switch (mode) {
-    case pmBlack: r = 0; break;
-    case pmWhite: r = ~0u; break;
-    case pmNop: r = d; break;
-    case pmNot: r = ~d; break;
-    case pmCopy: r = p; break;
-    case pmNotCopy: r = ~p; break;
-    case pmMergePenNot: r = p | ~d; break;
-    case pmMaskPenNot: r = p & ~d; break;
-    case pmMergeNotPen: r = ~p | d; break;
-    case pmMaskNotPen: r = ~p & d; break;
-    case pmMerge: r = p | d; break;
-    case pmNotMerge: r = ~(p | d); break;
-    case pmMask: r = p & d; break;
-    case pmNotMask: r = ~(p & d); break;
-    case pmXor: r = p ^ d; break;
-    case pmNotXor: r = ~(p ^ d); break;
-  }
-  return (r & 0x00FFFFFFu) | (d & 0xFF000000u);
-}
-
 // ---------------------------------------------------------------------------
 // Patterns
 

@@ -132,8 +132,31 @@ bool EllipseRow(const QRect& box, int y, int& x0, int& x1);
 QRgb ToRgb(TColor color);
 
 // Combines pen (or brush) colour P with destination D under Mode, bitwise on
-// the red, green and blue bits; the result's top byte is D's.
-std::uint32_t Rop2(TPenMode mode, std::uint32_t p, std::uint32_t d);
+// the red, green and blue bits; the result's top byte is D's. Inline: outline
+// pixels come through here one by one.
+inline std::uint32_t Rop2(TPenMode mode, std::uint32_t p, std::uint32_t d) {
+  std::uint32_t r = d;
+  switch (mode) {
+    case pmBlack: r = 0; break;
+    case pmWhite: r = ~0u; break;
+    case pmNop: r = d; break;
+    case pmNot: r = ~d; break;
+    case pmCopy: r = p; break;
+    case pmNotCopy: r = ~p; break;
+    case pmMergePenNot: r = p | ~d; break;
+    case pmMaskPenNot: r = p & ~d; break;
+    case pmMergeNotPen: r = ~p | d; break;
+    case pmMaskNotPen: r = ~p & d; break;
+    case pmMerge: r = p | d; break;
+    case pmNotMerge: r = ~(p | d); break;
+    case pmMask: r = p & d; break;
+    case pmNotMask: r = ~(p & d); break;
+    case pmXor: r = p ^ d; break;
+    case pmNotXor: r = ~(p ^ d); break;
+  }
+  return (r & 0x00FFFFFFu) | (d & 0xFF000000u);
+}
+
 
 // Whether pens of Style draw every pixel of their lines (no dash pattern).
 bool SolidStyle(TPenStyle style);
@@ -258,9 +281,11 @@ std::int64_t LinePixels(QPoint a, QPoint b, const QRect& area, Plot&& plot) {
   // The minor offset at step i is q = ceil((2id - n) / 2n); it is carried
   // from step to step with the remainder r = 2nq - (2id - n), kept in [0, 2n).
   const std::int64_t twoN = 2 * n;
-  std::int64_t q = NearestRoundingDown(first, d, n);
-  std::int64_t r = static_cast<std::int64_t>(static_cast<__int128>(twoN) * q -
-                                             (2 * static_cast<__int128>(first) * d - n));
+  // From the first pixel (the usual case) q = 0 and r = n, without dividing.
+  std::int64_t q = first == 0 ? 0 : NearestRoundingDown(first, d, n);
+  std::int64_t r = first == 0 ? n
+                              : static_cast<std::int64_t>(static_cast<__int128>(twoN) * q -
+                                                          (2 * static_cast<__int128>(first) * d - n));
   for (std::int64_t i = first; i <= last; ++i) {
     const std::int64_t minor = minor0 + q;
     if (minor >= std::numeric_limits<int>::min() && minor <= std::numeric_limits<int>::max()) {

@@ -318,24 +318,25 @@ TArrMyPoint TMyEllipse::Outline() const {
   return outline;
 }
 
-const std::vector<TPoint>& TMyEllipse::DeviceOutline() const {
+const TMyEllipse::TOutlineCache& TMyEllipse::CachedOutline() const {
   TOutlineCache& cache = outlineCache_;
   const double zoom = Zoom();
   const float angle = GetAngle();
   if (!cache.valid || !SameBits(cache.points, Points) || !SameValueBits(cache.centre, CenterPoint) ||
       !SameValueBits(cache.angle, angle) || !SameValueBits(cache.zoom, zoom)) {
-    cache.device = RoundPoints(Outline());
+    cache.zoomed = Outline();
+    cache.device = RoundPoints(cache.zoomed);
     cache.points = Points;
     cache.centre = CenterPoint;
     cache.angle = angle;
     cache.zoom = zoom;
     cache.valid = true;
   }
-  return cache.device;
+  return cache;
 }
 
 void TMyEllipse::Draw(TCanvas& canvas) {
-  PowerDrawShape(canvas, DeviceOutline(), true);
+  PowerDrawShape(canvas, CachedOutline().device, true);
   DrawInfo(canvas);
 }
 
@@ -344,7 +345,7 @@ void TMyEllipse::Drawing(TCanvas& canvas, const TPoint& from, const TPoint& to) 
 }
 
 void TMyEllipse::Draging(TCanvas& canvas, const TPoint& from, const TPoint& to) {
-  StrokeChain(canvas, ShiftAndRound(Outline(), to.X - from.X, to.Y - from.Y));
+  StrokeChain(canvas, ShiftAndRound(CachedOutline().zoomed, to.X - from.X, to.Y - from.Y));
 }
 
 TMyRect TMyEllipse::GetBoundsInZoom() {

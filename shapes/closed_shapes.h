@@ -161,20 +161,20 @@ class TMyEllipse : public TMyRectangle {
  private:
   // The 73 outline points, zoomed.
   TArrMyPoint Outline() const;
-  // Outline() rounded to device points: what Draw paints. It is kept with
-  // the inputs it was made from (points, centre, angle, zoom) and made again
-  // only when one of them differs in any bit, so it is always the outline
-  // those inputs give.
-  const std::vector<TPoint>& DeviceOutline() const;
-
   struct TOutlineCache {
     TArrMyPoint points;
     TMyPoint centre{};
     float angle = 0;
     double zoom = 0;
-    std::vector<TPoint> device;
+    TArrMyPoint zoomed;           // Outline()
+    std::vector<TPoint> device;  // Outline() rounded: what Draw paints
     bool valid = false;
   };
+  // The outline, kept with the inputs it was made from (points, centre,
+  // angle, zoom) and made again only when one of them differs in any bit, so
+  // it is always the outline those inputs give. Paints and drag previews
+  // take it from here.
+  const TOutlineCache& CachedOutline() const;
   mutable TOutlineCache outlineCache_;
 };
 

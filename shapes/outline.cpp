@@ -23,8 +23,25 @@ bool SameBits(const TArrMyPoint& a, const TArrMyPoint& b) {
 
 std::vector<TPoint> RoundPoints(const TArrMyPoint& zoomed) { return ShiftAndRound(zoomed, 0, 0); }
 
+namespace {
+
+// Round(X + D), in double arithmetic whenever the sum is exact there, which
+// it is unless the float carries bits far below a pixel while the shift is
+// large. An exact sum rounds the same in any precision; adding and taking
+// away 1.5 x 2^52 rounds it half to even without the slow long double path.
+std::int32_t RoundSum(float x, std::int32_t d) {
+  const double a = x, b = d, sum = a + b;
+  const double bPart = sum - a;
+  const double error = (a - (sum - bPart)) + (b - bPart);
+  if (error != 0 || !(std::fabs(sum) < 0x1p51)) return Round(static_cast<long double>(x) + d);
+  const double nearest = (sum + 0x1.8p52) - 0x1.8p52;
+  return static_cast<std::int32_t>(static_cast<std::int64_t>(nearest));
+}
+
+}  // namespace
+
 TPoint ShiftAndRound(const TMyPoint& zoomed, std::int32_t dx, std::int32_t dy) {
-  return Point(Round(static_cast<long double>(zoomed.X) + dx), Round(static_cast<long double>(zoomed.Y) + dy));
+  return Point(RoundSum(zoomed.X, dx), RoundSum(zoomed.Y, dy));
 }
 
 std::vector<TPoint> ShiftAndRound(const TArrMyPoint& zoomed, std::int32_t dx, std::int32_t dy) {
@@ -41,11 +58,7 @@ std::vector<TPoint> RotatePoints(const TArrMyPoint& zoomed, const TMyPoint& cent
   return RoundPoints(turned);
 }
 
-void StrokeChain(TCanvas& canvas, const std::vector<TPoint>& points) {
-  if (points.empty()) return;
-  canvas.MoveTo(points.front().X, points.front().Y);
-  for (std::size_t i = 1; i < points.size(); ++i) canvas.LineTo(points[i].X, points[i].Y);
-}
+void StrokeChain(TCanvas& canvas, const std::vector<TPoint>& points) { canvas.LineChain(points); }
 
 void StrokeClosedChain(TCanvas& canvas, const std::vector<TPoint>& points) {
   if (points.empty()) return;

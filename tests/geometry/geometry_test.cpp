@@ -31,7 +31,9 @@ TEST(GeometryRound, RoundsHalvesToEven) {
                       {"3.5 goes up to even", 3.5L, 4}, {"-2.5 goes toward zero to even", -2.5L, -2},
                       {"-3.5 goes away from zero to even", -3.5L, -4}, {"-0.5 goes to zero", -0.5L, 0},
                       {"float just below one half stays at zero", 0.49999997f, 0},
-                      {"float just above 2.5 goes up", 2.5000002f, 3}};
+                      {"float just above 2.5 goes up", 2.5000002f, 3},
+                      {"past 32 bits the low bits stay", 4294967299.5L, 4}, {"past 64 bits", 1e20L, 0},
+                      {"not a number", std::nanl(""), 0}};
   for (const Row& row : rows) EXPECT_EQ(Round(row.value), row.expected) << row.edge;
 }
 

@@ -330,6 +330,44 @@ TEST(CanvasLines, SteppedPixelsAreTheNearestOnesAlsoWhenClipped) {
   }
 }
 
+// A chain is its segments drawn one after another: XOR inverts a pixel where
+// two segments cross twice, each segment starts its own dashes, and the pen
+// ends on the last point. Every pen the chain draws itself is compared with
+// the separate calls, also clipped, turned, over the picture's edges and
+// towards a point too far to round to pixels directly.
+TEST(CanvasLines, ChainIsItsSegmentsOneByOne) {
+  struct Case { const char* name; TPenMode mode; TPenStyle style; std::int32_t width; bool clipped, turned; };
+  const Case cases[] = {{"xor", pmXor, psSolid, 1, false, false},   {"copy", pmCopy, psSolid, 1, false, false},
+                        {"dashes", pmCopy, psDashDot, 1, false, false}, {"not_xor_dots", pmNotXor, psDot, 1, true, false},
+                        {"turned", pmXor, psSolid, 1, false, true},   {"wide", pmXor, psSolid, 3, true, false}};
+  const std::vector<TPoint> chain = {{-6, 5}, {40, 30}, {3, 30}, {30, 2}, {30, 2}, {-2'000'000'000, 9}, {12, 44}, {60, -9}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    auto draw = [&](bool asChain) {
+      TBitmap bitmap(48, 40, pf32bit);
+      PaintGradient(bitmap);
+      TCanvas& canvas = bitmap.Canvas();
+      canvas.Pen().SetMode(c.mode);
+      canvas.Pen().SetStyle(c.style);
+      canvas.Pen().SetWidth(c.width);
+      canvas.Pen().SetColor(RGB(0x30, 0xC0, 0x5A));
+      canvas.Brush().SetColor(clYellow);
+      canvas.SetBkMode(bkOpaque);
+      if (c.clipped) canvas.SetClipRect(Rect(5, 4, 37, 33));
+      if (c.turned) canvas.SetWorldTransform(TXForm{0.8f, 0.6f, -0.6f, 0.8f, 20, -6});
+      if (asChain) {
+        canvas.LineChain(chain);
+      } else {
+        canvas.MoveTo(chain.front().X, chain.front().Y);
+        for (std::size_t i = 1; i < chain.size(); ++i) canvas.LineTo(chain[i].X, chain[i].Y);
+      }
+      EXPECT_EQ(canvas.PenPos(), chain.back());
+      return Colours(bitmap);
+    };
+    EXPECT_EQ(draw(true), draw(false));
+  }
+}
+
 // ---------------------------------------------------------------------------
 // Pen modes
 // ---------------------------------------------------------------------------

@@ -1,11 +1,17 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+#include <random>
+#include <utility>
+#include <vector>
 
 #include "persistence/stream_io.h"
 #include "platform/bitmap.h"
 #include "platform/canvas.h"
 #include "platform/stream.h"
 #include "shapes/fake_owner.h"
+#include "shapes/outline.h"
 #include "shapes/record_bytes.h"
 #include "shapes/shape.h"
 
@@ -61,6 +67,25 @@ TEST(TMyShape, DragMovesEverythingByTheDeviceDistanceOverTheZoom) {
   ExpectNear(shape.GetLinkPoint(0), {11, -4});
   ExpectNear(shape.CenterPoint, {15, 0});
   ExpectNear(shape.TextoutPoint, {15, 0});
+}
+
+// Previews shift zoomed points by whole pixels and round the sum half to
+// even; the quick double sum must round as the exact one does, also for
+// halves, floats far below a pixel, shifts past 2^24 and values past 2^31.
+TEST(TMyShape, ShiftedPointsRoundAsTheExactSum) {
+  std::mt19937 random(9);
+  std::vector<std::pair<float, std::int32_t>> sums = {
+      {2.5f, 0}, {2.5f, 1}, {-0.5f, 0}, {0.5f - 0x1p-25f, (1 << 30) + 1}, {1e-30f, -7}, {3e9f, 5},
+      {-2.5f, 1 << 25}, {0x1p-149f, std::numeric_limits<std::int32_t>::min()}, {1e30f, 0}};
+  for (int i = 0; i < 20000; ++i) {
+    const float x = std::ldexp(static_cast<float>(random() % 4096) - 2048, static_cast<int>(random() % 40) - 30);
+    sums.emplace_back(x, static_cast<std::int32_t>(random()) >> (random() % 32));
+  }
+  for (const auto& [x, d] : sums) {
+    const TPoint shifted = ShiftAndRound(TMyPoint{x, -x}, d, -d);
+    ASSERT_EQ(shifted, Point(Round(static_cast<long double>(x) + d), Round(-static_cast<long double>(x) - d)))
+        << x << " + " << d;
+  }
 }
 
 TEST(TMyShape, RotationTurnsPointsClockwiseOnScreenAndAccumulatesTheAngle) {
