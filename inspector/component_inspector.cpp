@@ -26,10 +26,10 @@ namespace {
 constexpr int kShapeIdRole = Qt::UserRole;
 constexpr int kLayerIdRole = Qt::UserRole + 1;
 
-QString Label(const QObject& object, const QString& fallback) {
+// "Name: Kind", with Fallback for an empty name.
+QString Label(const QObject& object, const QString& name, const QString& fallback) {
   const QString kind = QString::fromLatin1(object.metaObject()->className()).section("::", -1);
-  const QString name = object.objectName().isEmpty() ? fallback : object.objectName();
-  return QStringLiteral("%1: %2").arg(name, kind);
+  return QStringLiteral("%1: %2").arg(name.isEmpty() ? fallback : name, kind);
 }
 
 }  // namespace
@@ -121,7 +121,7 @@ void TComponentInspector::Rebuild() {
   combo_->clear();
   if (!cad_) return;
   builtFor_ = {cad_->GetShapesCount(), cad_->GetLayersCount()};
-  auto* root = new QTreeWidgetItem(tree_, {Label(*cad_, "Canvas")});
+  auto* root = new QTreeWidgetItem(tree_, {Label(*cad_, cad_->objectName(), "Canvas")});
   root->setData(0, kShapeIdRole, -1);
   combo_->addItem(root->text(0), -1);
   for (const LayerRec& layer : cad_->Layers()) {
@@ -136,7 +136,7 @@ void TComponentInspector::Rebuild() {
 }
 
 QTreeWidgetItem* TComponentInspector::AddShapeItem(QTreeWidgetItem* parent, TMyShape* shape) {
-  auto* item = new QTreeWidgetItem(parent, {Label(*shape, "Shape")});
+  auto* item = new QTreeWidgetItem(parent, {Label(*shape, QString::fromStdString(shape->GetName()), "Shape")});
   item->setData(0, kShapeIdRole, shape->GetShapeId());
   combo_->addItem(item->text(0), shape->GetShapeId());
   for (std::int32_t no : shape->ChildShapes)

@@ -290,7 +290,7 @@ TPixelFormat TBitmap::PixelFormat() const { return impl_ ? impl_->format : Impl:
 
 void TBitmap::SetPixelFormat(TPixelFormat value) {
   const TPixelFormat stored = StoredFormat(value);
-  if (stored == impl().format) return;
+  if (stored == PixelFormat()) return;  // without making storage for an empty bitmap
   const QImage& old = impl().Pixels();
   QImage converted;
   if (!old.isNull()) {

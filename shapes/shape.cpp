@@ -13,7 +13,7 @@
 
 namespace lumatrex {
 
-TMyShape::TMyShape(TMyShapeOwner* owner) : owner_(owner), gradient_(0, 0, pf24bit) {
+TMyShape::TMyShape(TMyShapeOwner* owner) : owner_(owner) {
   if (owner_) {
     pen_.Assign(owner_->GetPen());
     brush_.Assign(owner_->GetBrush());
