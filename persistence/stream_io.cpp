@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <string_view>
 #include <vector>
 
 namespace lumatrex {
@@ -108,11 +109,20 @@ void WriteFixText(TStream& stream, const std::string& text, std::size_t n) {
 }
 
 std::string ReadFixText(TStream& stream, std::size_t n, const char* what) {
-  std::string text(n, ' ');
-  stream.ReadBuffer(text.data(), static_cast<std::int64_t>(n), what);
+  // A short field is read on the stack: its trimmed text (a class tag of
+  // every shape record) then fits in the string without an allocation.
+  char small[64];
+  std::string large;
+  char* bytes = small;
+  if (n > sizeof small) {
+    large.assign(n, ' ');
+    bytes = large.data();
+  }
+  stream.ReadBuffer(bytes, static_cast<std::int64_t>(n), what);
+  const std::string_view text(bytes, n);
   const auto first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+  if (first == std::string_view::npos) return {};
+  return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
 }
 
 void WriteBitmapBuffer(TStream& stream, const TBitmap* bitmap) {

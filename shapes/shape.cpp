@@ -1,9 +1,13 @@
 #include "shapes/shape.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 #include <iterator>
+#include <mutex>
+#include <new>
 
 #include "platform/canvas.h"
 #include "platform/screen.h"
@@ -12,6 +16,82 @@
 #include "shapes/shape_owner.h"
 
 namespace lumatrex {
+
+namespace {
+
+// Under the address sanitizer every shape has a heap block of its own, so
+// that a shape used after it was freed is still caught.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kPooled = false;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr bool kPooled = false;
+#else
+constexpr bool kPooled = true;
+#endif
+#else
+constexpr bool kPooled = true;
+#endif
+
+// Free lists of blocks by size (in steps of the alignment), carved from
+// large slabs. Blocks go back on their list, never to the heap: the next
+// drawing reuses them. Sizes past the largest list use the heap.
+class TShapePool {
+ public:
+  void* Allocate(std::size_t size) {
+    const std::size_t kind = KindOf(size);
+    if (!kPooled || kind >= kKinds) return ::operator new(size);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (TFree* block = free_[kind]) {
+      free_[kind] = block->next;
+      return block;
+    }
+    const std::size_t bytes = kind * kAlign;
+    if (static_cast<std::size_t>(slabEnd_ - slabNext_) < bytes) {
+      slabNext_ = static_cast<char*>(::operator new(kSlab));
+      slabEnd_ = slabNext_ + kSlab;
+    }
+    void* block = slabNext_;
+    slabNext_ += bytes;
+    return block;
+  }
+
+  void Free(void* block, std::size_t size) noexcept {
+    const std::size_t kind = KindOf(size);
+    if (!kPooled || kind >= kKinds) {
+      ::operator delete(block, size);
+      return;
+    }
+    const std::lock_guard<std::mutex> lock(mutex_);
+    free_[kind] = new (block) TFree{free_[kind]};
+  }
+
+ private:
+  struct TFree {
+    TFree* next;
+  };
+  static constexpr std::size_t kAlign = alignof(std::max_align_t);
+  static constexpr std::size_t kKinds = 4096 / kAlign;
+  static constexpr std::size_t kSlab = 64 * 1024;  // under the heap's threshold for mapping blocks of their own
+  static std::size_t KindOf(std::size_t size) { return (size + kAlign - 1) / kAlign; }
+
+  std::mutex mutex_;
+  std::array<TFree*, kKinds> free_{};
+  char* slabNext_ = nullptr;
+  char* slabEnd_ = nullptr;
+};
+
+// Never destroyed, so that a shape freed during program exit still has it.
+TShapePool& ShapePool() {
+  static auto* pool = new TShapePool();
+  return *pool;
+}
+
+}  // namespace
+
+void* TMyShape::operator new(std::size_t size) { return ShapePool().Allocate(size); }
+
+void TMyShape::operator delete(void* block, std::size_t size) noexcept { ShapePool().Free(block, size); }
 
 TMyShape::TMyShape(TMyShapeOwner* owner) : owner_(owner) {
   if (owner_) {

@@ -65,6 +65,11 @@ class TMyShape : public QObject {
   // reach the shape.
   explicit TMyShape(TMyShapeOwner* owner);
   ~TMyShape() override;
+  // Shapes come from pools of equal blocks, one pool per object size: a
+  // drawing makes and frees them by the hundred thousand, and the general
+  // heap slows down badly once a large drawing has been freed in it.
+  static void* operator new(std::size_t size);
+  static void operator delete(void* block, std::size_t size) noexcept;
   TMyShape(const TMyShape&) = delete;
   TMyShape& operator=(const TMyShape&) = delete;
 

@@ -43,10 +43,6 @@ TMyShape* AddShape(TMyCAD& cad, const char* className, float left = 0) {
   return cad.AddShapeByCode2(className, "", test::Box(left, 0, left + 10, 10), 0);
 }
 
-TPropertyKind KindAt(const TPropertyModel& model, const QString& path) {
-  return TPropertyKind(model.data(model.FindProperty(path), TPropertyModel::KindRole).toInt());
-}
-
 QString TextAt(const TPropertyModel& model, const QString& path) {
   return model.data(model.FindProperty(path), Qt::DisplayRole).toString();
 }
