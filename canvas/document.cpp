@@ -189,7 +189,7 @@ void TMyCAD::RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map
 
 void TMyCAD::ForgetShape(const TMyShape* shape) {
   if (const auto it = workingAt_.find(shape); it != workingAt_.end()) {
-    const auto at = static_cast<std::size_t>(it->second);
+    const auto at = static_cast<std::size_t>(it.value());
     InvalidateHandles({working_[at]});
     working_.erase(working_.begin() + static_cast<std::ptrdiff_t>(at));
     workingAt_.erase(it);

@@ -37,8 +37,7 @@ void TMyCAD::RemoveAllWorkingShapes() {
 }
 
 std::int32_t TMyCAD::IsInWorkingShape(const TMyShape* shape) const {
-  const auto it = workingAt_.find(shape);
-  return it == workingAt_.end() ? -1 : it->second;
+  return workingAt_.value(shape, -1);
 }
 
 void TMyCAD::SelectAllWorkingShapes() {
@@ -57,7 +56,7 @@ void TMyCAD::SelectAllWorkingShapes() {
                true, shown);
     std::erase_if(shown, [this](const TMyShape* s) { return !workingAt_.contains(s); });
     std::sort(shown.begin(), shown.end(),
-              [this](const TMyShape* a, const TMyShape* b) { return workingAt_.at(a) < workingAt_.at(b); });
+              [this](const TMyShape* a, const TMyShape* b) { return workingAt_.value(a) < workingAt_.value(b); });
     for (TMyShape* shape : shown) shape->DrawHot(canvas);
   }
   Blit();

@@ -53,6 +53,7 @@
 // are looked up, not searched.
 #pragma once
 
+#include <QHash>
 #include <QLabel>
 #include <QObject>
 #include <cstdint>
@@ -63,7 +64,6 @@
 #include <span>
 #include <stdexcept>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "canvas/grid.h"
@@ -1128,8 +1128,9 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   std::int32_t nextLayerId_ = 0;
   std::int32_t currentLayerId_ = -1;
   std::vector<TMyShape*> working_;
-  // Position in working_ of each working shape.
-  std::unordered_map<const TMyShape*, std::int32_t> workingAt_;
+  // Position in working_ of each working shape. Qt's table keeps its entries
+  // in blocks: selecting 100k shapes would otherwise allocate 100k nodes.
+  QHash<const TMyShape*, std::int32_t> workingAt_;
   bool operateAllLayer_ = true;
   // The spatial index and id index of the shapes (spatial.cpp); rebuilt
   // whole after a zoom or handle-size change or a bulk load.

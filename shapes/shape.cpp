@@ -59,7 +59,7 @@ class TShapePool {
   void Free(void* block, std::size_t size) noexcept {
     const std::size_t kind = KindOf(size);
     if (!kPooled || kind >= kKinds) {
-      ::operator delete(block, size);
+      ::operator delete(block);
       return;
     }
     const std::lock_guard<std::mutex> lock(mutex_);
