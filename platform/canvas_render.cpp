@@ -335,7 +335,7 @@ raster::TSurfaceRows TCanvas::Impl::SurfaceRows() {
 
 void TCanvas::Impl::PaintMask(const TMask& mask, const TPaintSource& source, TPenMode mode) {
   if (mask.Area().isEmpty() || mask.Empty()) return;
-  assert(mask.Area().isEmpty() || bitmap.impl().PaintSurface().rect().contains(mask.Area()));
+  assert(bitmap.impl().PaintSurface().rect().contains(mask.Area()));
   raster::Composite(SurfaceRows(), mask, source, mode);
 }
 

@@ -157,7 +157,6 @@ inline std::uint32_t Rop2(TPenMode mode, std::uint32_t p, std::uint32_t d) {
   return (r & 0x00FFFFFFu) | (d & 0xFF000000u);
 }
 
-
 // Whether pens of Style draw every pixel of their lines (no dash pattern).
 bool SolidStyle(TPenStyle style);
 
@@ -228,7 +227,7 @@ inline bool InArea(const QRect& area, int x, int y) {
 // Opaque: every pixel's top byte is known to be 0xFF (see CopySpan).
 class TSurfaceRows {
  public:
-  explicit TSurfaceRows(QImage& surface, bool opaque = false)
+  TSurfaceRows(QImage& surface, bool opaque)
       : bits_(surface.bits()), stride_(surface.bytesPerLine()), opaque_(opaque) {}
   std::uint32_t* Row(int y) const { return reinterpret_cast<std::uint32_t*>(bits_ + stride_ * y); }
   bool Opaque() const { return opaque_; }

@@ -82,8 +82,8 @@ TEST(TMyShape, ShiftedPointsRoundAsTheExactSum) {
     sums.emplace_back(x, static_cast<std::int32_t>(random()) >> (random() % 32));
   }
   for (const auto& [x, d] : sums) {
-    const TPoint shifted = ShiftAndRound(TMyPoint{x, -x}, d, -d);
-    ASSERT_EQ(shifted, Point(Round(static_cast<long double>(x) + d), Round(-static_cast<long double>(x) - d)))
+    const TPoint shifted = ShiftAndRound(TMyPoint{x, -x}, d, d / 3);
+    ASSERT_EQ(shifted, Point(Round(static_cast<long double>(x) + d), Round(-static_cast<long double>(x) + d / 3)))
         << x << " + " << d;
   }
 }
