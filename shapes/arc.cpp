@@ -127,12 +127,12 @@ void TMyElliArc::Draw(TCanvas& canvas) {
 
 void TMyElliArc::Draging(TCanvas& canvas, const TPoint& from, const TPoint& to) {
   const std::vector<TPoint> outline = ShiftAndRound(OutlineInZoom(), to.X - from.X, to.Y - from.Y);
-  arcStyle_ == asArc ? StrokeChain(canvas, outline) : StrokeClosedChain(canvas, outline);
+  arcStyle_ == asArc ? canvas.LineChain(outline) : StrokeClosedChain(canvas, outline);
 }
 
 void TMyElliArc::Rotating(TCanvas& canvas, const TMyPoint& center, long double angle) {
   const std::vector<TPoint> outline = RotatePoints(OutlineInZoom(), center, angle);
-  arcStyle_ == asArc ? StrokeChain(canvas, outline) : StrokeClosedChain(canvas, outline);
+  arcStyle_ == asArc ? canvas.LineChain(outline) : StrokeClosedChain(canvas, outline);
 }
 
 // The preview is the outline the release will make: the change is applied,
@@ -144,7 +144,7 @@ void TMyElliArc::Sizing(TCanvas& canvas, const TPoint& from, const TPoint& to) {
   const std::vector<TPoint> outline = RoundPoints(OutlineInZoom());
   Points = saved;
   CenterPoint = centre;
-  arcStyle_ == asArc ? StrokeChain(canvas, outline) : StrokeClosedChain(canvas, outline);
+  arcStyle_ == asArc ? canvas.LineChain(outline) : StrokeClosedChain(canvas, outline);
 }
 
 void TMyElliArc::DrawHot(TCanvas& canvas) {

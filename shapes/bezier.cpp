@@ -97,9 +97,9 @@ void TMyPolyBezier::Drawing(TCanvas& canvas, const TPoint&, const TPoint& to) {
   if (n >= 5) canvas.PolyBezier(std::vector<TPoint>(device.begin(), device.end() - 1));
   const TPoint anchor = device[static_cast<std::size_t>(n - 2)], out = device.back();
   const TPoint in = n >= 5 ? device[static_cast<std::size_t>(n - 3)] : anchor;
-  if (in != out) StrokeChain(canvas, {in, anchor, out});
+  if (in != out) canvas.LineChain({in, anchor, out});
   // While the tangent is being dragged the mouse sits on it: no rubber band.
-  if (to != out) StrokeChain(canvas, {anchor, to});
+  if (to != out) canvas.LineChain({anchor, to});
 }
 
 // ---- painting ---------------------------------------------------------------------------------

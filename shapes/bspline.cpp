@@ -119,7 +119,7 @@ std::vector<TPoint> TMyBLine::SampleCurve() const {
   return samples;
 }
 
-void TMyBLine::DrawBLine(TCanvas& canvas) { StrokeChain(canvas, SampleCurve()); }
+void TMyBLine::DrawBLine(TCanvas& canvas) { canvas.LineChain(SampleCurve()); }
 
 void TMyBLine::DrawCachedCurve(TCanvas& canvas) {
   TCurveCache& cache = curveCache_;
@@ -134,7 +134,7 @@ void TMyBLine::DrawCachedCurve(TCanvas& canvas) {
     vertices_ = cache.vertices;
     vertexCount_ = cache.vertexCount;
   }
-  StrokeChain(canvas, cache.samples);
+  canvas.LineChain(cache.samples);
 }
 
 bool TMyBLine::LoadVertices(const TArrMyPoint& zoomed) {

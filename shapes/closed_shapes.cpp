@@ -345,7 +345,7 @@ void TMyEllipse::Drawing(TCanvas& canvas, const TPoint& from, const TPoint& to) 
 }
 
 void TMyEllipse::Draging(TCanvas& canvas, const TPoint& from, const TPoint& to) {
-  StrokeChain(canvas, ShiftAndRound(CachedOutline().zoomed, to.X - from.X, to.Y - from.Y));
+  canvas.LineChain(ShiftAndRound(CachedOutline().zoomed, to.X - from.X, to.Y - from.Y));
 }
 
 TMyRect TMyEllipse::GetBoundsInZoom() {

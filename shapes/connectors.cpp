@@ -189,7 +189,7 @@ void TMyLinkLine::Sizing(TCanvas& canvas, const TPoint& from, const TPoint& to) 
   if (i < 1 || i + 2 >= GetPointsCount()) return;
   const bool horizontal = Points[i].Y == Points[i + 1].Y;
   const std::int32_t dx = horizontal ? 0 : to.X - from.X, dy = horizontal ? to.Y - from.Y : 0;
-  StrokeChain(canvas, {MyPtToPt(GetPointInZoom(i - 1)), ShiftAndRound(GetPointInZoom(i), dx, dy),
+  canvas.LineChain({MyPtToPt(GetPointInZoom(i - 1)), ShiftAndRound(GetPointInZoom(i), dx, dy),
                        ShiftAndRound(GetPointInZoom(i + 1), dx, dy), MyPtToPt(GetPointInZoom(i + 2))});
 }
 
@@ -197,7 +197,7 @@ void TMyLinkLine::Drawing(TCanvas& canvas, const TPoint& from, const TPoint& to)
   SetDragResizeRotateShapeMode(canvas);
   std::vector<TPoint> chain;
   for (const TMyPoint& p : SimpleRoute(PtToMyPt(from), PtToMyPt(to), linkLineDrawStyle_)) chain.push_back(MyPtToPt(p));
-  StrokeChain(canvas, chain);
+  canvas.LineChain(chain);
 }
 
 void TMyLinkLine::Assign(const TMyShape& source) {

@@ -158,7 +158,7 @@ void TMyLine::Drawing(TCanvas& canvas, const TPoint& from, const TPoint& to) {
 }
 
 void TMyLine::Draging(TCanvas& canvas, const TPoint& from, const TPoint& to) {
-  StrokeChain(canvas, ShiftAndRound(ZoomedPoints(*this), to.X - from.X, to.Y - from.Y));
+  canvas.LineChain(ShiftAndRound(ZoomedPoints(*this), to.X - from.X, to.Y - from.Y));
 }
 
 void TMyLine::DrawMovedVertex(TCanvas& canvas, std::int32_t prev, std::int32_t h, std::int32_t next,
@@ -166,11 +166,11 @@ void TMyLine::DrawMovedVertex(TCanvas& canvas, std::int32_t prev, std::int32_t h
   const TPoint moved = ShiftAndRound(GetPointInZoom(h), dx, dy);
   if (IsExistPt(prev, Points)) {
     const TPoint a = MyPtToPt(GetPointInZoom(prev));
-    StrokeChain(canvas, {a, moved});
+    canvas.LineChain({a, moved});
   }
   if (IsExistPt(next, Points)) {
     const TPoint b = MyPtToPt(GetPointInZoom(next));
-    StrokeChain(canvas, {moved, b});
+    canvas.LineChain({moved, b});
   }
 }
 
@@ -181,7 +181,7 @@ void TMyLine::Sizing(TCanvas& canvas, const TPoint& from, const TPoint& to) {
 }
 
 void TMyLine::Rotating(TCanvas& canvas, const TMyPoint& center, long double angle) {
-  StrokeChain(canvas, RotatePoints(ZoomedPoints(*this), center, angle));
+  canvas.LineChain(RotatePoints(ZoomedPoints(*this), center, angle));
 }
 
 // ---- changes --------------------------------------------------------------------------
@@ -301,7 +301,7 @@ void TMyRuleLine::Draw(TCanvas& canvas) {
   };
   if (tickStyle_ == tsLine) {
     for (const TMyPoint& end : {level0, level1})
-      StrokeChain(canvas, {turnedBack(end.X, row - kTickHalf), turnedBack(end.X, row + kTickHalf)});
+      canvas.LineChain({turnedBack(end.X, row - kTickHalf), turnedBack(end.X, row + kTickHalf)});
   }
   std::string label = userInfo_;
   if (!showUserInfo_) {

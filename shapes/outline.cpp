@@ -58,11 +58,9 @@ std::vector<TPoint> RotatePoints(const TArrMyPoint& zoomed, const TMyPoint& cent
   return RoundPoints(turned);
 }
 
-void StrokeChain(TCanvas& canvas, const std::vector<TPoint>& points) { canvas.LineChain(points); }
-
 void StrokeClosedChain(TCanvas& canvas, const std::vector<TPoint>& points) {
   if (points.empty()) return;
-  StrokeChain(canvas, points);
+  canvas.LineChain(points);
   canvas.LineTo(points.front().X, points.front().Y);
 }
 

@@ -30,10 +30,7 @@ std::vector<TPoint> ShiftAndRound(const TArrMyPoint& zoomed, std::int32_t dx, st
 // Each zoomed point turned about the zoomed Centre by Angle (radians,
 // clockwise on the screen), then rounded.
 std::vector<TPoint> RotatePoints(const TArrMyPoint& zoomed, const TMyPoint& centre, long double angle);
-// MoveTo the first point and LineTo every following one, in the canvas's
-// current pen; nothing for an empty list.
-void StrokeChain(TCanvas& canvas, const std::vector<TPoint>& points);
-// The same, then back to the first point.
+// TCanvas::LineChain through Points, then back to the first point.
 void StrokeClosedChain(TCanvas& canvas, const std::vector<TPoint>& points);
 // Whether device point P lies in the hit square of a handle: the rounded
 // zoomed handle grown by Hot on each side, left and top edges inside, right
