@@ -170,17 +170,20 @@ std::vector<TMyShape*> TMyCAD::SubtreeOf(TMyShape* shape) const {
   return found;
 }
 
-void TMyCAD::PrefetchShape(std::size_t no) const {
-  if (no >= shapes_.size()) return;
+void TMyCAD::PrefetchAhead(std::size_t no) const {
+  // A pass spends a few nanoseconds a shape; memory answers in about a
+  // hundred and fifty, and a shorter lead measured slower at 100k shapes.
+  constexpr std::size_t kAhead = 48;
+  if (no + kAhead >= shapes_.size()) return;
   // The relations and the list position, which the passes read and write.
-  __builtin_prefetch(&shapes_[no]->ShapeNo);
+  __builtin_prefetch(&shapes_[no + kAhead]->ShapeNo);
 }
 
 void TMyCAD::RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map) {
   // A pass over every shape of a large drawing waits on memory, not on the
   // work: the shapes a few places ahead are fetched while one is done.
   for (std::size_t i = 0; i < shapes_.size(); ++i) {
-    PrefetchShape(i + 16);
+    PrefetchAhead(i);
     TMyShape* shape = shapes_[i].get();
     if (shape->HoldsListPositions()) shape->RemapShapeNumbers(map);
     shape->ShapeNo = static_cast<std::int32_t>(i);
@@ -188,12 +191,10 @@ void TMyCAD::RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map
 }
 
 void TMyCAD::ForgetShape(const TMyShape* shape) {
-  if (const auto it = workingAt_.find(shape); it != workingAt_.end()) {
-    const auto at = static_cast<std::size_t>(it.value());
-    InvalidateHandles({working_[at]});
-    working_.erase(working_.begin() + static_cast<std::ptrdiff_t>(at));
-    workingAt_.erase(it);
-    for (std::size_t i = at; i < working_.size(); ++i) workingAt_[working_[i]] = static_cast<std::int32_t>(i);
+  if (const std::int32_t at = IsInWorkingShape(shape); at != -1) {
+    InvalidateHandles({working_[static_cast<std::size_t>(at)]});
+    working_.erase(working_.begin() + at);
+    NumberWorkingFrom(static_cast<std::size_t>(at));
   }
   // A gesture or a hover must not keep pointing at a shape that is gone.
   for (TMyShape** held : {&currentShape_, &shapeBeneath_, &clickedChildShape_, &hoverShape_})
@@ -271,7 +272,6 @@ bool TMyCAD::DeleteShapeById(std::int32_t id, bool record) {
 void TMyCAD::DeleteAllShapes() {
   DropRedoUnlessReplaying();
   working_.clear();
-  workingAt_.clear();
   previewShapes_.clear();
   for (TMyShape** held : {&currentShape_, &shapeBeneath_, &clickedChildShape_, &hoverShape_})
     if (*held && GetShapeByNo((*held)->ShapeNo) == *held) *held = nullptr;

@@ -119,12 +119,7 @@ bool TMyCAD::Redo() {
   nextShapeId_ = step.NextShapeId;
   // The step goes back on the history, under the same fullness rule as a
   // push.
-  if (NewestStep(undoList_) == undoRedoSize_ - 1) DropOldestStep(undoList_);
-  const std::int32_t number = NewestStep(undoList_) + 1;
-  for (TSavedShape& r : step.Records) {
-    r.UndoStep = number;
-    undoList_.push_back(std::move(r));
-  }
+  AppendStep(undoList_, std::move(step.Records), undoRedoSize_);
   --replayingHistory_;
   modified_ = true;
   Invalidate();

@@ -12,15 +12,17 @@ constexpr std::size_t kFewWorkingShapes = 64;
 
 void TMyCAD::SetWorking(std::vector<TMyShape*> shapes) {
   working_ = std::move(shapes);
-  workingAt_.clear();
-  workingAt_.reserve(working_.size());
-  for (std::size_t i = 0; i < working_.size(); ++i) workingAt_[working_[i]] = static_cast<std::int32_t>(i);
+  NumberWorkingFrom(0);
+}
+
+void TMyCAD::NumberWorkingFrom(std::size_t first) {
+  for (std::size_t i = first; i < working_.size(); ++i) working_[i]->WorkingNo = static_cast<std::int32_t>(i);
 }
 
 void TMyCAD::AddWorkingShapes(TMyShape* shape) {
   shape = GetRootParentShape(shape);
-  if (!shape || workingAt_.contains(shape)) return;
-  workingAt_[shape] = static_cast<std::int32_t>(working_.size());
+  if (!shape || IsInWorkingShape(shape) != -1) return;
+  shape->WorkingNo = static_cast<std::int32_t>(working_.size());
   working_.push_back(shape);
   InvalidateHandles({shape});
 }
@@ -33,11 +35,14 @@ void TMyCAD::RemoveWorkingShape(TMyShape* shape) {
 void TMyCAD::RemoveAllWorkingShapes() {
   InvalidateHandles(working_);
   working_.clear();
-  workingAt_.clear();
 }
 
 std::int32_t TMyCAD::IsInWorkingShape(const TMyShape* shape) const {
-  return workingAt_.value(shape, -1);
+  if (!shape) return -1;
+  const std::int32_t at = shape->WorkingNo;
+  return at >= 0 && static_cast<std::size_t>(at) < working_.size() && working_[static_cast<std::size_t>(at)] == shape
+             ? at
+             : -1;
 }
 
 void TMyCAD::SelectAllWorkingShapes() {
@@ -54,9 +59,8 @@ void TMyCAD::SelectAllWorkingShapes() {
     IndexQuery({static_cast<float>(area.Left), static_cast<float>(area.Top), static_cast<float>(area.Right),
                 static_cast<float>(area.Bottom)},
                true, shown);
-    std::erase_if(shown, [this](const TMyShape* s) { return !workingAt_.contains(s); });
-    std::sort(shown.begin(), shown.end(),
-              [this](const TMyShape* a, const TMyShape* b) { return workingAt_.value(a) < workingAt_.value(b); });
+    std::erase_if(shown, [this](const TMyShape* s) { return IsInWorkingShape(s) == -1; });
+    std::sort(shown.begin(), shown.end(), [](const TMyShape* a, const TMyShape* b) { return a->WorkingNo < b->WorkingNo; });
     for (TMyShape* shape : shown) shape->DrawHot(canvas);
   }
   Blit();
@@ -66,14 +70,13 @@ void TMyCAD::SelectAllShapes() {
   // In one pass: the top-level shapes not yet selected join in list order.
   std::vector<TMyShape*> added;
   added.reserve(shapes_.size());
-  workingAt_.reserve(working_.size() + shapes_.size());
   working_.reserve(working_.size() + shapes_.size());
   const bool none = working_.empty();
   for (std::size_t i = 0; i < shapes_.size(); ++i) {
-    PrefetchShape(i + 16);
+    PrefetchAhead(i);
     TMyShape* shape = shapes_[i].get();
-    if (shape->HasParentShape() || (!none && workingAt_.contains(shape))) continue;
-    workingAt_.emplace(shape, static_cast<std::int32_t>(working_.size()));
+    if (shape->HasParentShape() || (!none && IsInWorkingShape(shape) != -1)) continue;
+    shape->WorkingNo = static_cast<std::int32_t>(working_.size());
     working_.push_back(shape);
     added.push_back(shape);
   }

@@ -20,7 +20,6 @@ TMyCAD::~TMyCAD() {
   tearingDown_ = true;
   index_->Clear();
   working_.clear();
-  workingAt_.clear();
   shapes_.clear();
   ClearAllUndoStuff();
 }

@@ -53,7 +53,6 @@
 // are looked up, not searched.
 #pragma once
 
-#include <QHash>
 #include <QLabel>
 #include <QObject>
 #include <cstdint>
@@ -537,7 +536,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void AddWorkingShapes(TMyShape* shape);
   void RemoveWorkingShape(TMyShape* shape);
   void RemoveAllWorkingShapes();
-  // Index of Shape among the working shapes, or -1 (a lookup).
+  // Index of Shape among the working shapes, or -1; constant time. Shape
+  // must be null or a live shape.
   std::int32_t IsInWorkingShape(const TMyShape* shape) const;
   std::int32_t GetWorkingShapesCount() const { return static_cast<std::int32_t>(working_.size()); }
   // Shows the handles of the working shapes on the control (within the clip
@@ -1012,8 +1012,9 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Gives every stored list position its new value after the list changed:
   // Map(old position) is the new one, -1 for a removed shape.
   void RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map);
-  // Asks the processor for the shape at list position No ahead of a pass.
-  void PrefetchShape(std::size_t no) const;
+  // Asks the processor, in a pass now at list position No, for the shape a
+  // memory round trip ahead.
+  void PrefetchAhead(std::size_t no) const;
   // Takes Doomed out of the list and answers them (none while an undo keeps
   // them for its redo).
   std::vector<std::unique_ptr<TMyShape>> RemoveShapes(const std::vector<TMyShape*>& doomed);
@@ -1127,10 +1128,9 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   std::vector<LayerRec> layers_;
   std::int32_t nextLayerId_ = 0;
   std::int32_t currentLayerId_ = -1;
+  // The working shapes; each knows its position here (TMyShape::WorkingNo),
+  // so that membership needs no table of 100k entries.
   std::vector<TMyShape*> working_;
-  // Position in working_ of each working shape. Qt's table keeps its entries
-  // in blocks: selecting 100k shapes would otherwise allocate 100k nodes.
-  QHash<const TMyShape*, std::int32_t> workingAt_;
   bool operateAllLayer_ = true;
   // The spatial index and id index of the shapes (spatial.cpp); rebuilt
   // whole after a zoom or handle-size change or a bulk load.
@@ -1140,6 +1140,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Reused query results, so hit tests allocate nothing once warm.
   mutable std::vector<TMyShape*> hits_;
   void SetWorking(std::vector<TMyShape*> shapes);
+  // Tells the working shapes from First on their positions.
+  void NumberWorkingFrom(std::size_t first);
   // painting
   TBitmap backBuffer_;
   bool painting_ = false;

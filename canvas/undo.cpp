@@ -1,7 +1,8 @@
+#include <QSet>
 #include <algorithm>
+#include <iterator>
 #include <span>
 #include <unordered_map>
-#include <unordered_set>
 
 #include "canvas/tmycad.h"
 #include "shapes/connectors.h"
@@ -29,8 +30,9 @@ TSavedShape MakeRecord(const TMyShape& live, std::unique_ptr<TMyShape> saved, co
 // members depth first in child-list order. A shape met twice (a broken child
 // list) is taken once, which also ends the walk on a cycle.
 void AppendRecorded(const TMyCAD& cad, TMyShape* shape, bool members, std::vector<TMyShape*>& out,
-                    std::unordered_set<const TMyShape*>& taken) {
-  if (!shape || !taken.insert(shape).second) return;
+                    QSet<const TMyShape*>& taken) {
+  if (!shape || taken.contains(shape)) return;
+  taken.insert(shape);
   out.push_back(shape);
   if (members)
     for (const std::int32_t no : shape->ChildShapes) AppendRecorded(cad, cad.GetShapeByNo(no), true, out, taken);
@@ -40,7 +42,10 @@ void AppendRecorded(const TMyCAD& cad, TMyShape* shape, bool members, std::vecto
 std::vector<TMyShape*> ShapesToRecord(const TMyCAD& cad, const std::vector<TMyShape*>& shapes,
                                       const std::string& action) {
   std::vector<TMyShape*> recorded;
-  std::unordered_set<const TMyShape*> taken;
+  // One record per shape of a large deletion: a set without a heap node per
+  // entry, sized once.
+  QSet<const TMyShape*> taken;
+  taken.reserve(static_cast<qsizetype>(shapes.size()));
   if (action == ACT_DELETE || action == ACT_CHANGE) {
     for (auto it = shapes.rbegin(); it != shapes.rend(); ++it) AppendRecorded(cad, *it, true, recorded, taken);
   } else if (action == ACT_UNGROUP) {
@@ -57,8 +62,10 @@ std::vector<TMyShape*> ShapesToRecord(const TMyCAD& cad, const std::vector<TMySh
     std::vector<TMyShape*> links;
     for (const TMyShape* s : recorded)
       for (const std::uint32_t no : s->LinkLines)
-        if (TMyShape* link = cad.GetShapeByNo(static_cast<std::int32_t>(no)); link && taken.insert(link).second)
+        if (TMyShape* link = cad.GetShapeByNo(static_cast<std::int32_t>(no)); link && !taken.contains(link)) {
+          taken.insert(link);
           links.push_back(link);
+        }
     recorded.insert(recorded.begin(), links.begin(), links.end());
   }
   return recorded;
@@ -122,18 +129,23 @@ void RestoreState(TMyShape& live, const TMyShape& saved) {
 // that relation is dropped. Connectors come back detached and no restored
 // shape lists connectors: the live shapes forgot them at the deletion.
 void RestoreDeleted(TMyCAD& cad, const std::vector<const TSavedShape*>& records) {
+  // A kind the canvas cannot make by name (a host's own class) does not come
+  // back; the others are numbered without it.
+  std::vector<std::pair<const TSavedShape*, std::unique_ptr<TMyShape>>> made;
+  for (const TSavedShape* record : records)
+    if (std::unique_ptr<TMyShape> shape = cad.CreateShapeByName(record->SavedShape->ClassName()))
+      made.emplace_back(record, std::move(shape));
   const std::int32_t front = cad.GetShapesCount();
   // Old position -> new one; with two records of one old position the first
   // counts.
   std::unordered_map<std::int32_t, std::int32_t> moved;
-  for (std::size_t i = 0; i < records.size(); ++i)
-    moved.try_emplace(records[i]->SavedShape->ShapeNo, front + static_cast<std::int32_t>(i));
+  for (std::size_t i = 0; i < made.size(); ++i)
+    moved.try_emplace(made[i].first->SavedShape->ShapeNo, front + static_cast<std::int32_t>(i));
   auto newPosition = [&moved](std::int32_t old) {
     const auto it = moved.find(old);
     return it == moved.end() ? -1 : it->second;
   };
-  for (const TSavedShape* record : records) {
-    std::unique_ptr<TMyShape> shape = cad.CreateShapeByName(record->SavedShape->ClassName());
+  for (auto& [record, shape] : made) {
     shape->Assign(*record->SavedShape);
     shape->SetName(record->ShapeName);
     shape->RemapShapeNumbers(newPosition);
@@ -224,6 +236,21 @@ void DropOldestStep(std::vector<TSavedShape>& list) {
   for (TSavedShape& r : list) --r.UndoStep;
 }
 
+void AppendStep(std::vector<TSavedShape>& list, std::vector<TSavedShape> records, std::int32_t steps) {
+  if (NewestStep(list) == steps - 1) DropOldestStep(list);
+  const std::int32_t step = NewestStep(list) + 1;
+  for (TSavedShape& record : records) record.UndoStep = step;
+  // A large deletion is one record per shape: the records are taken over
+  // whole, or moved once into room that grows by doubling.
+  if (list.empty()) {
+    list = std::move(records);
+    return;
+  }
+  if (const std::size_t needed = list.size() + records.size(); needed > list.capacity())
+    list.reserve(std::max(needed, 2 * list.capacity()));
+  list.insert(list.end(), std::make_move_iterator(records.begin()), std::make_move_iterator(records.end()));
+}
+
 void TMyCAD::PushtoUndoRedoShapeList(const std::vector<TMyShape*>& shapes, const std::string& action,
                                      const TStateKeeper& keep) {
   // A new change ends what could be redone.
@@ -245,12 +272,7 @@ void TMyCAD::PushStep(std::vector<TSavedShape> records) {
   if (records.empty()) return;
   // An equality on purpose: a history that grew past a lowered size is not
   // trimmed, it keeps growing.
-  if (NewestStep(undoList_) == undoRedoSize_ - 1) DropOldestStep(undoList_);
-  const std::int32_t step = NewestStep(undoList_) + 1;
-  for (TSavedShape& record : records) {
-    record.UndoStep = step;
-    undoList_.push_back(std::move(record));
-  }
+  AppendStep(undoList_, std::move(records), undoRedoSize_);
   TrimHistoryMemory();
 }
 
@@ -265,18 +287,21 @@ void TMyCAD::RemoveRecordingDeletion(const std::vector<TMyShape*>& roots, const 
     return;
   }
   const std::vector<TMyShape*> recorded = ShapesToRecord(*this, roots, ACT_DELETE);
+  const std::size_t listSize = shapes_.size();
   std::vector<std::unique_ptr<TMyShape>> removed = RemoveShapes(doomed);
-  // Found by address; the addresses stay sorted while the objects move out.
-  std::sort(removed.begin(), removed.end(), [](const auto& a, const auto& b) { return a.get() < b.get(); });
-  std::vector<const TMyShape*> addresses(removed.size());
-  std::transform(removed.begin(), removed.end(), addresses.begin(), [](const auto& s) { return s.get(); });
+  // The removed shapes come in list order and keep the positions they had:
+  // each is found from its position. A recorded shape that stayed has a new
+  // position, where another object or none is found.
+  std::vector<std::int32_t> removedAt(listSize, -1);
+  for (std::size_t k = 0; k < removed.size(); ++k)
+    removedAt[static_cast<std::size_t>(removed[k]->ShapeNo)] = static_cast<std::int32_t>(k);
   std::vector<TSavedShape> records;
   records.reserve(recorded.size());
   for (TMyShape* shape : recorded) {
-    const auto it = std::lower_bound(addresses.begin(), addresses.end(), shape);
     std::unique_ptr<TMyShape>* taken = nullptr;
-    if (it != addresses.end() && *it == shape) taken = &removed[static_cast<std::size_t>(it - addresses.begin())];
-    if (taken && *taken) {
+    const auto no = static_cast<std::size_t>(shape->ShapeNo);
+    if (no < listSize && removedAt[no] >= 0) taken = &removed[static_cast<std::size_t>(removedAt[no])];
+    if (taken && taken->get() == shape) {
       records.push_back(MakeRecord(*shape, std::move(*taken), ACT_DELETE, {}));
     } else if (std::unique_ptr<TMyShape> copy = CreateShapeByName(shape->ClassName())) {
       // Still in the list (a locked shape is not deleted): recorded as it is.

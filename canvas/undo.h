@@ -85,6 +85,9 @@ struct TRedoStep {
 std::int32_t NewestStep(const std::vector<TSavedShape>& list);
 // Removes the records of the oldest step and numbers the others one lower.
 void DropOldestStep(std::vector<TSavedShape>& list);
+// Appends Records to List as its newest step, after dropping the oldest step
+// when List already holds Steps of them.
+void AppendStep(std::vector<TSavedShape>& list, std::vector<TSavedShape> records, std::int32_t steps);
 
 // An estimate of the memory a detached shape copy holds: its points,
 // relations, texts, pictures and a fixed part for the object, pen, brush

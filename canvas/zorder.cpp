@@ -64,7 +64,7 @@ void TMyCAD::BringToFront(TMyShape* shape, bool record) {
   static thread_local std::vector<std::int32_t> positions;
   positions.assign(1, shape->ShapeNo);
   for (std::int32_t i = shape->ShapeNo + 1; i < GetShapesCount(); ++i) {
-    PrefetchShape(static_cast<std::size_t>(i) + 16);
+    PrefetchAhead(static_cast<std::size_t>(i));
     if (!GetShapeByNo(i)->HasParentShape()) positions.push_back(i);
   }
   RotatePositions(positions, true);
@@ -82,7 +82,7 @@ void TMyCAD::SendToBack(TMyShape* shape, bool record) {
   static thread_local std::vector<std::int32_t> positions;
   positions.clear();
   for (std::int32_t i = 0; i < shape->ShapeNo; ++i) {
-    PrefetchShape(static_cast<std::size_t>(i) + 16);
+    PrefetchAhead(static_cast<std::size_t>(i));
     if (!GetShapeByNo(i)->HasParentShape()) positions.push_back(i);
   }
   positions.push_back(shape->ShapeNo);

@@ -33,9 +33,19 @@ constexpr bool kPooled = true;
 constexpr bool kPooled = true;
 #endif
 
-// Free lists of blocks by size (in steps of the alignment), carved from
-// large slabs. Blocks go back on their list, never to the heap: the next
-// drawing reuses them. Sizes past the largest list use the heap.
+// A pass over a whole large list reads each shape's list relations, which
+// are its first fields after QObject's: blocks are placed so that those
+// start a cache line, and are whole lines long so that every block of a
+// slab is placed alike. One line per shape then serves the pass.
+constexpr std::size_t kLine = 64;
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+constexpr std::size_t kRelationsOffset = offsetof(TMyShape, ShapeNo) % kLine;
+#pragma GCC diagnostic pop
+
+// Free lists of blocks by size (in whole cache lines), carved from large
+// slabs. Blocks go back on their list, never to the heap: the next drawing
+// reuses them. Sizes past the largest list use the heap.
 class TShapePool {
  public:
   void* Allocate(std::size_t size) {
@@ -46,10 +56,11 @@ class TShapePool {
       free_[kind] = block->next;
       return block;
     }
-    const std::size_t bytes = kind * kAlign;
+    const std::size_t bytes = kind * kLine;
     if (static_cast<std::size_t>(slabEnd_ - slabNext_) < bytes) {
-      slabNext_ = static_cast<char*>(::operator new(kSlab));
-      slabEnd_ = slabNext_ + kSlab;
+      char* slab = static_cast<char*>(::operator new(kSlab, std::align_val_t{kLine}));
+      slabNext_ = slab + (kLine - kRelationsOffset) % kLine;
+      slabEnd_ = slab + kSlab;
     }
     void* block = slabNext_;
     slabNext_ += bytes;
@@ -70,10 +81,9 @@ class TShapePool {
   struct TFree {
     TFree* next;
   };
-  static constexpr std::size_t kAlign = alignof(std::max_align_t);
-  static constexpr std::size_t kKinds = 4096 / kAlign;
+  static constexpr std::size_t kKinds = 4096 / kLine;
   static constexpr std::size_t kSlab = 64 * 1024;  // under the heap's threshold for mapping blocks of their own
-  static std::size_t KindOf(std::size_t size) { return (size + kAlign - 1) / kAlign; }
+  static std::size_t KindOf(std::size_t size) { return (size + kLine - 1) / kLine; }
 
   std::mutex mutex_;
   std::array<TFree*, kKinds> free_{};

@@ -60,6 +60,36 @@ class TMyShape : public QObject {
   Q_PROPERTY(bool Visible READ GetVisible WRITE SetVisible)
 
  public:
+  // ==== list relations =========================================================
+  // Declared before every other field so that they follow QObject's own in
+  // one cache line, where the shape pool starts a line: the passes over a
+  // whole large list (renumbering, z-order, selecting all) touch only these.
+
+  // Position in the owner's shape list (the z-order).
+  std::int32_t ShapeNo = 0;
+  // List position of the enclosing group; -1 at top level.
+  std::int32_t ParentId = -1;
+  // Position among the owner's working (selected) shapes, written by the
+  // owner, which trusts it only where its own list agrees: a shape that left
+  // the selection, or a copy, may keep a stale number. -1 when never
+  // selected; not copied by Assign.
+  std::int32_t WorkingNo = -1;
+
+ private:
+  bool ownListPositions_ = false;
+
+ public:
+  // List positions of a group's members.
+  std::vector<std::int32_t> ChildShapes;
+  // Numbers of the connectors attached to this shape.
+  std::vector<std::uint32_t> LinkLines;
+  // Whether RemapShapeNumbers has anything to renumber: a parent, members,
+  // connectors, or list positions a kind keeps of its own (connector ends).
+  // The owner's renumbering passes over shapes without any.
+  bool HoldsListPositions() const {
+    return ParentId >= 0 || !ChildShapes.empty() || !LinkLines.empty() || ownListPositions_;
+  }
+
   // Takes pen, brush, font, join and end kinds and the drag, resize, rotate
   // and handle switches from Owner (when given); later owner changes do not
   // reach the shape.
@@ -342,9 +372,6 @@ class TMyShape : public QObject {
   TFont* FontPtr() { return &font_; }
   TUserData* UserDataPtr() { return &userData_; }
 
-  // Raised by the canvas on a click on the shape; the argument is the sender.
-  std::function<void(QObject* sender)> OnClick;
-
   // ==== unpublished state ======================================================
 
   TArrMyPoint Points;
@@ -353,30 +380,14 @@ class TMyShape : public QObject {
   TMyPoint TextoutPoint;
   std::int32_t ShapeId = 0;
   std::int32_t LayerId = 0;
-  // Position in the owner's shape list (the z-order).
-  std::int32_t ShapeNo = 0;
-  // List position of the enclosing group; -1 at top level.
-  std::int32_t ParentId = -1;
-  // List positions of a group's members.
-  std::vector<std::int32_t> ChildShapes;
-  // Numbers of the connectors attached to this shape.
-  std::vector<std::uint32_t> LinkLines;
-  // Whether RemapShapeNumbers has anything to renumber: a parent, members,
-  // connectors, or list positions a kind keeps of its own (connector ends).
-  // The owner's renumbering passes over shapes without any.
-  bool HoldsListPositions() const {
-    return ParentId >= 0 || !ChildShapes.empty() || !LinkLines.empty() || ownListPositions_;
-  }
   // Relation id kept for the drawing format; -1 after creation and copies.
   std::int32_t SpareRelationId = -1;
   // The handle found by the last InWhichHot, -1 for none.
   std::int32_t CurrentHot = -1;
 
- private:
-  // Next to the relations above, which a renumbering pass reads together.
-  bool ownListPositions_ = false;
+  // Raised by the canvas on a click on the shape; the argument is the sender.
+  std::function<void(QObject* sender)> OnClick;
 
- public:
 
  protected:
   // Owner values with the no-owner fallbacks (zoom 1, handle size 4, ratio

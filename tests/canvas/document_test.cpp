@@ -192,6 +192,31 @@ TEST(TMyCADSelection, MembersAreSelectedThroughTheirRootGroupOnceAndSelectAllKee
   EXPECT_EQ(cad.GetSelectedShapes(), (std::vector<TMyShape*>{c, group, b}));
   cad.RemoveWorkingShape(group);
   EXPECT_EQ(cad.IsInWorkingShape(b), 1);
+  // A shape that left keeps its old number, which now names another shape.
+  EXPECT_EQ(cad.IsInWorkingShape(group), -1);
+  // A kind the canvas cannot make by name does not come back on undo.
+  cad.SetUndoRedoSize(5);
+  cad.DeleteSelectedShapes(true);
+  cad.PopFromUndoRedoShapeList();
+  EXPECT_EQ(cad.GetShapesCount(), 2);
+}
+
+TEST(TMyCADSelection, AShapeARedoBringsBackIsNotSelectedByItsOldNumber) {
+  TMyCAD cad;
+  cad.SetUndoRedoSize(5);
+  TMyShape* a = cad.CreateAddShapeByName("TMyRectangle");
+  TMyShape* b = cad.CreateAddShapeByName("TMyEllipse");
+  cad.AddWorkingShapes(a);
+  cad.AddWorkingShapes(b);
+  cad.DeleteSelectedShapes(true);
+  cad.PopFromUndoRedoShapeList();
+  ASSERT_TRUE(cad.Redo());
+  TMyShape* c = cad.CreateAddShapeByName("TMyLine");
+  TMyShape* d = cad.CreateAddShapeByName("TMyLine");
+  cad.AddWorkingShapes(c);
+  cad.AddWorkingShapes(d);
+  EXPECT_EQ((std::vector<std::int32_t>{cad.IsInWorkingShape(a), cad.IsInWorkingShape(b), cad.IsInWorkingShape(d)}),
+            (std::vector<std::int32_t>{-1, -1, 1}));
 }
 
 TEST(TMyCADPage, PaperStylesMeasureAtTheScreenResolutionInBothOrientations) {
