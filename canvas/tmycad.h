@@ -1026,10 +1026,10 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   TMyShape* AddShapeFromCode(const std::string& className, const std::string& name, const TArrMyPoint& points,
                              float angle);
   void SwapWithNeighbour(TMyShape* shape, bool forward);
-  // Moves the shape at Positions[0] to Positions.back() (Forward) or the one
-  // at Positions.back() to Positions[0], the shapes between stepping along;
-  // one renumbering pass.
-  void RotatePositions(const std::vector<std::int32_t>& positions, bool forward);
+  // Moves Shape, a listed top-level shape, past every top-level shape
+  // after it (Forward) or before it, each of which steps one top-level place
+  // towards where Shape was; group members keep their places.
+  void MovePastTopLevel(TMyShape* shape, bool forward);
   // ---- spatial index (spatial.cpp) ----
   // Applies the recorded changes to the index (or rebuilds it), repainting
   // the old and new areas.
