@@ -1,7 +1,8 @@
 """Prints our time / peer time for every benchmark "X" that has a "X_Peer"
 (arguments after a '/' must match: "BM_A/64" pairs with "BM_A_Peer/64"),
 and, for benchmarks whose first argument is the drawing size N, the time at
-N = 100000 over the time at N = 10000 ("BM_A/10000/4" with "BM_A/100000/4")."""
+N = 100000 over the time at N = 10000 ("BM_A/10000/4" with "BM_A/100000/4").
+Where the runs were repeated, each time is the median of its repetitions."""
 import json
 import sys
 
@@ -26,7 +27,9 @@ def larger_of(name):
 def main(path):
     with open(path) as f:
         runs = json.load(f)["benchmarks"]
-    times = {r["name"]: r["real_time"] for r in runs if r.get("run_type", "iteration") == "iteration"}
+    # With repetitions, the median of each benchmark's runs; otherwise its one run.
+    medians = {r["run_name"]: r["real_time"] for r in runs if r.get("aggregate_name") == "median"}
+    times = medians or {r["name"]: r["real_time"] for r in runs if r.get("run_type", "iteration") == "iteration"}
     rows = []
     for name, peer_time in times.items():
         ours = peer_of(name)
