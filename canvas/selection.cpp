@@ -21,7 +21,9 @@ void TMyCAD::NumberWorkingFrom(std::size_t first) {
 
 void TMyCAD::AddWorkingShapes(TMyShape* shape) {
   shape = GetRootParentShape(shape);
-  if (!shape || IsInWorkingShape(shape) != -1) return;
+  // Only this drawing's shapes: a shape keeps one selection number, which
+  // another canvas's selection would overwrite.
+  if (!shape || GetShapeByNo(shape->ShapeNo) != shape || IsInWorkingShape(shape) != -1) return;
   shape->WorkingNo = static_cast<std::int32_t>(working_.size());
   working_.push_back(shape);
   InvalidateHandles({shape});

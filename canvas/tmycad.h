@@ -531,7 +531,8 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   void SwapShape(TMyShape* a, TMyShape* b);
 
   // ==== selection (selection.cpp) ======================================================
-  // Adds Shape (a group member: its root group) unless already there.
+  // Adds Shape (a group member: its root group) unless already there or not
+  // in this drawing.
   // Each repaints the handles that appear or go.
   void AddWorkingShapes(TMyShape* shape);
   void RemoveWorkingShape(TMyShape* shape);

@@ -217,6 +217,12 @@ TEST(TMyCADSelection, AShapeARedoBringsBackIsNotSelectedByItsOldNumber) {
   cad.AddWorkingShapes(d);
   EXPECT_EQ((std::vector<std::int32_t>{cad.IsInWorkingShape(a), cad.IsInWorkingShape(b), cad.IsInWorkingShape(d)}),
             (std::vector<std::int32_t>{-1, -1, 1}));
+  // Another drawing's shape is refused and stays selected there.
+  TMyCAD other;
+  TMyShape* foreign = other.CreateAddShapeByName("TMyLine");
+  other.AddWorkingShapes(foreign);
+  cad.AddWorkingShapes(foreign);
+  EXPECT_EQ((std::make_pair(cad.GetWorkingShapesCount(), other.IsInWorkingShape(foreign))), std::make_pair(2, 0));
 }
 
 TEST(TMyCADPage, PaperStylesMeasureAtTheScreenResolutionInBothOrientations) {
