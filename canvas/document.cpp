@@ -192,7 +192,7 @@ void TMyCAD::RenumberShapes(const std::function<std::int32_t(std::int32_t)>& map
 
 void TMyCAD::ForgetShape(const TMyShape* shape) {
   if (const std::int32_t at = IsInWorkingShape(shape); at != -1) {
-    InvalidateHandles({working_[static_cast<std::size_t>(at)]});
+    InvalidateHandles(std::span(working_).subspan(static_cast<std::size_t>(at), 1));
     working_.erase(working_.begin() + at);
     NumberWorkingFrom(static_cast<std::size_t>(at));
   }

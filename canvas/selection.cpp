@@ -26,7 +26,7 @@ void TMyCAD::AddWorkingShapes(TMyShape* shape) {
   if (!shape || GetShapeByNo(shape->ShapeNo) != shape || IsInWorkingShape(shape) != -1) return;
   shape->WorkingNo = static_cast<std::int32_t>(working_.size());
   working_.push_back(shape);
-  InvalidateHandles({shape});
+  InvalidateHandles(std::span(working_).last(1));
 }
 
 void TMyCAD::RemoveWorkingShape(TMyShape* shape) {
@@ -70,19 +70,16 @@ void TMyCAD::SelectAllWorkingShapes() {
 
 void TMyCAD::SelectAllShapes() {
   // In one pass: the top-level shapes not yet selected join in list order.
-  std::vector<TMyShape*> added;
-  added.reserve(shapes_.size());
-  working_.reserve(working_.size() + shapes_.size());
-  const bool none = working_.empty();
+  const std::size_t before = working_.size();
+  working_.reserve(before + shapes_.size());
   for (std::size_t i = 0; i < shapes_.size(); ++i) {
     PrefetchAhead(i);
     TMyShape* shape = shapes_[i].get();
-    if (shape->HasParentShape() || (!none && IsInWorkingShape(shape) != -1)) continue;
+    if (shape->HasParentShape() || (before > 0 && IsInWorkingShape(shape) != -1)) continue;
     shape->WorkingNo = static_cast<std::int32_t>(working_.size());
     working_.push_back(shape);
-    added.push_back(shape);
   }
-  InvalidateHandles(added);
+  InvalidateHandles(std::span(working_).subspan(before));
 }
 
 void TMyCAD::SelectAllShapesByLayerId(std::int32_t layerId) {

@@ -70,7 +70,7 @@ void TMyCAD::InvalidateShapeArea(TMyShape* shape) {
     if (const TShapeIndex::TSlot* slot = index_->SlotOf(s); slot && slot->indexed) InvalidateZoomed(slot->box);
 }
 
-void TMyCAD::InvalidateHandles(const std::vector<TMyShape*>& shapes) {
+void TMyCAD::InvalidateHandles(std::span<TMyShape* const> shapes) {
   // Handles lie in the shape's indexed box. A shape not indexed yet, or
   // changed since, has its old and new boxes repainted by the next flush.
   if (shapes.size() > kFewHandleChanges) {

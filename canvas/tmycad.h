@@ -1041,7 +1041,7 @@ class TMyCAD : public TCustomControl, public TMyShapeOwner {
   // Repaints where Shape and its members are (their indexed boxes).
   void InvalidateShapeArea(TMyShape* shape);
   // Repaints the handles of Shapes (selection changes).
-  void InvalidateHandles(const std::vector<TMyShape*>& shapes);
+  void InvalidateHandles(std::span<TMyShape* const> shapes);
   // Shapes whose indexed box meets the zoomed R, in Out (cleared first), in
   // list order; with TopLevel only top-level ones.
   void IndexQuery(const TMyRect& r, bool topLevel, std::vector<TMyShape*>& out) const;

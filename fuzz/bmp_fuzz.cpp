@@ -3,17 +3,14 @@
 // indices all name a palette entry. Palette pictures are also re-encoded and
 // must decode to the same indices.
 #include <cstdint>
-#include <cstdlib>
 
+#include "check.h"
 #include "platform/bmp_codec.h"
 
 namespace {
 
 using lumatrex::bmp::TDecodedBmp;
-
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using lumatrex::fuzz::Check;
 
 void CheckRoundTrip(const TDecodedBmp& bmp) {
   if (bmp.bitsPerPixel != 8) return;

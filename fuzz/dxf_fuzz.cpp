@@ -2,18 +2,15 @@
 // outside data: it must either refuse them with EDxfError or return tables
 // whose ranges all lie inside their shared arrays.
 #include <cstdint>
-#include <cstdlib>
 
+#include "check.h"
 #include "dxf/dxf.h"
 #include "dxf/dxf_parse.h"
 
 namespace {
 
 using namespace lumatrex::dxf;
-
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using lumatrex::fuzz::Check;
 
 void CheckEntity(const TDxfFile& file, const TEntity& e) {
   Check(e.vertices.begin <= e.vertices.end && e.vertices.end <= file.vertices.size());

@@ -3,16 +3,12 @@
 #pragma once
 
 #include <QApplication>
-#include <cstdlib>
 
+#include "check.h"
 #include "platform/hooks.h"
 #include "platform/screen.h"
 
 namespace lumatrex::fuzz {
-
-inline void Check(bool condition) {
-  if (!condition) std::abort();
-}
 
 // The offscreen platform at 96 pixels per inch, with message and terminate
 // hooks that do nothing: a drawing without layers asks to end the program.

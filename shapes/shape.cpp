@@ -10,6 +10,7 @@
 #include <new>
 
 #include "platform/canvas.h"
+#include "platform/memory.h"
 #include "platform/screen.h"
 #include "shapes/drawing_modes.h"
 #include "shapes/outline.h"
@@ -58,7 +59,7 @@ class TShapePool {
     }
     const std::size_t bytes = kind * kLine;
     if (static_cast<std::size_t>(slabEnd_ - slabNext_) < bytes) {
-      char* slab = static_cast<char*>(::operator new(kSlab, std::align_val_t{kLine}));
+      char* slab = static_cast<char*>(AllocateLargePages(kSlab));
       slabNext_ = slab + (kLine - kRelationsOffset) % kLine;
       slabEnd_ = slab + kSlab;
     }
@@ -82,7 +83,8 @@ class TShapePool {
     TFree* next;
   };
   static constexpr std::size_t kKinds = 4096 / kLine;
-  static constexpr std::size_t kSlab = 64 * 1024;  // under the heap's threshold for mapping blocks of their own
+  // A large page: a pass over 100,000 shapes then walks 35 pages, not 17,000.
+  static constexpr std::size_t kSlab = kLargePageBytes;
   static std::size_t KindOf(std::size_t size) { return (size + kLine - 1) / kLine; }
 
   std::mutex mutex_;
