@@ -5,13 +5,14 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <source_location>
 
 namespace lumatrex::fuzz {
 
-inline void Check(bool condition, const std::source_location where = std::source_location::current()) {
+// The builtins give the caller's place (std::source_location is missing from
+// the standard library clang uses here).
+inline void Check(bool condition, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
   if (condition) return;
-  std::fprintf(stderr, "fuzz check failed: %s:%u\n", where.file_name(), static_cast<unsigned>(where.line()));
+  std::fprintf(stderr, "fuzz check failed: %s:%d\n", file, line);
   std::abort();
 }
 
