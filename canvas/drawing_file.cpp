@@ -192,11 +192,11 @@ void TMyCAD::WriteDrawingHead(TStream& stream) const {
 }
 
 bool TMyCAD::SaveToFile(const std::string& fileName) {
-  // The whole drawing is made first, so that an error while writing it never
-  // reaches the file.
-  TMemoryStream bytes;
-  const bool saved = SaveToStream(bytes);
-  SaveBytesToFileAtomically(fileName, bytes.View());
+  // Written to disk while it is made; an error on the way leaves the file
+  // as it was.
+  TAtomicFileStream file(fileName);
+  const bool saved = SaveToStream(file);
+  file.Commit();
   modified_ = false;
   return saved;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -182,6 +183,48 @@ class TFileStream : public TStream {
   std::int64_t bufferStart_ = 0;
   std::int64_t bufferLength_ = 0;
   bool dirty_ = false;
+};
+
+// A stream that replaces FileName when committed, written as the bytes come
+// through a temporary file beside it: writing and syncing overlap whatever
+// makes the bytes, and until Commit (also when the stream is destroyed
+// without it, or anything before failed) FileName keeps its old content and
+// the temporary file is removed. Positions may go back over what was written
+// (a length patched in after its content); nothing can be read. Throws as
+// SaveBytesToFileAtomically: EFOpenError from the constructor, EWriteError
+// from a write the system refuses (its message says why) and from Commit.
+class TAtomicFileStream : public TStream {
+ public:
+  explicit TAtomicFileStream(const std::string& fileName);
+  ~TAtomicFileStream() override;
+  TAtomicFileStream(const TAtomicFileStream&) = delete;
+  TAtomicFileStream& operator=(const TAtomicFileStream&) = delete;
+
+  // Reads nothing (returns 0): the stream is for saving.
+  std::int64_t Read(void* buffer, std::int64_t count) override;
+  std::int64_t Write(const void* buffer, std::int64_t count) override;
+  std::int64_t Seek(std::int64_t offset, TSeekOrigin origin) override;
+  std::int64_t Size() const override { return bufferStart_ + bufferLength_; }
+  void SetSize(std::int64_t size) override;
+  // Writes what is buffered, syncs it to disk and renames the file over
+  // FileName. Nothing can be written after.
+  void Commit();
+
+ private:
+  class TTemporary;
+  // Hands the buffer to the system and starts it on its way to the disk.
+  void WriteOut();
+  // Writes Count bytes at Offset through the system; throws on failure.
+  void WriteThrough(const std::uint8_t* bytes, std::int64_t count, std::int64_t offset);
+
+  std::string fileName_;
+  std::string target_;
+  std::unique_ptr<TTemporary> temp_;
+  // The buffer holds the file's last bytes, [bufferStart_, Size()); those
+  // before are with the system.
+  std::vector<std::uint8_t> buffer_;
+  std::int64_t bufferStart_ = 0;
+  std::int64_t bufferLength_ = 0;
 };
 
 // Replaces FileName by Bytes through a temporary file in the same folder that

@@ -16,6 +16,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -283,6 +284,42 @@ TEST(SaveBytesToFileAtomically, AFailedWriteKeepsTheOldFileAndSaysWhy) {
     EXPECT_EQ(kept, "old drawing");
     EXPECT_EQ(entries, 1u) << "a temporary file was left";
   }
+}
+
+// Written as it comes, in chunks: the bytes must still be those a memory
+// stream ends with after the same writes, and the old file must stay until
+// the commit, also when the stream is given up.
+TEST(TAtomicFileStream, SavesWhatAMemoryStreamHoldsAndOnlyOnCommit) {
+  const auto writes = [](TStream& s) {
+    Bytes block(3 * 1024 * 1024 + 17);
+    std::iota(block.begin(), block.end(), std::uint8_t{0});
+    s.WriteBuffer(block.data(), std::ssize(block));  // past several chunks at once
+    for (std::size_t at = 0; at < block.size(); at += 1000)  // and through the buffer
+      s.WriteBuffer(block.data() + at, std::min<std::int64_t>(1000, std::ssize(block) - at));
+    const std::uint8_t patch[4] = {0xDE, 0xAD, 0xBE, 0xEF};
+    for (const std::int64_t at : {std::int64_t{10}, s.Size() - 2, s.Size() + 3}) {  // written, buffered, a gap
+      s.SetPosition(at);
+      s.WriteBuffer(patch, sizeof patch);
+    }
+  };
+  TMemoryStream expected;
+  writes(expected);
+  QTemporaryDir dir;
+  const std::string folder = dir.path().toStdString(), path = folder + "/old.lmx";
+  std::ofstream(path) << "old drawing";
+  for (const bool commit : {false, true}) {
+    SCOPED_TRACE(commit ? "committed" : "given up");
+    {
+      TAtomicFileStream file(path);
+      writes(file);
+      EXPECT_EQ(file.Size(), expected.Size());
+      EXPECT_EQ(test::ReadFileBytes(path), "old drawing");
+      if (commit) file.Commit();
+    }
+    EXPECT_EQ(EntryCount(folder), 1u) << "a temporary file was left";
+  }
+  const std::string saved = test::ReadFileBytes(path);
+  EXPECT_TRUE(Bytes(saved.begin(), saved.end()) == expected.Bytes());
 }
 
 TEST(SaveBytesToFileAtomically, RefusesTargetsThatAreNotRegularFiles) {
