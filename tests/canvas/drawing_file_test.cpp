@@ -301,9 +301,12 @@ class TUnwritableShape : public TMyRectangle {
   }
 };
 
+// The drawing goes to disk while it is written: megabytes of it are there
+// when the last record fails.
 TEST_F(TMyCADDrawingFile, AFailedSaveLeavesTheExistingFileAndNoTemporaryFile) {
   WriteFileBytes(Path("old.zlt"), GoldenDrawing("XP.j"));
   TMyCAD cad;
+  for (int i = 0; i < 10'000; ++i) cad.AddShapeByCode2("TMyRectangle", "", {{0, 0}, {9, 0}, {9, 9}, {0, 9}}, 0);
   cad.AddShape(std::make_unique<TUnwritableShape>(&cad));
   EXPECT_THROW(cad.SaveToFile(Path("old.zlt")), EWriteError);
   EXPECT_TRUE(cad.GetModified());
