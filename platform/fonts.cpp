@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <algorithm>
 #include <cmath>
 
 // Q_INIT_RESOURCE names a global function, so it is called outside our namespace.
@@ -22,15 +23,22 @@ void RegisterBundledFonts() {
   (void)registered;
 }
 
+// Far beyond any real text, and within what Qt's font metrics hold (their
+// ascent wraps above about 17,600 pixels): a corrupt height can neither
+// overflow when negated nor hand the font engine a size it cannot measure.
+constexpr std::int64_t kMaxEmPixels = 16384;
+
+int ClampEm(std::int64_t pixels) { return static_cast<int>(std::clamp<std::int64_t>(pixels, 1, kMaxEmPixels)); }
+
 // The em size in pixels for a TFont height.
 int EmPixels(const TFont& font, QFont face) {
-  const std::int32_t height = font.Height();
-  if (height < 0) return -height;
+  const std::int64_t height = font.Height();
+  if (height < 0) return ClampEm(-height);
   if (height == 0) return static_cast<int>(std::lround(8.0 * font.PixelsPerInch() / 72.0));
   // A cell height: scale by the face's em-to-cell ratio, measured large.
   face.setPixelSize(1000);
   const QFontMetricsF metrics(face);
-  return std::max(1, static_cast<int>(std::lround(height * 1000.0 / (metrics.ascent() + metrics.descent()))));
+  return ClampEm(std::llround(static_cast<double>(height) * 1000.0 / (metrics.ascent() + metrics.descent())));
 }
 
 }  // namespace

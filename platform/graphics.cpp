@@ -110,16 +110,21 @@ void TFont::SetName(const std::string& value) {
   Changed();
 }
 
-std::int32_t TFont::Size() const {
-  return -static_cast<std::int32_t>(std::lround(height_ * 72.0 / pixelsPerInch_));
+namespace {
+
+// Sizes and heights convert into each other in 64 bits and are clamped back:
+// a font read from a damaged file can hold either near the int32 limits.
+std::int32_t SaturateToInt32(long long value) {
+  return static_cast<std::int32_t>(
+      std::clamp<long long>(value, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
 }
 
+}  // namespace
+
+std::int32_t TFont::Size() const { return SaturateToInt32(-std::llround(height_ * 72.0 / pixelsPerInch_)); }
+
 void TFont::SetSize(std::int32_t value) {
-  // Worked out in 64 bits and clamped: a size near the int32 limits (a font
-  // read from a damaged file) has a height beyond them.
-  const long long height = -std::llround(value * static_cast<double>(pixelsPerInch_) / 72.0);
-  height_ = static_cast<std::int32_t>(std::clamp<long long>(height, std::numeric_limits<std::int32_t>::min(),
-                                                            std::numeric_limits<std::int32_t>::max()));
+  height_ = SaturateToInt32(-std::llround(value * static_cast<double>(pixelsPerInch_) / 72.0));
   Changed();
 }
 

@@ -10,6 +10,7 @@
 #include <array>
 #include <cstdlib>
 #include <functional>
+#include <limits>
 #include <map>
 #include <random>
 #include <string>
@@ -596,6 +597,21 @@ TEST(CanvasText, CharacterExtraAddsItsPixelsAfterEveryCharacter) {
   const TSize plain = canvas.TextExtent("Hello");
   canvas.SetTextCharacterExtra(3);
   EXPECT_EQ(canvas.TextExtent("Hello"), (TSize{plain.cx + 15, plain.cy}));
+}
+
+TEST(CanvasText, FontHeightsAtTheInt32LimitsMeasureWithoutOverflow) {
+  for (const std::int32_t height : {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()}) {
+    TBitmap bitmap(1, 1, pf32bit);
+    TCanvas& canvas = bitmap.Canvas();
+    canvas.Font().SetHeight(height);
+    const TSize extent = canvas.TextExtent("Hi");
+    EXPECT_GT(extent.cy, 0) << height;
+    EXPECT_LT(extent.cy, 65536) << height;
+  }
+  TFont font;
+  font.SetPixelsPerInch(72);
+  font.SetHeight(std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(font.Size(), std::numeric_limits<std::int32_t>::max());
 }
 
 TEST(CanvasText, OpaqueBackgroundFillsTheCellWithTheBrushColour) {
