@@ -128,7 +128,8 @@ std::vector<TMyShape*> TMyCAD::ShapesMeeting(const TRect& rect) const {
 void TMyCAD::DrawShapeTree(TCanvas& canvas, TMyShape& shape) {
   if (!shape.GetVisible()) return;
   // A combined figure paints its members' figures itself.
-  if (!dynamic_cast<TMyCombine*>(&shape))
+  // (Most shapes have no members: the cast is asked of groups only.)
+  if (shape.HasChildShapes() && !dynamic_cast<TMyCombine*>(&shape))
     for (const std::int32_t no : shape.ChildShapes)
       if (TMyShape* child = GetShapeByNo(no); child && child != &shape) DrawShapeTree(canvas, *child);
   shape.Draw(canvas);

@@ -108,7 +108,7 @@ void TMyRectangle::Drawing(TCanvas& canvas, const TPoint& from, const TPoint& to
 
 void TMyRectangle::Draw(TCanvas& canvas) {
   SetDrawShapeMode(*this, canvas);
-  std::vector<TPoint> frame = RoundPoints(ZoomedPoints(*this));
+  std::vector<TPoint> frame = RoundPoints(GetPointsInZoom());
   if (!frame.empty()) frame.push_back(frame.front());
   PowerDrawShape(canvas, frame, true);
   if (std::strcmp(ClassName(), "TMyText") != 0) DrawInfo(canvas);
@@ -119,11 +119,11 @@ void TMyRectangle::DrawRectangle(TCanvas& canvas, const std::vector<TPoint>& cor
 }
 
 void TMyRectangle::Draging(TCanvas& canvas, const TPoint& from, const TPoint& to) {
-  DrawRectangle(canvas, ShiftAndRound(ZoomedPoints(*this), to.X - from.X, to.Y - from.Y));
+  DrawRectangle(canvas, ShiftAndRound(GetPointsInZoom(), to.X - from.X, to.Y - from.Y));
 }
 
 void TMyRectangle::Rotating(TCanvas& canvas, const TMyPoint& center, long double angle) {
-  DrawRectangle(canvas, RotatePoints(ZoomedPoints(*this), center, angle));
+  DrawRectangle(canvas, RotatePoints(GetPointsInZoom(), center, angle));
 }
 
 void TMyRectangle::Sizing(TCanvas& canvas, const TPoint&, const TPoint& to) {
@@ -385,7 +385,7 @@ bool TMyPolygon::IsDrawingFinished(TMouseButton, const TPoint& p) {
 }
 
 void TMyPolygon::Draw(TCanvas& canvas) {
-  PowerDrawShape(canvas, RoundPoints(ZoomedPoints(*this)), true);
+  PowerDrawShape(canvas, RoundPoints(GetPointsInZoom()), true);
   DrawInfo(canvas);
 }
 
@@ -399,7 +399,7 @@ std::int32_t TMyPolygon::ClosingTwin(std::int32_t h) const {
 
 void TMyPolygon::DrawHot(TCanvas& canvas) {
   if (!OwnerShowsHandles(*this)) return;
-  TArrMyPoint vertices = ZoomedPoints(*this);
+  TArrMyPoint vertices = GetPointsInZoom();
   if (ClosingTwin(0) > 0) vertices.pop_back();
   for (const TMyPoint& p : vertices) DrawSquare(*this, canvas, p);
   DrawDiamond(*this, canvas, GetCenterPointInZoom(), clYellow);

@@ -58,7 +58,7 @@ TMyLine::TMyLine(TMyShapeOwner* owner) : TMyShape(owner) {
 void TMyLine::DrawChainAndHeads(TCanvas& canvas) {
   SetDrawShapeMode(*this, canvas);
   SetPS(canvas, Pen().Style(), Pen().Color(), Pen().Width());
-  const TArrMyPoint zoomed = ZoomedPoints(*this);
+  const TArrMyPoint zoomed = GetPointsInZoom();
   for (std::size_t i = 1; i < zoomed.size(); ++i) LineDraw(*this, canvas, zoomed[i - 1], zoomed[i]);
   if (zoomed.size() < 2) return;
   SetDrawTriangleMode(*this, canvas);
@@ -98,14 +98,14 @@ void TMyLine::DrawTriangle(TCanvas& canvas, const TMyPoint& tip, const TMyPoint&
 
 void TMyLine::DrawHot(TCanvas& canvas) {
   if (!OwnerShowsHandles(*this)) return;
-  for (const TMyPoint& p : ZoomedPoints(*this)) DrawSquare(*this, canvas, p);
+  for (const TMyPoint& p : GetPointsInZoom()) DrawSquare(*this, canvas, p);
   DrawDiamond(*this, canvas, GetCenterPointInZoom(), clYellow);
 }
 
 // ---- hit tests ----------------------------------------------------------------------
 
 std::int32_t TMyLine::InWhichHot(const TPoint& p) {
-  const TArrMyPoint zoomed = ZoomedPoints(*this);
+  const TArrMyPoint zoomed = GetPointsInZoom();
   CurrentHot = -1;
   for (std::size_t i = 0; i < zoomed.size(); ++i)
     if (InHotSquare(zoomed[i], p, HotSize())) CurrentHot = static_cast<std::int32_t>(i);
@@ -113,7 +113,7 @@ std::int32_t TMyLine::InWhichHot(const TPoint& p) {
 }
 
 std::int32_t TMyLine::SegmentHit(const TPoint& p) const {
-  // The rounded zoomed points one by one, as RoundPoints(ZoomedPoints()) would
+  // The rounded zoomed points one by one, as RoundPoints(GetPointsInZoom()) would
   // list them, so a hit test allocates nothing.
   TPoint previous;
   for (std::int32_t i = 0; i < GetPointsCount(); ++i) {
@@ -158,7 +158,7 @@ void TMyLine::Drawing(TCanvas& canvas, const TPoint& from, const TPoint& to) {
 }
 
 void TMyLine::Draging(TCanvas& canvas, const TPoint& from, const TPoint& to) {
-  canvas.LineChain(ShiftAndRound(ZoomedPoints(*this), to.X - from.X, to.Y - from.Y));
+  canvas.LineChain(ShiftAndRound(GetPointsInZoom(), to.X - from.X, to.Y - from.Y));
 }
 
 void TMyLine::DrawMovedVertex(TCanvas& canvas, std::int32_t prev, std::int32_t h, std::int32_t next,
@@ -181,7 +181,7 @@ void TMyLine::Sizing(TCanvas& canvas, const TPoint& from, const TPoint& to) {
 }
 
 void TMyLine::Rotating(TCanvas& canvas, const TMyPoint& center, long double angle) {
-  canvas.LineChain(RotatePoints(ZoomedPoints(*this), center, angle));
+  canvas.LineChain(RotatePoints(GetPointsInZoom(), center, angle));
 }
 
 // ---- changes --------------------------------------------------------------------------
@@ -262,7 +262,7 @@ void TMyFreeLine::Drawing(TCanvas& canvas, const TPoint& from, const TPoint& to)
 }
 
 void TMyFreeLine::Draging(TCanvas& canvas, const TPoint& from, const TPoint& to) {
-  const TArrMyPoint zoomed = ZoomedPoints(*this);
+  const TArrMyPoint zoomed = GetPointsInZoom();
   if (zoomed.empty()) return;
   const TMyRect box = GetPointsLTRB(zoomed);
   const TArrMyPoint corners{{box.Left, box.Top}, {box.Right, box.Top}, {box.Right, box.Bottom}, {box.Left, box.Bottom}};

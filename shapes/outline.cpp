@@ -10,13 +10,6 @@
 
 namespace lumatrex {
 
-TArrMyPoint ZoomedPoints(const TMyShape& shape) {
-  TArrMyPoint zoomed;
-  zoomed.reserve(static_cast<std::size_t>(shape.GetPointsCount()));
-  for (std::int32_t i = 0; i < shape.GetPointsCount(); ++i) zoomed.push_back(shape.GetPointInZoom(i));
-  return zoomed;
-}
-
 bool SameBits(const TArrMyPoint& a, const TArrMyPoint& b) {
   return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(TMyPoint)) == 0);
 }

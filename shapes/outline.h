@@ -15,8 +15,6 @@ namespace lumatrex {
 class TCanvas;
 class TMyShape;
 
-// Shape's points (through its GetPoint) multiplied by the owner's zoom.
-TArrMyPoint ZoomedPoints(const TMyShape& shape);
 // Whether two point lists are the same bit for bit: the test of the outline
 // caches, which must never take a list that merely compares equal (-0 and 0)
 // or miss one that holds the same NaN.
@@ -48,7 +46,7 @@ bool NearChain(const std::vector<TPoint>& points, const TPoint& p, long double b
 // against the polygon's edges as the fill's scan line would cross them.
 bool PtInPolygon(const std::vector<TPoint>& points, const TPoint& p);
 // The same test on Shape's zoomed points (through its GetPoint) rounded to
-// device pixels, as RoundPoints(ZoomedPoints(Shape)) would give them, without
+// device pixels, as RoundPoints(Shape.GetPointsInZoom()) would give them, without
 // building either list.
 bool PtInZoomedPolygon(const TMyShape& shape, const TPoint& p);
 

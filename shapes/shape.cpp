@@ -345,7 +345,7 @@ void TMyShape::RemapShapeNumbers(const std::function<std::int32_t(std::int32_t)>
 // ---------------------------------------------------------------------------
 // Queries
 
-TArrMyPoint TMyShape::FigureInZoom() const { return ZoomedPoints(*this); }
+TArrMyPoint TMyShape::FigureInZoom() const { return GetPointsInZoom(); }
 
 TMyPoint TMyShape::GetCenterPoint() const { return CenterPoint; }
 
@@ -388,9 +388,20 @@ TMyRect TMyShape::GetBoundsInZoom() {
   return all.Grown(0);
 }
 
-TMyPoint TMyShape::ZoomedValuePt(const TMyPoint& p) const {
-  const long double zoom = Zoom();
+namespace {
+TMyPoint Zoomed(const TMyPoint& p, long double zoom) {
   return MyPoint(static_cast<float>(p.X * zoom), static_cast<float>(p.Y * zoom));
+}
+}  // namespace
+
+TMyPoint TMyShape::ZoomedValuePt(const TMyPoint& p) const { return Zoomed(p, Zoom()); }
+
+TArrMyPoint TMyShape::GetPointsInZoom() const {
+  const long double zoom = Zoom();
+  TArrMyPoint zoomed;
+  zoomed.reserve(Points.size());
+  for (const TMyPoint& p : Points) zoomed.push_back(Zoomed(p, zoom));
+  return zoomed;
 }
 
 TMyPoint TMyShape::GetPointInZoom(std::int32_t index) const { return ZoomedValuePt(GetPoint(index)); }

@@ -205,6 +205,8 @@ class TMyShape : public QObject {
   std::int32_t GetPointsCount() const { return static_cast<std::int32_t>(Points.size()); }
   std::int32_t GetLinkPointsCount() const { return static_cast<std::int32_t>(LinkPoints.size()); }
   TMyPoint GetPointInZoom(std::int32_t index) const;
+  // Every point zoomed, as GetPointInZoom gives each (the zoom read once).
+  TArrMyPoint GetPointsInZoom() const;
   TMyPoint GetLinkPoint(std::int32_t index) const;
   TMyPoint GetLinkPointInZoom(std::int32_t index) const;
   // The zoomed point rounded and mirrored by the owner's XYMode; (0, 0) out of range.
