@@ -34,7 +34,7 @@ int ClampEm(std::int64_t pixels) { return static_cast<int>(std::clamp<std::int64
 int EmPixels(const TFont& font, QFont face) {
   const std::int64_t height = font.Height();
   if (height < 0) return ClampEm(-height);
-  if (height == 0) return static_cast<int>(std::lround(8.0 * font.PixelsPerInch() / 72.0));
+  if (height == 0) return ClampEm(std::llround(8.0 * font.PixelsPerInch() / 72.0));
   // A cell height: scale by the face's em-to-cell ratio, measured large.
   face.setPixelSize(1000);
   const QFontMetricsF metrics(face);

@@ -600,9 +600,14 @@ TEST(CanvasText, CharacterExtraAddsItsPixelsAfterEveryCharacter) {
 }
 
 TEST(CanvasText, FontHeightsAtTheInt32LimitsMeasureWithoutOverflow) {
-  for (const std::int32_t height : {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()}) {
+  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min(), kMax = std::numeric_limits<std::int32_t>::max();
+  // Height, pixels per inch: a zero height takes eight points at that
+  // density, here 20,000 pixels, where Qt's metrics have wrapped.
+  constexpr std::pair<std::int32_t, std::int32_t> kFonts[] = {{kMin, 96}, {kMax, 96}, {0, 180'000}};
+  for (const auto& [height, pixelsPerInch] : kFonts) {
     TBitmap bitmap(1, 1, pf32bit);
     TCanvas& canvas = bitmap.Canvas();
+    canvas.Font().SetPixelsPerInch(pixelsPerInch);
     canvas.Font().SetHeight(height);
     const TSize extent = canvas.TextExtent("Hi");
     EXPECT_GT(extent.cy, 0) << height;
@@ -610,8 +615,8 @@ TEST(CanvasText, FontHeightsAtTheInt32LimitsMeasureWithoutOverflow) {
   }
   TFont font;
   font.SetPixelsPerInch(72);
-  font.SetHeight(std::numeric_limits<std::int32_t>::min());
-  EXPECT_EQ(font.Size(), std::numeric_limits<std::int32_t>::max());
+  font.SetHeight(kMin);
+  EXPECT_EQ(font.Size(), kMax);
 }
 
 TEST(CanvasText, OpaqueBackgroundFillsTheCellWithTheBrushColour) {
