@@ -155,10 +155,15 @@ class TExactWriter {
     TCanvas canvas(bitmap);
     canvas.Font().Assign(s.Font());
     const TMyPoint lt = s.GetLeftTop();
+    // Glyphs are laid out in integer device pixels: a corner far beyond any
+    // page (from a damaged file) has none to give, nor do lines past it.
+    constexpr double kFarthest = 1e9;
+    if (!(std::fabs(lt.X) <= kFarthest && std::fabs(lt.Y) <= kFarthest)) return;
     canvas.BeginPath();
-    std::int32_t y = static_cast<std::int32_t>(std::nearbyint(lt.Y));
+    std::int64_t y = static_cast<std::int64_t>(std::nearbyint(lt.Y));
     for (const std::string& line : s.GetLines()) {
-      canvas.TextOut(static_cast<std::int32_t>(std::nearbyint(lt.X)), y, line);
+      if (y > kFarthest) break;
+      canvas.TextOut(static_cast<std::int32_t>(std::nearbyint(lt.X)), static_cast<std::int32_t>(y), line);
       y += canvas.TextHeight(line.empty() ? std::string("X") : line);
     }
     canvas.EndPath();

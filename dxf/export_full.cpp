@@ -496,8 +496,9 @@ class TFullWriter {
     }
     Common(s, "MTEXT", "AcDbMText", out, owner);
     XY(out, 10, frame[0]);
-    const std::int32_t em = std::abs(s.Font().Height());
-    out.Pair(40, std::max(em, 1) / kDxfPixelsPerMm);
+    // In 64 bits: a height read from a damaged file can be INT32_MIN.
+    const std::int64_t em = std::abs(static_cast<std::int64_t>(s.Font().Height()));
+    out.Pair(40, static_cast<double>(std::max<std::int64_t>(em, 1)) / kDxfPixelsPerMm);
     const V2 side = {frame[1].x - frame[0].x, frame[1].y - frame[0].y};
     out.Pair(41, std::hypot(side.x, side.y));
     out.Int(71, 1);  // attached at the top left

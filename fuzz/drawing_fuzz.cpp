@@ -2,11 +2,12 @@
 // stream error and leaves the canvas as it was, or gives a drawing whose
 // saved bytes read back and save to the very same bytes; a drawing read is
 // also rendered (at a small size limit), the path coordinates from files
-// take into integers.
+// take into integers, and exported to both kinds of DXF file.
 #include <cstdint>
 #include <vector>
 
 #include "drawing_check.h"
+#include "dxf/dxf.h"
 
 using namespace lumatrex;
 
@@ -28,5 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     cad.RenderToBitmap(small);
   } catch (const EPictureTooLarge&) {
   }
+  DxfText1(cad);
+  DxfText(cad);
   return 0;
 }
